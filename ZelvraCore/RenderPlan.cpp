@@ -1,0 +1,1 @@
+#include "ZelvraCore/RenderPlan.h"

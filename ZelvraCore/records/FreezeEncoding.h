@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+namespace zelvra {
+
+/// The two codecs that freeze clips are encoded in, and that pass through.
+enum class VideoCodec { h264, hevc };
+
+enum class ChromaFormat : std::uint8_t { monochrome = 0, yuv420 = 1, yuv422 = 2, yuv444 = 3 };
+
+/// What the encoder of a freeze clip must match so that its pictures can stand in the source's own coded
+/// stream. Every field left empty is the encoder's to choose. Values as in ITU-T H.264 clause 7.4.2 and H.265
+/// clause 7.4.3.
+struct FreezeEncoding {
+    /// The coded picture (whole macroblocks or coding blocks) and how much of it is cut away at each side, in
+    /// luma samples. The picture is put into the coded one and its edges are repeated into the margins.
+    struct CodedFrame {
+        int width = 0;
+        int height = 0;
+        int cropLeft = 0;
+        int cropTop = 0;
+        int cropRight = 0;
+        int cropBottom = 0;
+    };
+    std::optional<CodedFrame> codedFrame;
+    std::optional<ChromaFormat> chroma;
+    std::optional<int> bitDepth;
+
+    // H.264 only
+    std::optional<int> profileIdc;
+    std::optional<int> levelIdc;
+    bool cabac = true;
+    bool transform8x8 = true;
+    bool frameMbsOnly = true;      ///< false: frame pictures of a stream that may hold fields
+    bool mbAdaptiveFields = false; ///< mb_adaptive_frame_field_flag of such a stream
+    int parameterSetId = 0;        ///< seq_parameter_set_id and pic_parameter_set_id
+
+    int leastQp = 0; ///< 1 where QP 0 would switch to lossless coding in the source's stream
+    std::optional<std::uint64_t> mostFirstBytes; ///< greatest size of the first coded picture
+};
+
+} // namespace zelvra

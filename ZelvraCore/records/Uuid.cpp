@@ -1,0 +1,34 @@
+#include "ZelvraCore/records/Uuid.h"
+
+#include <random>
+
+namespace zelvra {
+
+Uuid Uuid::random() {
+    thread_local std::random_device device;
+    Uuid uuid;
+    for (std::size_t i = 0; i < uuid.bytes.size(); i += 4) {
+        const std::uint32_t word = device();
+        for (std::size_t k = 0; k < 4; ++k) {
+            uuid.bytes[i + k] = static_cast<std::uint8_t>(word >> (8 * k));
+        }
+    }
+    uuid.bytes[6] = static_cast<std::uint8_t>((uuid.bytes[6] & 0x0F) | 0x40); // version 4
+    uuid.bytes[8] = static_cast<std::uint8_t>((uuid.bytes[8] & 0x3F) | 0x80); // variant of RFC 4122
+    return uuid;
+}
+
+std::string Uuid::text() const {
+    static constexpr char digits[] = "0123456789ABCDEF";
+    std::string text;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i == 4 || i == 6 || i == 8 || i == 10) {
+            text += '-';
+        }
+        text += digits[bytes[i] >> 4];
+        text += digits[bytes[i] & 0x0F];
+    }
+    return text;
+}
+
+} // namespace zelvra

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <array>
+#include <compare>
+#include <cstdint>
+#include <string>
+
+namespace zelvra {
+
+/// A 128-bit identifier (RFC 4122).
+struct Uuid {
+    std::array<std::uint8_t, 16> bytes{};
+
+    /// A new random one (version 4). Any thread.
+    static Uuid random();
+
+    /// Upper-case hexadecimal groups joined by hyphens, 36 characters.
+    std::string text() const;
+
+    auto operator<=>(const Uuid&) const = default;
+};
+
+} // namespace zelvra

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <exception>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace zelvra {
+
+/// A failure of the engine's own operations. `description()` is one line for the user.
+class ZVError : public std::exception {
+public:
+    enum class Case {
+        contextCreationFailed,
+        writerFailed,
+        exportFailed,
+        fileNotFound,
+        invalidTimestamp,
+        noVideoTrack,
+        frameExtractionFailed,
+    };
+
+    static ZVError contextCreationFailed(std::string step) {
+        return {Case::contextCreationFailed, std::move(step)};
+    }
+    static ZVError writerFailed(std::optional<std::string> underlyingDescription = {}) {
+        return {Case::writerFailed, std::move(underlyingDescription)};
+    }
+    static ZVError exportFailed(std::optional<std::string> underlyingDescription = {}) {
+        return {Case::exportFailed, std::move(underlyingDescription)};
+    }
+    static ZVError fileNotFound(std::string path) { return {Case::fileNotFound, std::move(path)}; }
+    static ZVError invalidTimestamp(std::string text) { return {Case::invalidTimestamp, std::move(text)}; }
+    static ZVError noVideoTrack() { return {Case::noVideoTrack, std::nullopt}; }
+    static ZVError frameExtractionFailed() { return {Case::frameExtractionFailed, std::nullopt}; }
+
+    Case kind() const { return kind_; }
+    const std::string& description() const { return description_; }
+    const char* what() const noexcept override { return description_.c_str(); }
+
+private:
+    ZVError(Case kind, std::optional<std::string> payload);
+
+    Case kind_;
+    std::string description_;
+};
+
+/// A failure of the media layer or the file system, thrown unchanged through the engine: a file that cannot
+/// be opened, read, decoded or written. `what()` is one plain line that names the file where that helps.
+class MediaError : public std::runtime_error {
+public:
+    enum class Cause {
+        unreadable,  ///< cannot be opened or read: missing, no permission, an input error
+        unsupported, ///< intact, but of a kind that is not handled (container, codec, encryption)
+        corrupt,     ///< contradicts its own format
+        outOfRange,  ///< a time outside the movie
+        unwritable,  ///< output cannot be created, written, flushed or renamed: disk full, read-only folder
+        refused,     ///< a request that would do harm, such as an output that is the source itself
+        cancelled,   ///< the caller's stop token asked for an end
+    };
+
+    MediaError(Cause cause, const std::string& line) : std::runtime_error(line), cause_(cause) {}
+
+    Cause cause() const { return cause_; }
+
+private:
+    Cause cause_;
+};
+
+} // namespace zelvra

@@ -1,0 +1,30 @@
+# Switches of the build, and the flags that every target of ours shares.
+
+option(ZELVRA_TESTS "Build the tests" ON)
+option(ZELVRA_BENCHMARKS "Build the benchmarks" OFF)
+option(ZELVRA_FUZZERS "Build the fuzzers (clang only)" OFF)
+option(ZELVRA_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
+set(ZELVRA_SANITIZERS "" CACHE STRING "Sanitizers to build with, for example address,undefined")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# Files beyond 2 GiB on every platform, and POSIX calls such as copy_file_range.
+add_compile_definitions(_FILE_OFFSET_BITS=64 _GNU_SOURCE)
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+add_library(zelvra_options INTERFACE)
+target_compile_options(zelvra_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+                                                -Woverloaded-virtual -Wcast-qual -Wimplicit-fallthrough)
+if(ZELVRA_WARNINGS_AS_ERRORS)
+    target_compile_options(zelvra_options INTERFACE -Werror)
+endif()
+if(ZELVRA_SANITIZERS)
+    add_compile_options(-fsanitize=${ZELVRA_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${ZELVRA_SANITIZERS})
+endif()

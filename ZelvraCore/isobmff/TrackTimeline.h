@@ -1,0 +1,69 @@
+#pragma once
+
+#include "ZelvraCore/isobmff/Movie.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace zelvra::isobmff {
+
+/// A track's samples on the movie's presentation timeline, its edit list applied. Exists because everything
+/// that touches time must agree on it; the times are those that libavformat gives by default. Pure values; it
+/// does not know the movie's other tracks, nor codecs.
+///
+/// Times are in ticks of the track's timescale, 0 = the movie's start. An empty edit is counted in ticks of
+/// the movie and is rounded to the nearest tick of the track.
+
+/// A stretch of the presentation timeline that shows one stretch of the media (one edit that is not empty).
+struct ShownPiece {
+    std::int64_t start = 0;      ///< presentation time of its first moment
+    std::int64_t duration = 0;   ///< > 0
+    std::int64_t mediaStart = 0; ///< media time that is shown at `start`
+
+    std::int64_t end() const { return start + duration; }
+    std::int64_t mediaEnd() const { return mediaStart + duration; }
+    bool operator==(const ShownPiece&) const = default;
+};
+
+/// A sample that is shown, and when.
+struct ShownSample {
+    std::uint32_t sample = 0;  ///< index into Track::samples
+    std::uint32_t piece = 0;   ///< index into TrackTimeline::pieces()
+    std::int64_t start = 0;    ///< presentation time
+    std::int64_t duration = 0; ///< until the next one starts or the piece ends; >= 0
+
+    std::int64_t end() const { return start + duration; }
+    bool operator==(const ShownSample&) const = default;
+};
+
+class TrackTimeline {
+public:
+    TrackTimeline(const Track& track, std::uint32_t movieTimescale);
+
+    /// In order of time, without overlap. Empty for a track that shows nothing.
+    const std::vector<ShownPiece>& pieces() const { return pieces_; }
+
+    /// Every sample that is shown, in order of presentation; one that several edits show is listed for each.
+    /// 32 bytes each.
+    const std::vector<ShownSample>& shown() const { return shown_; }
+
+    /// Where the last piece ends; 0 for a track that shows nothing.
+    std::int64_t end() const;
+
+    /// The media time shown at a presentation time; nothing in an empty edit and outside the track.
+    std::optional<std::int64_t> mediaTime(std::int64_t presentationTime) const;
+
+    /// The first presentation time that shows that media time; nothing where no edit shows it.
+    std::optional<std::int64_t> presentationTime(std::int64_t mediaTime) const;
+
+    /// The last sample that starts at or before the time (on screen then, if its duration reaches so far);
+    /// nothing before the first.
+    std::optional<ShownSample> shownAt(std::int64_t presentationTime) const;
+
+private:
+    std::vector<ShownPiece> pieces_;
+    std::vector<ShownSample> shown_;
+};
+
+} // namespace zelvra::isobmff

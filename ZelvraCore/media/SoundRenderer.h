@@ -1,0 +1,64 @@
+#pragma once
+
+#include "ZelvraCore/records/SoundPiece.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <stop_token>
+#include <vector>
+
+namespace zelvra {
+
+/// How decoded sound is laid out.
+struct SoundFormat {
+    int sampleRate = 0; ///< frames a second
+    int channels = 0;
+    /// The speakers, one bit each in the order of the channels (bit 0 front left, 1 front right, 2 centre, 3
+    /// low frequency, 4 and 5 back left and right, 9 and 10 side left and right ...); 0 where the source does
+    /// not say.
+    std::uint64_t speakers = 0;
+
+    bool operator==(const SoundFormat&) const = default;
+};
+
+/// The sound of a finished movie as PCM: stretches of a movie's first sound track and silence, end to end,
+/// exact to the sample.
+///
+/// Exists for every export that encodes its sound anew. Rate and channels stay the source's. A piece begins
+/// at the frame nearest to the sum of the pieces before it, so that nothing drifts however many there are.
+/// What the source presents is heard where it presents it, as libavformat does by default: edits applied, the
+/// encoder's priming removed. Where the track holds nothing (before it starts, in a gap, after its end) there
+/// is silence.
+///
+/// It decodes as it is read and holds a few packets, whatever the movie's length. It opens the movie for
+/// itself: any thread, one at a time.
+class SoundRenderer {
+public:
+    /// Throws MediaError: `unreadable` or `corrupt` (the movie), `unsupported` (no sound track, no decoder
+    /// for it), `outOfRange` (a piece whose times are not numeric, negative or beyond 64 bits).
+    SoundRenderer(const std::filesystem::path& movie, std::span<const SoundPiece> pieces,
+                  std::stop_token stop = {});
+    SoundRenderer(SoundRenderer&&) noexcept;
+    SoundRenderer& operator=(SoundRenderer&&) noexcept;
+    ~SoundRenderer();
+
+    const SoundFormat& format() const;
+
+    /// Frames that `read` gives altogether: the pieces' length at `format().sampleRate`.
+    std::int64_t totalFrames() const;
+
+    /// Fills `samples` (interleaved, full scale = 1; as many whole frames as fit) with what comes next and
+    /// returns the number of frames; fewer than fit only at the end, 0 there. Packets that cannot be decoded
+    /// are silent. Throws MediaError: `cancelled` once the stop token asks for it, `unreadable` where the
+    /// file cannot be read any more.
+    std::size_t read(std::span<float> samples);
+
+private:
+    class Implementation;
+    std::unique_ptr<Implementation> implementation_;
+};
+
+} // namespace zelvra

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "ZelvraCore/records/CMTime.h"
+
+namespace zelvra {
+
+/// One piece of a finished movie's sound. The pieces of a movie follow one another without a gap: a stretch
+/// of the source's presentation timeline, or silence as long as a freeze.
+struct SoundPiece {
+    enum class Kind { source, silence };
+
+    Kind kind = Kind::source;
+    CMTime sourceStart; ///< of a source piece; not used by silence
+    CMTime duration;
+};
+
+} // namespace zelvra

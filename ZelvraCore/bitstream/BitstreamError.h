@@ -1,0 +1,19 @@
+#pragma once
+
+#include "ZelvraCore/records/ZVError.h"
+
+namespace zelvra::bitstream {
+
+/// Coded video that cannot be read, or that holds what is not handled here. A caller that plans a passthrough
+/// movie catches it and re-encodes instead; `cause()` says whether the stream is at fault (`corrupt`) or only
+/// beyond us (`unsupported`).
+class BitstreamError : public MediaError {
+public:
+    static BitstreamError corrupt(const std::string& line) { return {Cause::corrupt, line}; }
+    static BitstreamError unsupported(const std::string& line) { return {Cause::unsupported, line}; }
+
+private:
+    BitstreamError(Cause cause, const std::string& line) : MediaError(cause, line) {}
+};
+
+} // namespace zelvra::bitstream

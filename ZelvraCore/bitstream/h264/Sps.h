@@ -1,0 +1,89 @@
+#pragma once
+
+#include "ZelvraCore/bitstream/Bytes.h"
+#include "ZelvraCore/records/FreezeEncoding.h"
+
+#include <optional>
+
+namespace zelvra::h264 {
+
+/// The video usability information that output order, timing and colour depend on (ITU-T H.264 annex E).
+struct Vui {
+    struct Restriction {
+        int numReorderFrames = 0;     ///< max_num_reorder_frames
+        int maxDecFrameBuffering = 0; ///< max_dec_frame_buffering
+    };
+    struct Colour {
+        int primaries = 2;
+        int transfer = 2;
+        int matrix = 2;
+    };
+    struct Timing {
+        std::uint32_t unitsInTick = 0;
+        std::uint32_t timeScale = 0;
+        bool fixedFrameRate = false;
+    };
+
+    int sarWidth = 0; ///< 0: not given
+    int sarHeight = 0;
+    bool fullRange = false;
+    std::optional<Colour> colour;
+    std::optional<Timing> timing;
+    bool hrdPresent = false; ///< NAL or VCL hypothetical reference decoder parameters
+    bool picStructPresent = false;
+    std::optional<Restriction> restriction;
+};
+
+/// A sequence parameter set (ITU-T H.264 clause 7.3.2.1.1): how pictures are laid out, how their order counts
+/// are coded. Scaling lists are read over, not kept.
+struct Sps {
+    struct CropInUnits {
+        std::uint32_t left = 0;
+        std::uint32_t right = 0;
+        std::uint32_t top = 0;
+        std::uint32_t bottom = 0;
+    };
+
+    bitstream::Bytes nal; ///< as stored, header byte included
+    int profileIdc = 0;
+    std::uint8_t constraintFlags = 0; ///< constraint_set0_flag is the highest bit
+    int levelIdc = 0;
+    int id = 0;
+    ChromaFormat chroma = ChromaFormat::yuv420;
+    bool separateColourPlanes = false;
+    int lumaBitDepth = 8;
+    int chromaBitDepth = 8;
+    bool losslessAtQpZero = false; ///< qpprime_y_zero_transform_bypass_flag
+    bool scalingMatrixPresent = false;
+    int frameNumBits = 4;
+    int pocType = 0;
+    int pocLsbBits = 4;                   ///< POC type 0
+    bool deltaPicOrderAlwaysZero = false; ///< POC type 1, as are the offsets
+    std::int32_t offsetForNonRefPic = 0;
+    std::int32_t offsetForTopToBottomField = 0;
+    std::vector<std::int32_t> offsetsForRefFrame;
+    int maxNumRefFrames = 0;
+    bool gapsInFrameNumAllowed = false;
+    int widthInMacroblocks = 0;
+    int heightInMapUnits = 0;
+    bool frameMbsOnly = true;
+    bool mbAdaptiveFrameField = false;
+    bool direct8x8Inference = false;
+    CropInUnits crop;
+    std::optional<Vui> vui;
+
+    int codedWidth() const { return widthInMacroblocks * 16; }
+    int codedHeight() const { return heightInMapUnits * 16 * (frameMbsOnly ? 1 : 2); }
+    /// The coded frame with what the cropping rectangle cuts away, in luma samples.
+    FreezeEncoding::CodedFrame codedFrame() const;
+    /// Frames the decoded picture buffer holds: what the stream says, else what its level allows
+    /// (max_dec_frame_buffering, clause E.2.1, and MaxDpbFrames, A.3.1). At least 1.
+    int decodedPictureBufferFrames() const;
+    /// Level 1b of table A-1, which some profiles write as 1.1 with constraint_set3_flag.
+    bool isLevel1b() const;
+};
+
+/// Throws BitstreamError.
+Sps parseSps(bitstream::ByteView nal);
+
+} // namespace zelvra::h264

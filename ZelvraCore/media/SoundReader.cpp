@@ -1,0 +1,202 @@
+#include "ZelvraCore/media/SoundReader.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+extern "C" {
+#include <libavutil/channel_layout.h>
+#include <libavutil/mathematics.h>
+}
+
+namespace zelvra {
+
+namespace {
+
+/// Decoded and dropped before a place that was sought: what the slowest decoder needs to settle (a bit
+/// reservoir, band replication, Opus's 80 ms).
+constexpr double settlingSeconds = 0.25;
+/// Up to here, decoding on is cheaper than seeking.
+constexpr int skippedSeconds = 2;
+
+AVStream* firstSoundStream(AVFormatContext& input) {
+    AVStream* first = nullptr;
+    for (AVStream* stream : std::span(input.streams, input.nb_streams)) {
+        if (stream->codecpar->codec_type != AVMEDIA_TYPE_AUDIO) {
+            continue;
+        }
+        if ((stream->disposition & AV_DISPOSITION_DEFAULT) != 0) {
+            return stream;
+        }
+        first = first != nullptr ? first : stream;
+    }
+    return first;
+}
+
+void ignoreOtherStreams(AVFormatContext& input, const AVStream* kept) {
+    for (AVStream* stream : std::span(input.streams, input.nb_streams)) {
+        stream->discard = stream == kept ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    }
+}
+
+ffmpeg::CodecContext openDecoder(const AVStream& stream, const std::string& name) {
+    const AVCodec* codec = avcodec_find_decoder(stream.codecpar->codec_id);
+    if (codec == nullptr) {
+        throw MediaError(MediaError::Cause::unsupported, name + ": there is no decoder for its sound");
+    }
+    auto decoder = ffmpeg::owned<ffmpeg::CodecContext>(avcodec_alloc_context3(codec));
+    ffmpeg::throwOnError(avcodec_parameters_to_context(decoder.get(), stream.codecpar), name);
+    decoder->pkt_timebase = stream.time_base;
+    ffmpeg::throwOnError(avcodec_open2(decoder.get(), codec, nullptr), name, MediaError::Cause::unsupported);
+    return decoder;
+}
+
+SoundFormat formatOf(const AVCodecParameters& parameters, const std::string& name) {
+    const AVChannelLayout& layout = parameters.ch_layout;
+    if (parameters.sample_rate <= 0 || layout.nb_channels <= 0) {
+        throw MediaError(MediaError::Cause::unsupported, name + ": its sound has no rate or no channels");
+    }
+    return {parameters.sample_rate, layout.nb_channels,
+            layout.order == AV_CHANNEL_ORDER_NATIVE ? layout.u.mask : 0};
+}
+
+} // namespace
+
+SoundReader::SoundReader(const std::filesystem::path& movie) : name_(movie.string()) {
+    AVFormatContext* opened = nullptr;
+    ffmpeg::throwOnError(avformat_open_input(&opened, movie.c_str(), nullptr, nullptr), name_);
+    input_.reset(opened);
+    ffmpeg::throwOnError(avformat_find_stream_info(input_.get(), nullptr), name_);
+    stream_ = firstSoundStream(*input_);
+    if (stream_ == nullptr) {
+        throw MediaError(MediaError::Cause::unsupported, name_ + ": the movie has no sound");
+    }
+    ignoreOtherStreams(*input_, stream_);
+    decoder_ = openDecoder(*stream_, name_);
+    format_ = formatOf(*stream_->codecpar, name_);
+}
+
+void SoundReader::read(std::int64_t firstFrame, std::span<float> samples) {
+    std::fill(samples.begin(), samples.end(), 0.0F);
+    const bool behind = firstFrame < position_ && firstFrame < block_.start;
+    const std::int64_t reached = std::max(position_, blockEnd());
+    if (behind || firstFrame - reached > std::int64_t{skippedSeconds} * format_.sampleRate) {
+        seek(firstFrame);
+    }
+    const std::int64_t end = firstFrame + frameCount(samples);
+    position_ = end;
+    const auto channels = static_cast<std::int64_t>(format_.channels);
+    for (std::int64_t position = firstFrame; position < end;) {
+        if (position >= blockEnd() && !decodeBlock()) {
+            return;
+        }
+        const std::int64_t from = std::max(position, block_.start);
+        const std::int64_t until = std::min(end, blockEnd());
+        if (from < until) {
+            std::copy_n(block_.samples.begin() + (from - block_.start) * channels, (until - from) * channels,
+                        samples.begin() + (from - firstFrame) * channels);
+        }
+        position = std::max(position, until);
+        if (block_.start >= end) {
+            return;
+        }
+    }
+}
+
+std::int64_t SoundReader::frameOfTicks(std::int64_t ticks) const {
+    return av_rescale_q(ticks, stream_->time_base, {1, format_.sampleRate});
+}
+
+void SoundReader::seek(std::int64_t firstFrame) {
+    const auto settling = static_cast<std::int64_t>(settlingSeconds * format_.sampleRate);
+    const std::int64_t target =
+        av_rescale_q(firstFrame - settling, {1, format_.sampleRate}, stream_->time_base);
+    ffmpeg::throwOnError(av_seek_frame(input_.get(), stream_->index, target, AVSEEK_FLAG_BACKWARD), name_);
+    avcodec_flush_buffers(decoder_.get());
+    converter_.reset();
+    block_ = {firstFrame, {}};
+    expectedStart_.reset();
+    inputEnded_ = false;
+}
+
+bool SoundReader::decodeBlock() {
+    while (!receiveFrame()) {
+        if (inputEnded_) {
+            return false;
+        }
+        sendPacket();
+    }
+    takeFrame();
+    return true;
+}
+
+/// Whether the decoder had a frame.
+bool SoundReader::receiveFrame() {
+    const int code = avcodec_receive_frame(decoder_.get(), frame_.get());
+    return code >= 0 && frame_->nb_samples > 0 && frame_->best_effort_timestamp != AV_NOPTS_VALUE;
+}
+
+void SoundReader::sendPacket() {
+    const int code = av_read_frame(input_.get(), packet_.get());
+    if (code == AVERROR_EOF) {
+        inputEnded_ = true;
+        avcodec_send_packet(decoder_.get(), nullptr);
+        return;
+    }
+    ffmpeg::throwOnError(code, name_, MediaError::Cause::unreadable);
+    if (packet_->stream_index == stream_->index) {
+        // A packet that the decoder refuses leaves a gap, which is silent.
+        avcodec_send_packet(decoder_.get(), packet_.get());
+    }
+    av_packet_unref(packet_.get());
+}
+
+void SoundReader::takeFrame() {
+    block_.start = startOfDecodedFrame();
+    convertFrame();
+    expectedStart_ = blockEnd();
+    av_frame_unref(frame_.get());
+}
+
+/// Timestamps jitter in files whose ticks are coarser than frames, or whose recorder wrote down a clock: a
+/// frame that starts about where the last one ended follows on.
+std::int64_t SoundReader::startOfDecodedFrame() {
+    const std::int64_t start = frameOfTicks(frame_->best_effort_timestamp);
+    const std::int64_t jitter = std::max<std::int64_t>(frame_->nb_samples / 2, frameOfTicks(1));
+    return expectedStart_ && std::abs(start - *expectedStart_) <= jitter ? *expectedStart_ : start;
+}
+
+void SoundReader::convertFrame() {
+    prepareConverter();
+    const int room = ffmpeg::throwOnError(swr_get_out_samples(converter_.get(), frame_->nb_samples), name_);
+    block_.samples.resize(static_cast<std::size_t>(room) * static_cast<std::size_t>(format_.channels));
+    auto* output = reinterpret_cast<std::uint8_t*>(block_.samples.data());
+    auto** input = const_cast<const std::uint8_t**>(frame_->extended_data);
+    const int frames =
+        ffmpeg::throwOnError(swr_convert(converter_.get(), &output, room, input, frame_->nb_samples), name_);
+    block_.samples.resize(static_cast<std::size_t>(frames) * static_cast<std::size_t>(format_.channels));
+}
+
+/// A decoder may change its mind about rate and channels on the way; what is read stays in `format_`.
+void SoundReader::prepareConverter() {
+    const bool fits = converter_ && inputRate_ == frame_->sample_rate &&
+                      inputChannels_ == frame_->ch_layout.nb_channels && inputSampleFormat_ == frame_->format;
+    if (fits) {
+        return;
+    }
+    inputRate_ = frame_->sample_rate;
+    inputChannels_ = frame_->ch_layout.nb_channels;
+    inputSampleFormat_ = frame_->format;
+    AVChannelLayout inputLayout{};
+    AVChannelLayout outputLayout{};
+    av_channel_layout_default(&inputLayout, inputChannels_);
+    av_channel_layout_default(&outputLayout, format_.channels);
+    SwrContext* converter = nullptr;
+    ffmpeg::throwOnError(swr_alloc_set_opts2(&converter, &outputLayout, AV_SAMPLE_FMT_FLT, format_.sampleRate,
+                                             &inputLayout, static_cast<AVSampleFormat>(inputSampleFormat_),
+                                             inputRate_, 0, nullptr),
+                         name_);
+    converter_.reset(converter);
+    ffmpeg::throwOnError(swr_init(converter_.get()), name_, MediaError::Cause::unsupported);
+}
+
+} // namespace zelvra

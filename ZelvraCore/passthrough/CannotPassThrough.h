@@ -1,0 +1,16 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace zelvra::passthrough {
+
+/// Why a movie's compressed pictures cannot be carried over untouched. Not an error of the file: the caller
+/// falls back to re-encoding and tells the user this reason, a clause that completes "re-encoding, because
+/// ...".
+class CannotPassThrough : public std::runtime_error {
+public:
+    explicit CannotPassThrough(const std::string& reason) : std::runtime_error(reason) {}
+};
+
+} // namespace zelvra::passthrough

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ZelvraCore/isobmff/Movie.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace zelvra::passthrough {
+
+/// The pictures of a source track in both of their orders. An *index* counts in decode order, a *rank* in
+/// presentation order; times are ticks of the track's timescale on its media timeline. Pure; the samples are
+/// borrowed and must outlive this.
+class SourcePictures {
+public:
+    /// Throws CannotPassThrough where there is no picture, or where two are shown at one time.
+    explicit SourcePictures(std::span<const isobmff::Sample> samples);
+
+    std::uint32_t count() const { return static_cast<std::uint32_t>(samples_.size()); }
+    const isobmff::Sample& sample(std::uint32_t index) const { return samples_[index]; }
+    std::uint32_t indexAt(std::uint32_t rank) const { return order_[rank]; }
+    std::uint32_t rankOf(std::uint32_t index) const { return rank_[index]; }
+
+    /// Never later than the presentation time of any picture: sources with negative composition offsets have
+    /// all their decode times moved earlier by the same amount.
+    std::int64_t decodeTime(std::uint32_t index) const { return samples_[index].decodeTime - earlier_; }
+    std::int64_t presentationTime(std::uint32_t index) const { return samples_[index].presentationTime(); }
+    std::int64_t timeAtRank(std::uint32_t rank) const { return presentationTime(order_[rank]); }
+
+    /// When the picture of that rank gives way to the next; the last one lasts for its own duration.
+    std::int64_t endAtRank(std::uint32_t rank) const;
+
+    /// Rank of the first picture that is shown after `time`; `count()` where there is none.
+    std::uint32_t rankAfter(std::int64_t time) const;
+
+    /// The sync sample to decode from so that the picture at `index` comes out: the last one that is neither
+    /// decoded nor shown after it. Throws CannotPassThrough where there is none.
+    std::uint32_t syncBefore(std::uint32_t index) const;
+
+private:
+    std::span<const isobmff::Sample> samples_;
+    std::vector<std::uint32_t> order_;
+    std::vector<std::uint32_t> rank_;
+    std::int64_t earlier_ = 0;
+};
+
+} // namespace zelvra::passthrough

@@ -79,10 +79,11 @@ struct Track {
     double height = 0;
     std::uint64_t creationTime = 0; ///< seconds since 1904-01-01 UTC
     std::vector<SampleEntry> sampleEntries;
-    std::vector<Edit> edits;            ///< empty = the whole media from 0 on
-    UniformPackets uniform;             ///< see there; sound only
-    std::vector<Sample> samples;        ///< in decode order; read for pictures and sound only
-    bool hasSyncTable = false;          ///< false: the file does not say, and every sample is a sync sample
+    std::vector<Edit> edits;        ///< empty = the whole media from 0 on
+    UniformPackets uniform;         ///< see there; sound only
+    std::vector<Sample> samples;    ///< in decode order; read for pictures and sound only
+    std::size_t indexedSamples = 0; ///< how many are listed in the movie box; the others, in its fragments
+    bool hasSyncTable = false;      ///< false: the file does not say, and every sample is a sync sample
     std::vector<std::uint8_t> userData; ///< the whole `udta` and `meta` boxes of the track, one after another
     std::vector<TrackReference> references;
 

@@ -1,0 +1,141 @@
+#include "ZelvraCore/isobmff/FragmentReader.h"
+
+#include "ZelvraCore/isobmff/RawBoxes.h"
+#include "ZelvraCore/isobmff/SampleTables.h"
+#include "ZelvraCore/isobmff/TrackReader.h"
+#include "ZelvraCore/records/ZVError.h"
+
+namespace zelvra::isobmff {
+
+namespace {
+
+[[noreturn]] void failCorrupt(const std::string& line) {
+    throw MediaError(MediaError::Cause::corrupt, line);
+}
+
+/// Clause 8.8.3.1: not a sync sample, or one that depends on others.
+bool isSync(std::uint32_t flags) {
+    constexpr std::uint32_t nonSync = 0x00010000;
+    constexpr std::uint32_t dependsOnOthers = 0x01000000;
+    return (flags & (nonSync | dependsOnOthers)) == 0;
+}
+
+/// Times beyond this cannot be added to one another without care, and no movie lasts so long.
+constexpr std::uint64_t latestTime = std::uint64_t{1} << 60;
+
+} // namespace
+
+void FragmentReader::readDefaults(std::span<const std::uint8_t> movieExtendsPayload) {
+    for (const RawBox& box : rawBoxes(movieExtendsPayload)) {
+        if (box.type == TrackExtendsBox::type) {
+            const auto extends = readBox<TrackExtendsBox>(box.payload);
+            defaults_[extends.trackId] = {extends.sampleEntry, extends.duration, extends.size,
+                                          extends.sampleFlags};
+        }
+    }
+}
+
+void FragmentReader::readFragment(std::span<const std::uint8_t> fragmentPayload, std::uint64_t offset) {
+    dataEnd_ = offset;
+    for (const RawBox& box : rawBoxes(fragmentPayload)) {
+        if (box.type == fourCharCode("traf")) {
+            readTrackFragment(box.payload, offset);
+        }
+    }
+}
+
+Track* FragmentReader::trackOf(std::uint32_t id) {
+    const auto found =
+        std::find_if(tracks_.begin(), tracks_.end(), [id](const Track& track) { return track.id == id; });
+    return found != tracks_.end() && (found->isVideo() || found->isSound()) ? &*found : nullptr;
+}
+
+FragmentReader::Defaults FragmentReader::defaultsOf(const TrackFragmentHeaderBox& header) const {
+    using Box = TrackFragmentHeaderBox;
+    const auto found = defaults_.find(header.trackId);
+    Defaults defaults = found != defaults_.end() ? found->second : Defaults{};
+    defaults.sampleEntry = header.has(Box::hasSampleEntry) ? header.sampleEntry : defaults.sampleEntry;
+    defaults.duration = header.has(Box::hasDuration) ? header.duration : defaults.duration;
+    defaults.size = header.has(Box::hasSize) ? header.size : defaults.size;
+    defaults.flags = header.has(Box::hasSampleFlags) ? header.sampleFlags : defaults.flags;
+    return defaults;
+}
+
+void FragmentReader::readTrackFragment(std::span<const std::uint8_t> payload, std::uint64_t fragmentOffset) {
+    const std::vector<RawBox> boxes = rawBoxes(payload);
+    const RawBox* headerBox = findBox(boxes, TrackFragmentHeaderBox::type);
+    if (headerBox == nullptr) {
+        failCorrupt("a track fragment has no header");
+    }
+    const auto header = readBox<TrackFragmentHeaderBox>(headerBox->payload);
+    if (header.has(TrackFragmentHeaderBox::hasBaseOffset)) {
+        dataEnd_ = header.baseOffset;
+    } else if (header.has(TrackFragmentHeaderBox::baseIsFragment)) {
+        dataEnd_ = fragmentOffset;
+    }
+    const std::uint64_t base = dataEnd_;
+    Track* track = trackOf(header.trackId);
+    Track unused; // a run of another kind of track is walked too, as the next one's data may start behind it
+    Track& target = track != nullptr ? *track : unused;
+    const auto number = static_cast<std::size_t>(track != nullptr ? track - tracks_.data() + 1 : 0);
+    try {
+        const Defaults defaults = defaultsOf(header);
+        ends_.try_emplace(&target,
+                          static_cast<std::int64_t>(target.samples.empty() ? 0 : target.mediaDuration));
+        if (const RawBox* time = findBox(boxes, TrackFragmentDecodeTimeBox::type)) {
+            const std::uint64_t start = readBox<TrackFragmentDecodeTimeBox>(time->payload).decodeTime;
+            if (start > latestTime) {
+                failCorrupt("a fragment starts beyond all time");
+            }
+            ends_[&target] = static_cast<std::int64_t>(start);
+        }
+        for (const RawBox& box : boxes) {
+            if (box.type != TrackRunBox::type) {
+                continue;
+            }
+            const auto run = readBox<TrackRunBox>(box.payload);
+            if (run.has(TrackRunBox::hasDataOffset)) {
+                dataEnd_ = base + static_cast<std::uint64_t>(std::int64_t{run.dataOffset});
+            }
+            readRun(run, defaults, target);
+        }
+    } catch (const MediaError& error) {
+        throw MediaError(error.cause(), trackName(number, target) + ": " + error.what());
+    }
+    ends_.erase(&unused);
+}
+
+void FragmentReader::readRun(const TrackRunBox& run, const Defaults& defaults, Track& track) {
+    requireSampleCount(std::uint64_t{track.samples.size()} + run.count);
+    if (run.samples.empty() && run.count > fileSize_) {
+        failCorrupt("a fragment has more samples than the file has bytes");
+    }
+    const std::size_t entryCount = track.sampleEntries.size();
+    if (defaults.sampleEntry < 1 || (entryCount > 0 && defaults.sampleEntry > entryCount)) {
+        failCorrupt("its samples name a sample entry that does not exist");
+    }
+    std::int64_t& time = ends_[&track];
+    for (std::uint32_t i = 0; i < run.count; ++i) {
+        const TrackRunBox::Entry entry = run.samples.empty() ? TrackRunBox::Entry{} : run.samples[i];
+        std::uint32_t flags = run.has(TrackRunBox::hasSampleFlags) ? entry.flags : defaults.flags;
+        if (i == 0 && run.has(TrackRunBox::hasFirstSampleFlags)) {
+            flags = run.firstSampleFlags;
+        }
+        Sample sample;
+        sample.offset = dataEnd_;
+        sample.size = run.has(TrackRunBox::hasSizes) ? entry.size : defaults.size;
+        sample.decodeTime = time;
+        sample.duration = run.has(TrackRunBox::hasDurations) ? entry.duration : defaults.duration;
+        sample.compositionOffset = entry.compositionOffset;
+        sample.sampleEntry = static_cast<std::uint16_t>(defaults.sampleEntry - 1);
+        sample.sync = track.isSound() || isSync(flags);
+        requireInFile(sample, track.samples.size() + 1, fileSize_);
+        track.samples.push_back(sample);
+        dataEnd_ += sample.size;
+        time += sample.duration;
+    }
+    track.hasSyncTable = true;
+    track.mediaDuration = std::max(track.mediaDuration, static_cast<std::uint64_t>(time));
+}
+
+} // namespace zelvra::isobmff

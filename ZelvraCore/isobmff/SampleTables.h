@@ -1,0 +1,89 @@
+#pragma once
+
+#include "ZelvraCore/isobmff/Boxes.h"
+#include "ZelvraCore/isobmff/RawBoxes.h"
+
+#include <optional>
+
+namespace zelvra::isobmff {
+
+/// The compressed tables of a track (`stbl`, ISO/IEC 14496-12 clause 8.5), and their unfolding into samples.
+/// Pure: boxes in, samples out; it neither reads a file nor knows edits.
+
+struct SampleTables {
+    std::vector<SampleEntry> entries;
+    std::optional<TimeToSampleBox> durations;
+    std::optional<CompositionOffsetBox> compositionOffsets;
+    std::optional<SyncSampleBox> syncSamples;
+    std::optional<PartialSyncSampleBox> partialSyncSamples;
+    std::optional<SampleToChunkBox> chunks;
+    std::optional<SampleSizeBox> sizes;
+    std::vector<std::uint64_t> chunkOffsets;
+};
+
+/// Reads the boxes inside an `stbl`; `stz2` and `stco` come out as `stsz` and `co64`. With `withSamples`
+/// unset the sample entries only.
+SampleTables readSampleTables(std::span<const std::uint8_t> sampleTablePayload, bool withSamples);
+
+/// Walks a table of runs, one value a sample. Behind the last run the value is `rest`.
+template <class Run, class Value>
+class RunWalker {
+public:
+    RunWalker(const std::vector<Run>& runs, Value Run::*value, Value rest)
+        : runs_(runs), value_(value), rest_(rest) {}
+
+    Value next() {
+        while (run_ < runs_.size() && used_ == runs_[run_].count) {
+            ++run_;
+            used_ = 0;
+        }
+        if (run_ == runs_.size()) {
+            return rest_;
+        }
+        ++used_;
+        return runs_[run_].*value_;
+    }
+
+private:
+    const std::vector<Run>& runs_;
+    Value Run::*value_;
+    Value rest_;
+    std::size_t run_ = 0;
+    std::uint32_t used_ = 0;
+};
+
+/// Walks the chunks of a track in order.
+class ChunkWalker {
+public:
+    struct Chunk {
+        std::uint64_t offset = 0;
+        std::uint32_t samples = 0;
+        std::uint16_t sampleEntry = 0; ///< index into the sample entries
+    };
+
+    /// `tables` must outlive this. Throws MediaError::corrupt where the runs are out of order or name a
+    /// sample entry that there is not.
+    explicit ChunkWalker(const SampleTables& tables);
+
+    /// Nothing after the last chunk.
+    std::optional<Chunk> next();
+
+private:
+    const SampleTables& tables_;
+    std::size_t chunk_ = 0;
+    std::size_t run_ = 0;
+};
+
+/// Fills `samples` and `uniform` of a track (and `hasSyncTable`) from its tables. `fileSize` bounds every
+/// position: a sample beyond it is refused. Throws MediaError::corrupt.
+void unfoldSamples(const SampleTables& tables, std::uint64_t fileSize, Track& track);
+
+/// Refuses a sample that does not lie within the file. `number` counts from 1, for the error.
+void requireInFile(const Sample& sample, std::uint64_t number, std::uint64_t fileSize);
+
+/// Greatest number of samples of one track: a day at 150 a second. More is a lie or of no use here.
+inline constexpr std::size_t mostSamples = std::size_t{1} << 24;
+/// Refuses growth beyond `mostSamples`.
+void requireSampleCount(std::uint64_t count);
+
+} // namespace zelvra::isobmff

@@ -3,6 +3,7 @@
 #include "ZelvraCore/bitstream/Bytes.h"
 
 #include <cstddef>
+#include <optional>
 
 namespace zelvra::bitstream {
 
@@ -43,7 +44,13 @@ public:
     std::size_t storedOffset() const { return next_; }
 
 private:
+    struct Rest {
+        std::uint64_t all = 0;
+        std::optional<std::uint64_t> beforeStop;
+    };
+
     void fetch();
+    Rest rest() const;
 
     ByteView bytes_;
     std::size_t next_ = 0;       ///< stored index of the byte after the current one

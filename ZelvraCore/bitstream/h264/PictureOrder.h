@@ -19,8 +19,16 @@ public:
     std::uint32_t previousReferenceFrameNum() const { return previousReferenceFrameNum_; }
 
 private:
-    std::int64_t topOfType0(const Sps& sps, const SliceHeader& slice);
-    std::int64_t expectedOfType1(const Sps& sps, const SliceHeader& slice, std::int64_t frameNumOffset) const;
+    struct Counts {
+        std::int64_t top = 0;
+        std::int64_t bottom = 0;
+    };
+
+    Counts nextOfType0(const Sps& sps, const SliceHeader& slice);
+    Counts nextByFrameNum(const Sps& sps, const SliceHeader& slice);
+    static std::int64_t expectedOfType1(const Sps& sps, const SliceHeader& slice,
+                                        std::int64_t absoluteFrameNum);
+    void noteReferenceFrameNum(const Sps& sps, const SliceHeader& slice, bool reset);
 
     // Type 0
     std::int64_t previousMsb_ = 0;

@@ -36,8 +36,7 @@ struct PictureFacts {
 class PictureScanner {
 public:
     /// `sets` are those of the sample entry, `nalLengthSize` its record's.
-    PictureScanner(ParameterSets sets, int nalLengthSize)
-        : sets_(std::move(sets)), nalLengthSize_(nalLengthSize) {}
+    PictureScanner(ParameterSets sets, int nalLengthSize);
 
     /// Throws BitstreamError: also where the sample holds no slice.
     PictureFacts scan(bitstream::ByteView sample);
@@ -53,6 +52,7 @@ public:
 private:
     void takeParameterSet(bitstream::ByteView nal);
     void takePicture(const SliceHeader& slice, PictureFacts& facts);
+    void takeSecondField(const SliceHeader& slice, PictureFacts& facts);
 
     ParameterSets sets_;
     int nalLengthSize_;

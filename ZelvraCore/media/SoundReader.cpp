@@ -18,24 +18,15 @@ constexpr double settlingSeconds = 0.25;
 /// Up to here, decoding on is cheaper than seeking.
 constexpr int skippedSeconds = 2;
 
-AVStream* firstSoundStream(AVFormatContext& input) {
-    AVStream* first = nullptr;
-    for (AVStream* stream : std::span(input.streams, input.nb_streams)) {
-        if (stream->codecpar->codec_type != AVMEDIA_TYPE_AUDIO) {
-            continue;
-        }
-        if ((stream->disposition & AV_DISPOSITION_DEFAULT) != 0) {
-            return stream;
-        }
-        first = first != nullptr ? first : stream;
-    }
-    return first;
-}
+/// A stream whose beginning cannot be decoded is taken for what the index says it is.
+constexpr int packetsTriedForFormat = 64;
 
-void ignoreOtherStreams(AVFormatContext& input, const AVStream* kept) {
-    for (AVStream* stream : std::span(input.streams, input.nb_streams)) {
-        stream->discard = stream == kept ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+std::uint32_t soundTrackId(const Asset& movie) {
+    const isobmff::Track* track = movie.movie().firstTrack(isobmff::soundHandler);
+    if (track == nullptr) {
+        throw MediaError(MediaError::Cause::unsupported, movie.path().string() + ": the movie has no sound");
     }
+    return track->id;
 }
 
 ffmpeg::CodecContext openDecoder(const AVStream& stream, const std::string& name) {
@@ -50,29 +41,36 @@ ffmpeg::CodecContext openDecoder(const AVStream& stream, const std::string& name
     return decoder;
 }
 
-SoundFormat formatOf(const AVCodecParameters& parameters, const std::string& name) {
-    const AVChannelLayout& layout = parameters.ch_layout;
-    if (parameters.sample_rate <= 0 || layout.nb_channels <= 0) {
-        throw MediaError(MediaError::Cause::unsupported, name + ": its sound has no rate or no channels");
-    }
-    return {parameters.sample_rate, layout.nb_channels,
-            layout.order == AV_CHANNEL_ORDER_NATIVE ? layout.u.mask : 0};
+SoundFormat formatOf(int sampleRate, const AVChannelLayout& layout) {
+    return {sampleRate, layout.nb_channels, layout.order == AV_CHANNEL_ORDER_NATIVE ? layout.u.mask : 0};
 }
 
 } // namespace
 
-SoundReader::SoundReader(const std::filesystem::path& movie) : name_(movie.string()) {
-    AVFormatContext* opened = nullptr;
-    ffmpeg::throwOnError(avformat_open_input(&opened, movie.c_str(), nullptr, nullptr), name_);
-    input_.reset(opened);
-    ffmpeg::throwOnError(avformat_find_stream_info(input_.get(), nullptr), name_);
-    stream_ = firstSoundStream(*input_);
-    if (stream_ == nullptr) {
-        throw MediaError(MediaError::Cause::unsupported, name_ + ": the movie has no sound");
+SoundReader::SoundReader(Asset movie)
+    : movie_(std::move(movie)),
+      name_(movie_.path().string()),
+      demuxer_(movie_.bytes(), soundTrackId(movie_)),
+      decoder_(openDecoder(demuxer_.stream(), name_)) {
+    findFormat();
+}
+
+/// Only the coded stream tells the rate: band replication doubles it without a word in the index.
+void SoundReader::findFormat() {
+    bool decoded = receiveFrame();
+    for (int packets = 0; !decoded && !inputEnded_ && packets < packetsTriedForFormat; ++packets) {
+        sendPacket();
+        decoded = receiveFrame();
     }
-    ignoreOtherStreams(*input_, stream_);
-    decoder_ = openDecoder(*stream_, name_);
-    format_ = formatOf(*stream_->codecpar, name_);
+    const AVCodecParameters& described = *demuxer_.stream().codecpar;
+    format_ = decoded ? formatOf(frame_->sample_rate, frame_->ch_layout)
+                      : formatOf(described.sample_rate, described.ch_layout);
+    if (format_.sampleRate <= 0 || format_.channels <= 0) {
+        throw MediaError(MediaError::Cause::unsupported, name_ + ": its sound has no rate or no channels");
+    }
+    if (decoded) {
+        takeFrame();
+    }
 }
 
 void SoundReader::read(std::int64_t firstFrame, std::span<float> samples) {
@@ -103,14 +101,14 @@ void SoundReader::read(std::int64_t firstFrame, std::span<float> samples) {
 }
 
 std::int64_t SoundReader::frameOfTicks(std::int64_t ticks) const {
-    return av_rescale_q(ticks, stream_->time_base, {1, format_.sampleRate});
+    return av_rescale_q(ticks, demuxer_.timeBase(), {1, format_.sampleRate});
 }
 
 void SoundReader::seek(std::int64_t firstFrame) {
     const auto settling = static_cast<std::int64_t>(settlingSeconds * format_.sampleRate);
     const std::int64_t target =
-        av_rescale_q(firstFrame - settling, {1, format_.sampleRate}, stream_->time_base);
-    ffmpeg::throwOnError(av_seek_frame(input_.get(), stream_->index, target, AVSEEK_FLAG_BACKWARD), name_);
+        av_rescale_q(firstFrame - settling, {1, format_.sampleRate}, demuxer_.timeBase());
+    demuxer_.seek(target);
     avcodec_flush_buffers(decoder_.get());
     converter_.reset();
     block_ = {firstFrame, {}};
@@ -136,17 +134,13 @@ bool SoundReader::receiveFrame() {
 }
 
 void SoundReader::sendPacket() {
-    const int code = av_read_frame(input_.get(), packet_.get());
-    if (code == AVERROR_EOF) {
+    if (!demuxer_.read(*packet_)) {
         inputEnded_ = true;
         avcodec_send_packet(decoder_.get(), nullptr);
         return;
     }
-    ffmpeg::throwOnError(code, name_, MediaError::Cause::unreadable);
-    if (packet_->stream_index == stream_->index) {
-        // A packet that the decoder refuses leaves a gap, which is silent.
-        avcodec_send_packet(decoder_.get(), packet_.get());
-    }
+    // A packet that the decoder refuses leaves a gap, which is silent.
+    avcodec_send_packet(decoder_.get(), packet_.get());
     av_packet_unref(packet_.get());
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "ZelvraCore/media/Asset.h"
+#include "ZelvraCore/media/Demuxer.h"
 #include "ZelvraCore/media/FFmpegHandles.h"
 #include "ZelvraCore/media/SoundRenderer.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <span>
 #include <vector>
@@ -19,7 +20,7 @@ namespace zelvra {
 class SoundReader {
 public:
     /// Throws as SoundRenderer's constructor does.
-    explicit SoundReader(const std::filesystem::path& movie);
+    explicit SoundReader(Asset movie);
 
     const SoundFormat& format() const { return format_; }
 
@@ -42,14 +43,15 @@ private:
     bool decodeBlock();
     bool receiveFrame();
     void sendPacket();
+    void findFormat();
     void takeFrame();
     std::int64_t startOfDecodedFrame();
     void convertFrame();
     void prepareConverter();
 
+    Asset movie_;
     std::string name_;
-    ffmpeg::InputContext input_;
-    AVStream* stream_ = nullptr; ///< of `input_`
+    ffmpeg::Demuxer demuxer_;
     ffmpeg::CodecContext decoder_;
     ffmpeg::Resampler converter_;
     ffmpeg::Packet packet_ = ffmpeg::makePacket();

@@ -42,8 +42,7 @@ std::vector<FramePiece> inFrames(std::span<const SoundPiece> pieces, int sampleR
 
 class SoundRenderer::Implementation {
 public:
-    Implementation(const std::filesystem::path& movie, std::span<const SoundPiece> pieces,
-                   std::stop_token stop)
+    Implementation(const Asset& movie, std::span<const SoundPiece> pieces, std::stop_token stop)
         : reader_(movie), pieces_(inFrames(pieces, reader_.format().sampleRate)), stop_(std::move(stop)) {}
 
     const SoundFormat& format() const { return reader_.format(); }
@@ -94,8 +93,7 @@ private:
     std::int64_t positionInPiece_ = 0;
 };
 
-SoundRenderer::SoundRenderer(const std::filesystem::path& movie, std::span<const SoundPiece> pieces,
-                             std::stop_token stop)
+SoundRenderer::SoundRenderer(const Asset& movie, std::span<const SoundPiece> pieces, std::stop_token stop)
     : implementation_(std::make_unique<Implementation>(movie, pieces, std::move(stop))) {}
 SoundRenderer::SoundRenderer(SoundRenderer&&) noexcept = default;
 SoundRenderer& SoundRenderer::operator=(SoundRenderer&&) noexcept = default;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "ZelvraCore/media/Asset.h"
 #include "ZelvraCore/records/SoundPiece.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <span>
 #include <stop_token>
@@ -33,14 +33,13 @@ struct SoundFormat {
 /// encoder's priming removed. Where the track holds nothing (before it starts, in a gap, after its end) there
 /// is silence.
 ///
-/// It decodes as it is read and holds a few packets, whatever the movie's length. It opens the movie for
-/// itself: any thread, one at a time.
+/// It decodes as it is read and holds a few packets, whatever the movie's length. Any thread, one
+/// at a time; several renderers may read one asset at once.
 class SoundRenderer {
 public:
     /// Throws MediaError: `unreadable` or `corrupt` (the movie), `unsupported` (no sound track, no decoder
     /// for it), `outOfRange` (a piece whose times are not numeric, negative or beyond 64 bits).
-    SoundRenderer(const std::filesystem::path& movie, std::span<const SoundPiece> pieces,
-                  std::stop_token stop = {});
+    SoundRenderer(const Asset& movie, std::span<const SoundPiece> pieces, std::stop_token stop = {});
     SoundRenderer(SoundRenderer&&) noexcept;
     SoundRenderer& operator=(SoundRenderer&&) noexcept;
     ~SoundRenderer();

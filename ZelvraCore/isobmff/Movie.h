@@ -31,7 +31,7 @@ static_assert(sizeof(Sample) == 32);
 
 /// One entry of a track's edit list: `duration` of the movie's timeline shows the media from `mediaTime` on.
 struct Edit {
-    std::uint64_t duration = 0;  ///< in ticks of the movie's timescale; 0 in the last = to the media's end
+    std::uint64_t duration = 0;  ///< in ticks of the movie's timescale
     std::int64_t mediaTime = 0;  ///< in ticks of the track's timescale; negative = nothing is presented
     std::int32_t rate = 0x10000; ///< 16.16 fixed point; 0 = one picture dwells
 

@@ -39,6 +39,7 @@ struct ShownSample {
 
 class TrackTimeline {
 public:
+    /// Throws MediaError::unsupported where the edit list shows samples without end.
     TrackTimeline(const Track& track, std::uint32_t movieTimescale);
 
     /// In order of time, without overlap. Empty for a track that shows nothing.

@@ -1,0 +1,256 @@
+#include "ZelvraCore/isobmff/TrackTimeline.h"
+
+#include "ZelvraCore/isobmff/SampleTables.h"
+#include "ZelvraCore/records/ZVError.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace zelvra::isobmff {
+
+namespace {
+
+__extension__ using Wide = __int128;
+
+/// Sample times and edit lengths stay below this, so that sums of a few cannot overflow.
+constexpr std::int64_t latestTime = std::int64_t{1} << 60;
+
+std::int64_t clampedTime(std::int64_t time) {
+    return std::clamp(time, -latestTime, latestTime);
+}
+
+/// A length in ticks of the movie as ticks of the track, halves rounded up.
+std::int64_t rescaled(std::uint64_t duration, std::uint32_t trackTimescale, std::uint32_t movieTimescale) {
+    const Wide ticks = (Wide{duration} * trackTimescale * 2 + movieTimescale) / (Wide{movieTimescale} * 2);
+    return static_cast<std::int64_t>(std::min<Wide>(ticks, latestTime));
+}
+
+/// An edit in ticks of the track. `start` is where the edits before it end.
+struct Cut {
+    std::int64_t start = 0;
+    std::int64_t duration = 0;
+    std::int64_t mediaStart = 0;
+
+    std::int64_t mediaEnd() const { return mediaStart + duration; }
+    std::int64_t end() const { return start + duration; }
+    bool shows(std::int64_t mediaTime) const { return mediaTime >= mediaStart && mediaTime < mediaEnd(); }
+};
+
+/// Places a track's samples on the timeline. The rules are libavformat's (its `advanced_editlist`), since
+/// every picture that is decoded gets its time from there:
+/// - A picture is shown where its presentation time lies within the edit; one that began before is not.
+/// - The first such picture *in decode order* decodes at the edit's start, the others keep their distance.
+/// - The whole track then moves so that its earliest picture appears at 0, or where leading empty edits end.
+/// - An empty edit that follows a shown one is no gap: it shows the media's beginning.
+/// - The first edit of a sound track starts exactly, within a packet; a later one at the next packet.
+/// - Edits of a track whose samples all lie in fragments only move it; nothing is cut away.
+class Placement {
+public:
+    Placement(const Track& track, std::uint32_t movieTimescale)
+        : track_(track),
+          indexed_(track.samples.data(), track.samples.data() + track.indexedSamples),
+          reordered_(std::any_of(indexed_.begin(), indexed_.end(),
+                                 [](const Sample& sample) { return sample.compositionOffset != 0; })) {
+        makeCuts(movieTimescale);
+    }
+
+    void place() {
+        if (track_.edits.empty() || indexed_.empty()) {
+            placeFrom(0);
+            return;
+        }
+        for (std::size_t i = 0; i < cuts_.size(); ++i) {
+            placeCut(cuts_[i], i == 0);
+        }
+        moveToStart();
+        placeFrom(track_.indexedSamples);
+    }
+
+    std::vector<ShownPiece> pieces;
+    std::vector<ShownSample> shown;
+
+private:
+    void makeCuts(std::uint32_t movieTimescale) {
+        std::int64_t start = 0;
+        for (const Edit& edit : track_.edits) {
+            const std::int64_t duration = rescaled(edit.duration, track_.timescale, movieTimescale);
+            if (edit.isEmpty() && cuts_.empty()) {
+                leadingEmpty_ = clampedTime(leadingEmpty_ + duration);
+            } else {
+                cuts_.push_back({start, duration, clampedTime(edit.mediaTime)});
+            }
+            start = clampedTime(start + duration);
+        }
+    }
+
+    /// Samples that no edit cuts: the media without an edit list, and samples in fragments.
+    void placeFrom(std::size_t first) {
+        if (first == track_.samples.size()) {
+            return;
+        }
+        const std::int64_t offset = cuts_.empty() ? -leadingEmpty_ : cuts_.front().mediaStart - leadingEmpty_;
+        const std::size_t firstShown = shown.size();
+        for (std::size_t i = first; i < track_.samples.size(); ++i) {
+            show(i, track_.samples[i].presentationTime() - offset, track_.samples[i].duration);
+        }
+        closePiece(firstShown, offset, std::numeric_limits<std::int64_t>::max());
+    }
+
+    void placeCut(const Cut& cut, bool isFirst) {
+        if (track_.isSound()) {
+            placeSoundCut(cut, isFirst);
+        } else {
+            placePictureCut(cut);
+        }
+    }
+
+    void placePictureCut(const Cut& cut) {
+        const std::size_t firstShown = shown.size();
+        std::optional<std::int64_t> offset; // media time of what would be shown at presentation time 0
+        bool waitsForTrailing = reordered_;
+        for (std::size_t i = decodingStart(cut.mediaStart); i < indexed_.size(); ++i) {
+            visit();
+            const Sample& sample = indexed_[i];
+            if (cut.shows(sample.presentationTime())) {
+                offset = offset ? offset : sample.decodeTime - cut.start;
+                show(i, sample.presentationTime() - *offset, sample.duration);
+            }
+            // Behind the end, the first sync sample may still be followed by pictures shown before it.
+            if (sample.sync && sample.presentationTime() + sample.duration >= cut.mediaEnd()) {
+                if (!waitsForTrailing) {
+                    break;
+                }
+                waitsForTrailing = false;
+            }
+        }
+        closePiece(firstShown, offset.value_or(0), cut.end());
+    }
+
+    void placeSoundCut(const Cut& cut, bool isFirst) {
+        const std::size_t firstShown = shown.size();
+        std::optional<std::int64_t> offset;
+        const auto containing = std::upper_bound(
+            indexed_.begin(), indexed_.end(), cut.mediaStart,
+            [](std::int64_t time, const Sample& sample) { return time < sample.decodeTime; });
+        const auto first = containing == indexed_.begin() ? containing : containing - 1;
+        for (auto sample = first; sample != indexed_.end() && sample->decodeTime < cut.mediaEnd(); ++sample) {
+            visit();
+            std::int64_t time = sample->decodeTime;
+            std::int64_t duration = sample->duration;
+            if (time < cut.mediaStart) {
+                if (time + duration <= cut.mediaStart || !(isFirst || track_.uniform)) {
+                    continue;
+                }
+                duration -= cut.mediaStart - time;
+                time = cut.mediaStart;
+            }
+            offset = offset ? offset : time - cut.start;
+            show(static_cast<std::size_t>(sample - indexed_.begin()), time - *offset, duration);
+        }
+        closePiece(firstShown, offset.value_or(0), cut.end());
+    }
+
+    /// The sync sample from which the pictures of an edit that starts at `mediaTime` decode.
+    std::size_t decodingStart(std::int64_t mediaTime) const {
+        auto sample = std::upper_bound(
+            indexed_.begin(), indexed_.end(), mediaTime,
+            [](std::int64_t time, const Sample& candidate) { return time < candidate.decodeTime; });
+        while (sample != indexed_.begin()) {
+            --sample;
+            if (sample->sync && (!reordered_ || sample->presentationTime() <= mediaTime)) {
+                return static_cast<std::size_t>(sample - indexed_.begin());
+            }
+        }
+        return 0;
+    }
+
+    void show(std::size_t sample, std::int64_t start, std::int64_t duration) {
+        const auto piece = static_cast<std::uint32_t>(pieces.size());
+        shown.push_back({static_cast<std::uint32_t>(sample), piece, start, duration});
+    }
+
+    /// Makes a piece of the samples placed since `firstShown`.
+    void closePiece(std::size_t firstShown, std::int64_t offset, std::int64_t end) {
+        const auto begin = shown.begin() + static_cast<std::ptrdiff_t>(firstShown);
+        if (begin == shown.end()) {
+            return;
+        }
+        std::stable_sort(begin, shown.end(),
+                         [](const ShownSample& a, const ShownSample& b) { return a.start < b.start; });
+        for (auto sample = begin; sample + 1 != shown.end(); ++sample) {
+            sample->duration = (sample + 1)->start - sample->start;
+        }
+        ShownSample& last = shown.back();
+        last.duration = end > last.start ? std::min(last.duration, end - last.start) : 0;
+        pieces.push_back({begin->start, last.end() - begin->start, begin->start + offset});
+    }
+
+    void moveToStart() {
+        if (!track_.isVideo() || shown.empty()) {
+            return;
+        }
+        const auto earliest =
+            std::min_element(shown.begin(), shown.end(),
+                             [](const ShownSample& a, const ShownSample& b) { return a.start < b.start; });
+        const std::int64_t late = earliest->start - leadingEmpty_;
+        if (late <= 0) {
+            return;
+        }
+        for (ShownSample& sample : shown) {
+            sample.start -= late;
+        }
+        for (ShownPiece& piece : pieces) {
+            piece.start -= late;
+        }
+    }
+
+    /// An edit list may show the same samples many times; a hostile one, without end.
+    void visit() { requireSampleCount(++visited_); }
+
+    const Track& track_;
+    std::span<const Sample> indexed_;
+    bool reordered_;
+    std::vector<Cut> cuts_;
+    std::int64_t leadingEmpty_ = 0;
+    std::uint64_t visited_ = 0;
+};
+
+} // namespace
+
+TrackTimeline::TrackTimeline(const Track& track, std::uint32_t movieTimescale) {
+    Placement placement(track, movieTimescale);
+    placement.place();
+    pieces_ = std::move(placement.pieces);
+    shown_ = std::move(placement.shown);
+}
+
+std::int64_t TrackTimeline::end() const {
+    return pieces_.empty() ? 0 : pieces_.back().end();
+}
+
+std::optional<std::int64_t> TrackTimeline::mediaTime(std::int64_t presentationTime) const {
+    for (const ShownPiece& piece : pieces_) {
+        if (presentationTime >= piece.start && presentationTime < piece.end()) {
+            return piece.mediaStart + (presentationTime - piece.start);
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::int64_t> TrackTimeline::presentationTime(std::int64_t mediaTime) const {
+    for (const ShownPiece& piece : pieces_) {
+        if (mediaTime >= piece.mediaStart && mediaTime < piece.mediaEnd()) {
+            return piece.start + (mediaTime - piece.mediaStart);
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<ShownSample> TrackTimeline::shownAt(std::int64_t presentationTime) const {
+    const auto after =
+        std::upper_bound(shown_.begin(), shown_.end(), presentationTime,
+                         [](std::int64_t time, const ShownSample& sample) { return time < sample.start; });
+    return after == shown_.begin() ? std::nullopt : std::optional(*(after - 1));
+}
+
+} // namespace zelvra::isobmff

@@ -246,7 +246,7 @@ CMTime NumberedMovie::timeOf(int frame) const {
 
 fs::path movieFile(const NumberedMovie& movie) {
     const fs::path folder = fs::path(ZELVRA_BUILD_FOLDER) / "test-movies";
-    const fs::path file = folder / cacheName(movie);
+    fs::path file = folder / cacheName(movie);
     if (!fs::exists(file)) {
         fs::create_directories(folder);
         // Tests that run at the same time may make the same movie: whichever is ready last, stays.

@@ -71,6 +71,7 @@ private:
 pid_t spawn(const std::vector<std::string>& arguments, const SpawnActions& actions) {
     std::vector<std::string> copies = arguments;
     std::vector<char*> pointers;
+    pointers.reserve(copies.size() + 1);
     for (std::string& argument : copies) {
         pointers.push_back(argument.data());
     }

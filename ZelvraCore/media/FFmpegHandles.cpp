@@ -5,10 +5,15 @@
 
 extern "C" {
 #include <libavutil/error.h>
+#include <libavutil/log.h>
 #include <libavutil/mathematics.h>
 }
 
 namespace zelvra::ffmpeg {
+
+void quietLibraries() {
+    av_log_set_level(AV_LOG_QUIET);
+}
 
 std::string errorText(int code) {
     std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};

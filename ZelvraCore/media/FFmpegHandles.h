@@ -70,6 +70,10 @@ inline Packet makePacket() {
     return owned<Packet>(av_packet_alloc());
 }
 
+/// Keeps the libraries from writing to standard error: what matters comes as an error code, and a user gets
+/// one line. Process-wide; may be called any number of times, from any thread.
+void quietLibraries();
+
 /// The library's own words for an error code, such as "Invalid data found when processing input".
 std::string errorText(int code);
 

@@ -1,0 +1,49 @@
+#include "ZelvraCore/SourceProbe.h"
+
+#include "ZelvraCore/media/FrameDuration.h"
+#include "ZelvraCore/records/ZVError.h"
+
+namespace zelvra {
+
+namespace {
+
+float nominalRate(const FrameIndex& frames) {
+    if (frames.empty()) {
+        return 0;
+    }
+    const double seconds = (frames.end() - frames.first().time).seconds();
+    return static_cast<float>(static_cast<double>(frames.count()) / seconds);
+}
+
+} // namespace
+
+SourceInfo loadSourceInfo(const std::filesystem::path& movie) {
+    return loadSourceInfo(Asset(movie));
+}
+
+SourceInfo loadSourceInfo(const Asset& asset) {
+    const isobmff::Track* track = asset.videoTrack();
+    if (track == nullptr) {
+        throw ZVError::noVideoTrack();
+    }
+    const VideoFormat& format = asset.videoFormat();
+    const FrameIndex& frames = asset.frames();
+
+    SourceInfo info;
+    info.naturalSize = naturalSize(format);
+    info.preferredTransform = transformOf(format.orientation, info.naturalSize);
+    info.displaySize = info.preferredTransform.boundingSize(info.naturalSize);
+    info.duration = asset.duration();
+    info.nominalFrameRate = nominalRate(frames);
+    info.frameDuration = typicalFrameDuration(frames.durations(), frames.timescale());
+    if (!info.frameDuration.isValid()) {
+        info.frameDuration = frameDurationFromRate(info.nominalFrameRate);
+    }
+    info.hasAudio = asset.hasAudio();
+    if (!track->sampleEntries.empty()) {
+        info.videoCodec = track->sampleEntries.front().type;
+    }
+    return info;
+}
+
+} // namespace zelvra

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "ZelvraCore/media/Asset.h"
+#include "ZelvraCore/records/SourceInfo.h"
+
+#include <filesystem>
+
+namespace zelvra {
+
+/// What a movie is: the facts that the rest of the engine decides by. Of several video tracks the first
+/// enabled one is told of (see Asset::videoTrack).
+///
+/// - `naturalSize` is that of the decoded picture in square pixels, `displaySize` the same after turning.
+/// - `preferredTransform` is one of the eight turns and mirrors, moved so that the picture's corner is at the
+///   origin; exactly the identity for an upright movie.
+/// - `duration` is where the longest of its picture and sound tracks ends, edit lists applied.
+/// - `nominalFrameRate` is the number of pictures shown over the time that they are shown.
+/// - `frameDuration` is the length that its frames really have (see typicalFrameDuration), else one n-th of a
+///   second by the rate (see frameDurationFromRate).
+///
+/// Blocks on the file; any thread. Throws ZVError::noVideoTrack for a movie without pictures, MediaError for
+/// a file that is missing, unreadable or no movie.
+SourceInfo loadSourceInfo(const std::filesystem::path& movie);
+SourceInfo loadSourceInfo(const Asset& asset);
+
+} // namespace zelvra

@@ -1,0 +1,215 @@
+#include "ZelvraCore/media/AssetInternals.h"
+
+#include "ZelvraCore/isobmff/MovieReader.h"
+#include "ZelvraCore/isobmff/TrackTimeline.h"
+#include "ZelvraCore/media/PictureDecoder.h"
+#include "ZelvraCore/records/ZVError.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+extern "C" {
+#include <libavutil/display.h>
+}
+
+namespace zelvra {
+
+namespace ffmpeg {
+
+std::unique_ptr<Demuxer> DemuxerPool::take(const isobmff::ByteSource& bytes, std::uint32_t trackId) {
+    {
+        const std::scoped_lock lock(mutex_);
+        if (!idle_.empty()) {
+            std::unique_ptr<Demuxer> demuxer = std::move(idle_.back());
+            idle_.pop_back();
+            return demuxer;
+        }
+    }
+    return std::make_unique<Demuxer>(bytes, trackId);
+}
+
+void DemuxerPool::giveBack(std::unique_ptr<Demuxer> demuxer) {
+    constexpr std::size_t mostIdle = 4;
+    const std::scoped_lock lock(mutex_);
+    if (idle_.size() < mostIdle) {
+        idle_.push_back(std::move(demuxer));
+    }
+}
+
+std::unique_ptr<Demuxer> takeDemuxer(const Asset& asset) {
+    const isobmff::Track* track = asset.videoTrack();
+    if (track == nullptr) {
+        throw ZVError::noVideoTrack();
+    }
+    return asset.internals().demuxers.take(asset.bytes(), track->id);
+}
+
+namespace {
+
+/// The first picture that can be decoded, looking at a few packets only; null where there is none.
+Frame firstPicture(Demuxer& demuxer) {
+    constexpr int mostPackets = 8;
+    PictureDecoder decoder(demuxer.stream(), PictureDecoder::Use::smallViews);
+    const Packet packet = makePacket();
+    Frame frame = makeFrame();
+    demuxer.seek(0);
+    for (int count = 0; count < mostPackets && demuxer.read(*packet); ++count) {
+        packet->flags &= ~AV_PKT_FLAG_DISCARD; // not to be shown, but as good as any other to look at
+        decoder.send(*packet, true);
+        av_packet_unref(packet.get());
+        if (count == 0) {
+            decoder.drain();
+        }
+        if (decoder.receive(*frame)) {
+            return frame;
+        }
+        if (count == 0) {
+            decoder.restart();
+        }
+    }
+    decoder.drain();
+    return decoder.receive(*frame) ? std::move(frame) : nullptr;
+}
+
+/// Of the track and the movie together, as the demuxer has multiplied them.
+Orientation displayOrientation(const AVStream& stream) {
+    constexpr std::size_t entries = 9;
+    std::size_t size = 0;
+    const std::uint8_t* data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
+    if (data == nullptr || size < entries * sizeof(std::int32_t)) {
+        return {};
+    }
+    std::array<std::int32_t, entries> matrix{};
+    std::memcpy(matrix.data(), data, sizeof(matrix));
+    return orientationOf({static_cast<double>(matrix[0]), static_cast<double>(matrix[1]),
+                          static_cast<double>(matrix[3]), static_cast<double>(matrix[4]), 0, 0});
+}
+
+VideoFormat readFormat(Demuxer& demuxer) {
+    const AVStream& stream = demuxer.stream();
+    const Frame picture = firstPicture(demuxer);
+    VideoFormat format;
+    format.width = picture != nullptr ? picture->width : stream.codecpar->width;
+    format.height = picture != nullptr ? picture->height : stream.codecpar->height;
+    // What the container says overrules the coded stream, as in players.
+    AVRational aspect = stream.sample_aspect_ratio;
+    if (aspect.num == 0 && picture != nullptr) {
+        aspect = picture->sample_aspect_ratio;
+    }
+    format.pixelAspect = plausibleAspect(aspect.num, aspect.den);
+    format.orientation = displayOrientation(stream);
+    return format;
+}
+
+} // namespace
+
+} // namespace ffmpeg
+
+namespace {
+
+bool illustratesChapters(const isobmff::Movie& movie, const isobmff::Track& track) {
+    return std::ranges::any_of(movie.tracks, [&](const isobmff::Track& other) {
+        return std::ranges::any_of(other.references, [&](const isobmff::TrackReference& reference) {
+            return reference.type == fourCharCode("chap") &&
+                   std::ranges::find(reference.trackIds, track.id) != reference.trackIds.end();
+        });
+    });
+}
+
+std::int32_t ticksASecond(const isobmff::Track& track) {
+    if (track.timescale > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) {
+        throw MediaError(MediaError::Cause::unsupported,
+                         "the movie counts time in more than 2^31 ticks a second");
+    }
+    return static_cast<std::int32_t>(track.timescale);
+}
+
+FrameIndex readFrames(const isobmff::Movie& movie, const isobmff::Track& track) {
+    const isobmff::TrackTimeline timeline(track, movie.timescale);
+    std::vector<std::int64_t> starts;
+    starts.reserve(timeline.shown().size());
+    std::int64_t end = 0;
+    for (const isobmff::ShownSample& sample : timeline.shown()) {
+        if (sample.duration > 0) {
+            starts.push_back(sample.start);
+            end = sample.end();
+        }
+    }
+    return {std::move(starts), end, ticksASecond(track)};
+}
+
+CMTime presentationEnd(const isobmff::Movie& movie) {
+    CMTime end = CMTime::zero();
+    for (const isobmff::Track& track : movie.tracks) {
+        if (track.isVideo() || track.isSound()) {
+            end = maximum(end, {isobmff::TrackTimeline(track, movie.timescale).end(), ticksASecond(track)});
+        }
+    }
+    return end;
+}
+
+} // namespace
+
+Asset::Asset(const std::filesystem::path& movie) : internals_(std::make_shared<Internals>(movie)) {}
+
+const std::filesystem::path& Asset::path() const {
+    return internals_->path;
+}
+
+const isobmff::ByteSource& Asset::bytes() const {
+    return internals_->bytes;
+}
+
+const isobmff::Movie& Asset::movie() const {
+    std::call_once(internals_->movieOnce,
+                   [this] { internals_->movie = isobmff::readMovie(internals_->bytes); });
+    return internals_->movie;
+}
+
+const isobmff::Track* Asset::videoTrack() const {
+    const isobmff::Track* first = nullptr;
+    for (const isobmff::Track& track : movie().tracks) {
+        if (!track.isVideo() || illustratesChapters(movie(), track)) {
+            continue;
+        }
+        if (track.enabled) {
+            return &track;
+        }
+        first = first != nullptr ? first : &track;
+    }
+    return first;
+}
+
+bool Asset::hasAudio() const {
+    return std::ranges::any_of(movie().tracks, &isobmff::Track::isSound);
+}
+
+const VideoFormat& Asset::videoFormat() const {
+    std::call_once(internals_->formatOnce, [this] {
+        auto demuxer = ffmpeg::takeDemuxer(*this);
+        internals_->format = ffmpeg::readFormat(*demuxer);
+        internals_->demuxers.giveBack(std::move(demuxer));
+    });
+    return internals_->format;
+}
+
+const FrameIndex& Asset::frames() const {
+    std::call_once(internals_->framesOnce, [this] {
+        const isobmff::Track* track = videoTrack();
+        if (track == nullptr) {
+            throw ZVError::noVideoTrack();
+        }
+        internals_->frames = readFrames(movie(), *track);
+    });
+    return internals_->frames;
+}
+
+CMTime Asset::duration() const {
+    std::call_once(internals_->durationOnce, [this] { internals_->duration = presentationEnd(movie()); });
+    return internals_->duration;
+}
+
+} // namespace zelvra

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "ZelvraCore/media/Asset.h"
+#include "ZelvraCore/media/Image.h"
+
+namespace zelvra {
+
+/// Decodes one frame of a movie, given by its place in the movie's frame index: upright, in square pixels, in
+/// full resolution, with the decoded planes kept beside (see Image).
+///
+/// Reads and decodes from the sync sample before the frame up to the frame and no further; on the way,
+/// pictures that no other one refers to are not decoded. A picture that does not come out of the decoder,
+/// because the stream is damaged or was cut before it, is replaced as on a player's screen: by the last one
+/// before it that does, else by the first after it.
+///
+/// Any thread, several at once on one asset. Throws MediaError (corrupt where no picture comes out at all,
+/// unsupported, unreadable), ZVError::noVideoTrack.
+Image generateImage(const Asset& asset, const FrameIndex::Frame& frame);
+
+} // namespace zelvra

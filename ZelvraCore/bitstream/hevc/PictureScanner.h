@@ -50,7 +50,6 @@ public:
 private:
     void takeParameterSet(bitstream::ByteView nal);
     void takePicture(const SliceHeader& slice, PictureFacts& facts);
-    void noteIds();
 
     ParameterSets sets_;
     int nalLengthSize_;
@@ -58,6 +57,7 @@ private:
     int period_ = 0;
     bool sequenceStarts_ = true;     ///< the next IRAP picture starts a sequence whatever its type
     bool headStartsSequence_ = true; ///< of the IRAP picture before in decode order
+    bool started_ = false;
     bool spsChanged_ = false;
     std::set<int> vpsIds_;
     std::set<int> spsIds_;

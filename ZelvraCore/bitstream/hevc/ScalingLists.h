@@ -1,0 +1,10 @@
+#pragma once
+
+#include "ZelvraCore/bitstream/BitReader.h"
+
+namespace zelvra::hevc {
+
+/// Reads over scaling_list_data() (ITU-T H.265 clause 7.3.4).
+void skipScalingLists(bitstream::BitReader& reader);
+
+} // namespace zelvra::hevc

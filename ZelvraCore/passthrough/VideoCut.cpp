@@ -6,37 +6,28 @@
 
 namespace zelvra::passthrough {
 
-namespace {
-
-/// Rank of the picture on screen at `time`; the first one where nothing is yet.
-std::uint32_t rankShownAt(const SourcePictures& pictures, std::int64_t time) {
-    const std::uint32_t after = pictures.rankAfter(time);
-    return after > 0 ? after - 1 : 0;
-}
-
-} // namespace
-
-VideoCut cutVideo(const SourcePictures& pictures, std::int64_t start, std::int64_t end,
-                  std::span<const FreezeMoment> freezes, const CMTime& frameDuration) {
+VideoCut cutVideo(const SourcePictures& pictures, const VisiblePictures& visible, std::int64_t start,
+                  std::int64_t end, std::span<const FreezeMoment> freezes, const CMTime& frameDuration) {
+    const auto rankShownAt = [&](std::int64_t time) {
+        return std::clamp(pictures.rankAfter(time), visible.firstRank + 1, visible.endRank) - 1;
+    };
+    // Where sound outlasts the picture, a freeze there waits for it: the last picture stays on until then.
+    const bool freezesPastLast = std::ranges::any_of(
+        freezes, [&](const FreezeMoment& freeze) { return freeze.moment >= visible.end; });
     VideoCut cut;
     cut.start = start;
-    // Where sound outlasts the picture, a freeze there waits for it: the last picture stays on until then.
-    const std::int64_t lastEnd = pictures.endAtRank(pictures.count() - 1);
-    const bool freezesPastLast =
-        std::ranges::any_of(freezes, [&](const FreezeMoment& freeze) { return freeze.moment >= lastEnd; });
-    cut.end = freezesPastLast ? end : std::min(end, lastEnd);
-    if (cut.end <= cut.start || lastEnd <= cut.start) {
+    cut.end = freezesPastLast ? end : std::min(end, visible.end);
+    if (visible.firstRank >= visible.endRank || std::min(cut.end, visible.end) <= cut.start) {
         throw CannotPassThrough("the range holds no picture");
     }
-    cut.firstRank = rankShownAt(pictures, start);
-    cut.endRank = std::max(pictures.rankAfter(cut.end - 1), cut.firstRank + 1);
+    cut.firstRank = rankShownAt(start);
+    cut.endRank = std::max(rankShownAt(cut.end - 1), cut.firstRank) + 1;
     cut.frameDuration = frameDuration;
     cut.freezes.reserve(freezes.size());
     for (const FreezeMoment& freeze : freezes) {
-        const std::uint32_t position = freeze.moment >= std::min(cut.end, lastEnd)
-                                           ? cut.endRank
-                                           : std::max(rankShownAt(pictures, freeze.moment), cut.firstRank);
-        cut.freezes.push_back({position, freeze.frames});
+        const bool afterAll = freeze.moment >= std::min(cut.end, visible.end);
+        cut.freezes.push_back(
+            {afterAll ? cut.endRank : std::max(rankShownAt(freeze.moment), cut.firstRank), freeze.frames});
     }
     return cut;
 }

@@ -37,11 +37,18 @@ struct FreezeMoment {
     std::int64_t frames = 1;
 };
 
+/// What a source shows of its pictures through its own edit.
+struct VisiblePictures {
+    std::uint32_t firstRank = 0;
+    std::uint32_t endRank = 0;
+    std::int64_t end = 0; ///< when the last of them goes, media ticks
+};
+
 /// Resolves moments to pictures. A moment within a picture's time freezes when that picture appears; one at
 /// or past `end`, or past the last picture, freezes after all motion. Without such a freeze `end` is cut to
 /// the end of the last picture; a `start` before the first picture shows that one from `start` on. Throws
 /// CannotPassThrough where nothing is left to show.
-VideoCut cutVideo(const SourcePictures& pictures, std::int64_t start, std::int64_t end,
-                  std::span<const FreezeMoment> freezes, const CMTime& frameDuration);
+VideoCut cutVideo(const SourcePictures& pictures, const VisiblePictures& visible, std::int64_t start,
+                  std::int64_t end, std::span<const FreezeMoment> freezes, const CMTime& frameDuration);
 
 } // namespace zelvra::passthrough

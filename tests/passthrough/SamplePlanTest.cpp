@@ -175,7 +175,8 @@ VideoCut cutOf(const Stream& stream, const SourcePictures& pictures, const Cut& 
     for (const auto& [rank, frames] : cut.freezes) {
         moments.push_back({stream.offset + rank * frame, frames});
     }
-    return cutVideo(pictures, stream.offset + cut.start * frame, stream.offset + cut.end * frame, moments,
+    return cutVideo(pictures, {0, pictures.count(), pictures.endAtRank(pictures.count() - 1)},
+                    stream.offset + cut.start * frame, stream.offset + cut.end * frame, moments,
                     CMTime(frame, 15360));
 }
 

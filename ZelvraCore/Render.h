@@ -1,0 +1,49 @@
+#pragma once
+
+#include "ZelvraCore/media/Asset.h"
+#include "ZelvraCore/records/CMTimeRange.h"
+#include "ZelvraCore/records/Highlight.h"
+#include "ZelvraCore/records/RenderResult.h"
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <span>
+#include <stop_token>
+#include <string>
+
+namespace zelvra {
+
+/// The engine's one entry point for exporting: writes the finished movie, in which the picture freezes on
+/// each highlighted frame with its shape drawn over it and then plays on. The source's compressed video
+/// passes through untouched where it can (H.264 and HEVC without rotation); only freezes are encoded then.
+
+struct RenderOptions {
+    /// The stretch of the source to export; absent means all of it. A part beyond the source's end is left
+    /// out.
+    std::optional<CMTimeRange> sourceRange;
+    bool includeAudio = true;
+    /// Called with 0...1 from the render's own threads; values never decrease. Must not throw.
+    std::function<void(double)> progress;
+    /// Called with one line when the export is sound but not what was hoped for, such as a source that has to
+    /// be re-encoded after all. Must not throw.
+    std::function<void(const std::string&)> notice;
+    /// Ends the render soon; it then throws MediaError::cancelled and leaves nothing behind.
+    std::stop_token stop;
+};
+
+/// Renders `source` with its highlights to `output`, whose extension chooses the container (.mp4, .m4v, else
+/// QuickTime; a plain copy of the source keeps the source's). Highlights may come in any order; those outside
+/// the range are ignored. Blocks; any thread, several renders at once.
+///
+/// An `output` that exists is replaced when the new movie is complete, and not before. Throws ZVError,
+/// MediaError; nothing is left behind then, and an older output stays. An output that is the source is
+/// refused.
+RenderResult renderHighlights(const std::filesystem::path& source, std::span<const Highlight> highlights,
+                              const std::filesystem::path& output, const RenderOptions& options = {});
+
+/// The same for an opened movie, which saves reading its index again.
+RenderResult renderHighlights(const Asset& source, std::span<const Highlight> highlights,
+                              const std::filesystem::path& output, const RenderOptions& options = {});
+
+} // namespace zelvra

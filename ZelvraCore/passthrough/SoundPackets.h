@@ -1,0 +1,56 @@
+#pragma once
+
+#include "ZelvraCore/isobmff/Movie.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace zelvra::passthrough {
+
+/// A sound track as a row of packets, each of which is kept or left out whole. Exists because PCM, whose
+/// packets are single moments of sound, must not be listed one by one. Pure values; times are media ticks of
+/// the track.
+///
+/// Packets are counted from 0 in decode order; each ends where the next one starts.
+class SoundPackets {
+public:
+    /// What lies together in the file: packets `firstPacket` and on, alike in size and duration.
+    struct Stretch {
+        std::uint64_t firstPacket = 0;
+        std::uint64_t packets = 0;
+        std::uint64_t offset = 0; ///< of the first packet's first byte
+        std::uint32_t packetBytes = 0;
+    };
+
+    /// No packets.
+    SoundPackets() = default;
+    /// Those of a track, which is looked at as long as this lives.
+    explicit SoundPackets(const isobmff::Track& track);
+    /// `count` packets, each `ticks` long, the first at 0, that are in no file.
+    SoundPackets(std::uint64_t count, std::uint32_t ticks);
+
+    std::uint64_t count() const { return count_; }
+    /// When the packet starts; for `count()`, when the last one ends.
+    std::int64_t start(std::uint64_t packet) const;
+    /// The packet that holds this moment: the last that starts at or before it, 0 where none does.
+    std::uint64_t packetAt(std::int64_t time) const;
+    /// The packet whose start is nearest to this moment, `count()` where that is the end of the last; of two
+    /// equally near, the earlier.
+    std::uint64_t boundaryNear(std::int64_t time) const;
+
+    /// Where the packets from `packet` on lie, at most `packets` of them.
+    Stretch stretch(std::uint64_t packet, std::uint64_t packets) const;
+
+private:
+    bool isRegular() const { return regularTicks_ != 0; }
+    std::size_t recordOf(std::uint64_t packet) const;
+
+    std::span<const isobmff::Sample> records_;
+    isobmff::UniformPackets uniform_;
+    std::vector<std::uint64_t> firstPackets_; ///< of each record; empty where a record is a packet
+    std::uint64_t count_ = 0;
+    std::uint32_t regularTicks_ = 0; ///< of packets that are in no file
+};
+
+} // namespace zelvra::passthrough

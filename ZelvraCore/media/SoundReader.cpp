@@ -1,5 +1,7 @@
 #include "ZelvraCore/media/SoundReader.h"
 
+#include "ZelvraCore/media/SoundDecoding.h"
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -21,26 +23,6 @@ constexpr int skippedSeconds = 2;
 /// A stream whose beginning cannot be decoded is taken for what the index says it is.
 constexpr int packetsTriedForFormat = 64;
 
-std::uint32_t soundTrackId(const Asset& movie) {
-    const isobmff::Track* track = movie.movie().firstTrack(isobmff::soundHandler);
-    if (track == nullptr) {
-        throw MediaError(MediaError::Cause::unsupported, movie.path().string() + ": the movie has no sound");
-    }
-    return track->id;
-}
-
-ffmpeg::CodecContext openDecoder(const AVStream& stream, const std::string& name) {
-    const AVCodec* codec = avcodec_find_decoder(stream.codecpar->codec_id);
-    if (codec == nullptr) {
-        throw MediaError(MediaError::Cause::unsupported, name + ": there is no decoder for its sound");
-    }
-    auto decoder = ffmpeg::owned<ffmpeg::CodecContext>(avcodec_alloc_context3(codec));
-    ffmpeg::throwOnError(avcodec_parameters_to_context(decoder.get(), stream.codecpar), name);
-    decoder->pkt_timebase = stream.time_base;
-    ffmpeg::throwOnError(avcodec_open2(decoder.get(), codec, nullptr), name, MediaError::Cause::unsupported);
-    return decoder;
-}
-
 SoundFormat formatOf(int sampleRate, const AVChannelLayout& layout) {
     return {sampleRate, layout.nb_channels, layout.order == AV_CHANNEL_ORDER_NATIVE ? layout.u.mask : 0};
 }
@@ -51,7 +33,7 @@ SoundReader::SoundReader(Asset movie)
     : movie_(std::move(movie)),
       name_(movie_.path().string()),
       demuxer_(movie_.bytes(), soundTrackId(movie_)),
-      decoder_(openDecoder(demuxer_.stream(), name_)) {
+      decoder_(openSoundDecoder(demuxer_.stream(), name_)) {
     findFormat();
 }
 

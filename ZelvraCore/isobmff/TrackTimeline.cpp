@@ -123,7 +123,7 @@ private:
                 waitsForTrailing = false;
             }
         }
-        closePiece(firstShown, offset.value_or(0), cut.end());
+        closePiece(firstShown, offset.value_or(0), cut.mediaEnd() - offset.value_or(0));
     }
 
     void placeSoundCut(const Cut& cut, bool isFirst) {

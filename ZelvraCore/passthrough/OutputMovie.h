@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ZelvraCore/isobmff/Movie.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -32,7 +34,10 @@ struct OutputTrack {
     std::uint32_t timescale = 0;
     std::vector<std::uint8_t> sampleEntry; ///< one whole sample entry box, header included
     std::vector<OutputSample> samples;     ///< in decode order
-    std::int64_t mediaDuration = 0;        ///< decode time at which the last sample ends
+    /// Sound of constant packets that are too many to list (PCM): a sample above is then a run of
+    /// `size / uniform.bytes` of them, one after another in its store.
+    isobmff::UniformPackets uniform;
+    std::int64_t mediaDuration = 0; ///< decode time at which the last sample ends
     /// The track's only edit: `editDuration` ticks are presented from `editStart` on.
     std::int64_t editStart = 0;
     std::int64_t editDuration = 0;

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string_view>
+
+namespace zelvra::isobmff {
+
+/// A file that appears under its name only when it is complete. It is written beside its destination under a
+/// short hidden name without a movie's extension; until `commit`, whatever the destination held stays there.
+/// A failure leaves nothing behind: unless committed, the destructor removes the file, and what a killed
+/// program left is recognised by `sweepStrays`, as nobody holds its lock any more.
+///
+/// One thread at a time. Every failure throws MediaError::unwritable with one line that names the
+/// destination.
+class AtomicFile {
+public:
+    /// Creates the hidden file in the destination's folder, which must exist, and locks it.
+    explicit AtomicFile(std::filesystem::path destination);
+    ~AtomicFile();
+    AtomicFile(const AtomicFile&) = delete;
+    AtomicFile& operator=(const AtomicFile&) = delete;
+
+    /// Open for reading and writing. It stays this object's own.
+    int descriptor() const { return descriptor_; }
+    /// For writers that need a name.
+    const std::filesystem::path& temporaryPath() const { return temporary_; }
+    const std::filesystem::path& destination() const { return destination_; }
+
+    void write(std::uint64_t offset, std::span<const std::uint8_t> bytes);
+
+    /// Flushes to the disk and renames to the destination, replacing what was there. At most once.
+    void commit();
+
+    /// Throws the error of a failed operation on this file; `error` is an errno.
+    [[noreturn]] void fail(int error) const;
+
+private:
+    bool createHidden();
+    void discard();
+
+    std::filesystem::path destination_;
+    std::filesystem::path temporary_;
+    int descriptor_ = -1;
+    bool committed_ = false;
+};
+
+/// Removes hidden files of AtomicFile that no living program holds. What cannot be looked at or removed
+/// stays; nothing is thrown.
+void sweepStrays(const std::filesystem::path& folder);
+
+/// The same for regular files of other names, whose writers hold `flock` on them.
+void sweepUnlockedFiles(const std::filesystem::path& folder, std::string_view prefix,
+                        std::string_view suffix);
+
+} // namespace zelvra::isobmff

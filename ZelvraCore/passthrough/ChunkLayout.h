@@ -1,0 +1,26 @@
+#pragma once
+
+#include "ZelvraCore/passthrough/OutputMovie.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace zelvra::passthrough {
+
+/// In which order a movie's samples lie in its file. Pure values: no byte is read or written here.
+
+/// Samples of one track that lie one after another.
+struct OutputChunk {
+    std::size_t track = 0;       ///< index into OutputMovie::tracks
+    std::size_t firstSample = 0; ///< index into OutputTrack::samples
+    std::size_t samples = 0;
+    std::uint64_t offset = 0; ///< of its first byte, counted from the first byte of media
+    std::uint64_t bytes = 0;
+    bool operator==(const OutputChunk&) const = default;
+};
+
+/// Half a second of each track in turn, by decode time, so that a player reads the file forwards.
+std::vector<OutputChunk> layOutChunks(const OutputMovie& movie);
+
+} // namespace zelvra::passthrough

@@ -180,4 +180,15 @@ void writeMovieFile(const OutputMovie& movie, const MovieStores& stores,
     file.commit();
 }
 
+void copyFile(const std::shared_ptr<const isobmff::ByteSource>& source,
+              const std::filesystem::path& destination, const WriteProgress& progress,
+              const std::stop_token& stop) {
+    const MovieStores stores{source};
+    isobmff::AtomicFile file(destination);
+    MediaCopy copy(file, stores, source->size(), progress, stop);
+    copy.append(Run{0, 0, source->size()});
+    copy.finish();
+    file.commit();
+}
+
 } // namespace zelvra::passthrough

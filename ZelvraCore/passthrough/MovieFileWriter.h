@@ -32,4 +32,9 @@ void writeMovieFile(const OutputMovie& movie, const MovieStores& stores,
                     const std::filesystem::path& destination, const WriteProgress& progress = {},
                     const std::stop_token& stop = {});
 
+/// Writes the same bytes as `source`, by the same means and with the same promises.
+void copyFile(const std::shared_ptr<const isobmff::ByteSource>& source,
+              const std::filesystem::path& destination, const WriteProgress& progress = {},
+              const std::stop_token& stop = {});
+
 } // namespace zelvra::passthrough

@@ -17,8 +17,6 @@ SoundPackets::SoundPackets(const isobmff::Track& track) : records_(track.samples
     }
 }
 
-SoundPackets::SoundPackets(std::uint64_t count, std::uint32_t ticks) : count_(count), regularTicks_(ticks) {}
-
 std::size_t SoundPackets::recordOf(std::uint64_t packet) const {
     if (!uniform_) {
         return packet;
@@ -28,9 +26,6 @@ std::size_t SoundPackets::recordOf(std::uint64_t packet) const {
 }
 
 std::int64_t SoundPackets::start(std::uint64_t packet) const {
-    if (isRegular()) {
-        return static_cast<std::int64_t>(packet * regularTicks_);
-    }
     if (records_.empty()) {
         return 0;
     }
@@ -45,9 +40,6 @@ std::int64_t SoundPackets::start(std::uint64_t packet) const {
 std::uint64_t SoundPackets::packetAt(std::int64_t time) const {
     if (count_ == 0 || time <= start(0)) {
         return 0;
-    }
-    if (isRegular()) {
-        return std::min(count_ - 1, static_cast<std::uint64_t>(time) / regularTicks_);
     }
     const auto after = std::upper_bound(
         records_.begin(), records_.end(), time,

@@ -27,8 +27,6 @@ public:
     SoundPackets() = default;
     /// Those of a track, which is looked at as long as this lives.
     explicit SoundPackets(const isobmff::Track& track);
-    /// `count` packets, each `ticks` long, the first at 0, that are in no file.
-    SoundPackets(std::uint64_t count, std::uint32_t ticks);
 
     std::uint64_t count() const { return count_; }
     /// When the packet starts; for `count()`, when the last one ends.
@@ -43,14 +41,12 @@ public:
     Stretch stretch(std::uint64_t packet, std::uint64_t packets) const;
 
 private:
-    bool isRegular() const { return regularTicks_ != 0; }
     std::size_t recordOf(std::uint64_t packet) const;
 
     std::span<const isobmff::Sample> records_;
     isobmff::UniformPackets uniform_;
     std::vector<std::uint64_t> firstPackets_; ///< of each record; empty where a record is a packet
     std::uint64_t count_ = 0;
-    std::uint32_t regularTicks_ = 0; ///< of packets that are in no file
 };
 
 } // namespace zelvra::passthrough

@@ -44,9 +44,9 @@ struct SliceHeader {
     std::array<std::uint32_t, 2> activeRefs{0, 0};
     bool noOutputOfPriorPics = false;
     bool longTermReference = false;
-    std::vector<MemoryOperation> memoryOperations;
+    std::vector<MemoryOperation> memoryOperations = {};
     std::int32_t qpDelta = 0;
-    std::optional<Deblocking> deblocking;
+    std::optional<Deblocking> deblocking = {};
     std::uint64_t headerBits =
         0; ///< payload bits up to the end of the header, after the NAL unit's header byte
 

@@ -38,11 +38,11 @@ SliceHeader parseSliceHeader(bitstream::ByteView nal, const ParameterSets& sets)
 
 /// What to change in a slice segment header; what is empty stays.
 struct SliceEdits {
-    std::optional<NalType> nalType;
+    std::optional<NalType> nalType = {};
     std::optional<int>
         ppsId; ///< the set that it names must ask for the same elements, except pic_output_flag
-    std::optional<bool> picOutput;  ///< written into independent segments; the set must have it present
-    bool keepPriorPictures = false; ///< no_output_of_prior_pics_flag = 0 where there is one
+    std::optional<bool> picOutput = {}; ///< written into independent segments; the set must have it present
+    bool keepPriorPictures = false;     ///< no_output_of_prior_pics_flag = 0 where there is one
 };
 
 /// The same slice segment with another header: slice data stays byte by byte, as it starts on a byte. Without

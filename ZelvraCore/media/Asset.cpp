@@ -133,10 +133,15 @@ FrameIndex readFrames(const isobmff::Movie& movie, const isobmff::Track& track) 
     starts.reserve(timeline.shown().size());
     std::int64_t end = 0;
     for (const isobmff::ShownSample& sample : timeline.shown()) {
-        if (sample.duration > 0) {
-            starts.push_back(sample.start);
-            end = sample.end();
+        if (!starts.empty() && starts.back() == sample.start) {
+            continue; // the one before was replaced as it appeared
         }
+        starts.push_back(sample.start);
+        end = sample.end();
+    }
+    if (!starts.empty() && end == starts.back()) {
+        const std::size_t last = starts.size() - 1;
+        end += last > 0 ? starts[last] - starts[last - 1] : 1;
     }
     return {std::move(starts), end, ticksASecond(track)};
 }
@@ -208,7 +213,10 @@ const FrameIndex& Asset::frames() const {
 }
 
 CMTime Asset::duration() const {
-    std::call_once(internals_->durationOnce, [this] { internals_->duration = presentationEnd(movie()); });
+    std::call_once(internals_->durationOnce, [this] {
+        const CMTime end = presentationEnd(movie());
+        internals_->duration = videoTrack() != nullptr ? maximum(end, frames().end()) : end;
+    });
     return internals_->duration;
 }
 

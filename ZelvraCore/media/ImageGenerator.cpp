@@ -63,6 +63,7 @@ private:
 struct Run {
     std::int64_t startDecodeTime = 0;
     std::int64_t startTime = 0; ///< of the sync sample's picture
+    bool clean = false;         ///< see PictureDecoder::startsClean
 };
 
 std::optional<Run> decodeRun(Demuxer& demuxer, std::int64_t from, std::int64_t wanted, Care care,
@@ -70,45 +71,51 @@ std::optional<Run> decodeRun(Demuxer& demuxer, std::int64_t from, std::int64_t w
     PictureDecoder decoder(demuxer.stream(), PictureDecoder::Use::run);
     const Packet packet = makePacket();
     std::optional<Run> run;
-    bool found = false;
+    bool complete = false;
+    int ahead = 0;
     demuxer.seek(from);
-    while (!found && demuxer.read(*packet)) {
+    while (!complete && demuxer.read(*packet)) {
         const bool shown = (packet->flags & AV_PKT_FLAG_DISCARD) == 0;
         if (!run) {
-            run = Run{packet->dts, packet->pts};
+            run = Run{packet->dts, packet->pts, decoder.startsClean(*packet)};
         } else if (shown && packet->dts > wanted) {
-            break; // all that follows is shown later
+            // All that follows is shown later, but the pictures of a run that does not start clean have to be
+            // pushed out by others.
+            constexpr int mostAhead = 32;
+            if (run->clean || ++ahead > mostAhead) {
+                break;
+            }
         }
         const bool isWanted = shown && packet->pts == wanted;
         decoder.send(*packet, isWanted || care == Care::everything);
         av_packet_unref(packet.get());
         best.collect(decoder);
-        found = isWanted && care == Care::wantedOnly;
+        complete = best.isExact() || (isWanted && run->clean && care == Care::wantedOnly);
     }
-    decoder.drain();
+    decoder.drain(best.isShownThen());
     best.collect(decoder);
     return run;
 }
 
 /// Decodes from the sync sample before the wanted picture; where it does not come out (it leads its sync
-/// sample, or decoding recovers only later), from an earlier one.
+/// sample, or decoding recovers only later), from earlier ones.
 Frame decodeAt(Demuxer& demuxer, std::int64_t wanted) {
-    constexpr int mostSteps = 4;
+    constexpr int mostRuns = 8;
     std::optional<std::int64_t> lastStart;
     std::int64_t from = wanted;
-    for (int step = 0; step < mostSteps; ++step) {
+    for (int left = mostRuns; left > 0; --left) {
         BestPicture best(wanted);
         const auto run = decodeRun(demuxer, from, wanted, Care::wantedOnly, best);
         if (best.isExact()) {
             return best.take();
         }
-        const bool atStart = !run || (lastStart && run->startDecodeTime >= *lastStart);
-        const bool leads = run && run->startTime > wanted;
-        if (atStart || !leads) {
+        const bool farthest = left == 1 || !run || (lastStart && run->startDecodeTime >= *lastStart);
+        const bool covers = run && run->clean && run->startTime <= wanted;
+        if (farthest || covers) {
             decodeRun(demuxer, from, wanted, Care::everything, best);
-        }
-        if (atStart || best.isShownThen()) {
-            return best.take();
+            if (farthest || best.isShownThen()) {
+                return best.take();
+            }
         }
         lastStart = run->startDecodeTime;
         from = run->startDecodeTime - 1;

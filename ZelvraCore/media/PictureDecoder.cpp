@@ -1,6 +1,7 @@
 #include "ZelvraCore/media/PictureDecoder.h"
 
 #include <algorithm>
+#include <span>
 
 namespace zelvra::ffmpeg {
 
@@ -36,10 +37,19 @@ bool canSkipUnreferenced(const AVCodecParameters& parameters) {
     }
 }
 
+/// From the configuration record, ISO/IEC 14496-15 clause 5.3.3.1.
+int h264LengthSize(const AVCodecParameters& parameters) {
+    constexpr int recordSize = 7;
+    const bool inRecord = parameters.codec_id == AV_CODEC_ID_H264 &&
+                          parameters.extradata_size >= recordSize && parameters.extradata[0] == 1;
+    return inRecord ? (parameters.extradata[4] & 3) + 1 : 0;
+}
+
 } // namespace
 
 PictureDecoder::PictureDecoder(const AVStream& stream, Use use)
-    : skipsUnreferenced_(canSkipUnreferenced(*stream.codecpar)) {
+    : h264LengthSize_(h264LengthSize(*stream.codecpar)),
+      skipsUnreferenced_(canSkipUnreferenced(*stream.codecpar)) {
     const AVCodec* codec = avcodec_find_decoder(stream.codecpar->codec_id);
     if (codec == nullptr) {
         throw MediaError(MediaError::Cause::unsupported, "there is no decoder for this movie's pictures");
@@ -69,8 +79,32 @@ void PictureDecoder::send(const AVPacket& packet, bool needed) {
     }
 }
 
-void PictureDecoder::drain() {
+void PictureDecoder::drain(bool recovered) {
+    if (recovered) {
+        context_->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT; // the library's word for "not known to be right"
+    }
     avcodec_send_packet(context_.get(), nullptr);
+}
+
+bool PictureDecoder::startsClean(const AVPacket& packet) const {
+    if (context_->codec_id != AV_CODEC_ID_H264) {
+        return true;
+    }
+    constexpr int idrSlice = 5; // nal_unit_type, ITU-T H.264 clause 7.4.1
+    const auto lengthSize = static_cast<std::size_t>(h264LengthSize_);
+    std::span<const std::uint8_t> left(packet.data, static_cast<std::size_t>(packet.size));
+    while (lengthSize > 0 && left.size() > lengthSize) {
+        std::size_t length = 0;
+        for (const std::uint8_t byte : left.first(lengthSize)) {
+            length = length << 8 | byte;
+        }
+        left = left.subspan(lengthSize);
+        if ((left.front() & 0x1F) == idrSlice) {
+            return true;
+        }
+        left = left.subspan(std::min(length, left.size()));
+    }
+    return false;
 }
 
 void PictureDecoder::restart() {

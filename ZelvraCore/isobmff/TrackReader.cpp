@@ -96,6 +96,7 @@ void append(const RawBox& box, std::vector<std::uint8_t>& bytes) {
 }
 
 void readTrackBoxes(const std::vector<RawBox>& boxes, std::uint64_t fileSize, Track& track) {
+    readMedia(required(boxes, fourCharCode("mdia")), fileSize, track);
     readTrackHeader(readBox<TrackHeaderBox>(required(boxes, TrackHeaderBox::type)), track);
     for (const RawBox& box : boxes) {
         switch (box.type) {
@@ -112,7 +113,6 @@ void readTrackBoxes(const std::vector<RawBox>& boxes, std::uint64_t fileSize, Tr
         default: break;
         }
     }
-    readMedia(required(boxes, fourCharCode("mdia")), fileSize, track);
     if (track.isVideo() || track.isSound()) { // headers lie, and say nothing of fragments
         track.mediaDuration = track.samples.empty() ? 0 : decodeEnd(track.samples.back());
     }

@@ -1,10 +1,10 @@
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 
-#include "ZelvraCore/isobmff/SampleTables.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <algorithm>
 #include <limits>
+#include <span>
 
 namespace zelvra::isobmff {
 
@@ -23,6 +23,10 @@ std::int64_t clampedTime(std::int64_t time) {
 std::int64_t rescaled(std::uint64_t duration, std::uint32_t trackTimescale, std::uint32_t movieTimescale) {
     const Wide ticks = (Wide{duration} * trackTimescale * 2 + movieTimescale) / (Wide{movieTimescale} * 2);
     return static_cast<std::int64_t>(std::min<Wide>(ticks, latestTime));
+}
+
+bool startsEarlier(const ShownSample& a, const ShownSample& b) {
+    return a.start < b.start;
 }
 
 /// An edit in ticks of the track. `start` is where the edits before it end.
@@ -64,6 +68,7 @@ public:
         }
         moveToStart();
         placeFrom(track_.indexedSamples);
+        joinPieces();
     }
 
     std::vector<ShownPiece> pieces;
@@ -175,8 +180,7 @@ private:
         if (begin == shown.end()) {
             return;
         }
-        std::stable_sort(begin, shown.end(),
-                         [](const ShownSample& a, const ShownSample& b) { return a.start < b.start; });
+        std::stable_sort(begin, shown.end(), startsEarlier);
         for (auto sample = begin; sample + 1 != shown.end(); ++sample) {
             sample->duration = (sample + 1)->start - sample->start;
         }
@@ -189,9 +193,7 @@ private:
         if (!track_.isVideo() || shown.empty()) {
             return;
         }
-        const auto earliest =
-            std::min_element(shown.begin(), shown.end(),
-                             [](const ShownSample& a, const ShownSample& b) { return a.start < b.start; });
+        const auto earliest = std::min_element(shown.begin(), shown.end(), startsEarlier);
         const std::int64_t late = earliest->start - leadingEmpty_;
         if (late <= 0) {
             return;
@@ -204,8 +206,26 @@ private:
         }
     }
 
-    /// An edit list may show the same samples many times; a hostile one, without end.
-    void visit() { requireSampleCount(++visited_); }
+    /// Where the pieces' delays differ, the start of one may reach into the one before.
+    void joinPieces() {
+        for (std::size_t i = 0; i + 1 < pieces.size(); ++i) {
+            const std::int64_t room = std::max<std::int64_t>(0, pieces[i + 1].start - pieces[i].start);
+            pieces[i].duration = std::min(pieces[i].duration, room);
+        }
+        std::stable_sort(shown.begin(), shown.end(), startsEarlier);
+        for (std::size_t i = 0; i + 1 < shown.size(); ++i) {
+            shown[i].duration = std::min(shown[i].duration, shown[i + 1].start - shown[i].start);
+        }
+    }
+
+    /// An edit list may show the same samples several times; a hostile one, without end.
+    void visit() {
+        constexpr std::uint64_t always = std::uint64_t{1} << 20;
+        constexpr std::uint64_t mostTimesOver = 16;
+        if (++visited_ > always + mostTimesOver * indexed_.size()) {
+            throw MediaError(MediaError::Cause::unsupported, "its edit list shows the same media too often");
+        }
+    }
 
     const Track& track_;
     std::span<const Sample> indexed_;

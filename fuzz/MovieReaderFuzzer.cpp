@@ -1,0 +1,57 @@
+#include "ZelvraCore/isobmff/MovieReader.h"
+#include "ZelvraCore/isobmff/RawBoxes.h"
+#include "ZelvraCore/isobmff/TrackTimeline.h"
+#include "ZelvraCore/records/ZVError.h"
+
+#include <cstdlib>
+
+using namespace zelvra;
+using namespace zelvra::isobmff;
+
+namespace {
+
+/// What readMovie promises of every sample, whatever the file says.
+void requirePromises(const Movie& movie, std::uint64_t fileSize) {
+    for (const Track& track : movie.tracks) {
+        for (const Sample& sample : track.samples) {
+            const bool inFile = sample.offset <= fileSize && sample.size <= fileSize - sample.offset;
+            if (!inFile || sample.sampleEntry >= track.sampleEntries.size()) {
+                std::abort();
+            }
+        }
+    }
+}
+
+/// Timelines are in order, and their pieces do not overlap.
+void requireOrder(const TrackTimeline& timeline) {
+    for (std::size_t i = 1; i < timeline.shown().size(); ++i) {
+        if (timeline.shown()[i].start < timeline.shown()[i - 1].end()) {
+            std::abort();
+        }
+    }
+    for (std::size_t i = 1; i < timeline.pieces().size(); ++i) {
+        if (timeline.pieces()[i].start < timeline.pieces()[i - 1].end()) {
+            std::abort();
+        }
+    }
+}
+
+} // namespace
+
+/// Any bytes as a movie file: read, put on their timelines, their entries looked into. Only MediaError may come
+/// out of it.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    try {
+        const MemoryByteSource source({data, data + size});
+        const Movie movie = readMovie(source);
+        requirePromises(movie, source.size());
+        for (const Track& track : movie.tracks) {
+            requireOrder(TrackTimeline(track, movie.timescale));
+            for (const SampleEntry& entry : track.sampleEntries) {
+                track.isVideo() ? visualEntryBoxes(entry.box) : soundEntryBoxes(entry.box);
+            }
+        }
+    } catch (const MediaError&) { // refused, as it should be
+    }
+    return 0;
+}

@@ -2,12 +2,14 @@
 
 #include "ZelvraCore/RenderPlan.h"
 #include "ZelvraCore/media/MovieWriter.h"
+#include "ZelvraCore/media/RepeatedPicture.h"
 #include "ZelvraCore/media/StillEncoder.h"
 #include "ZelvraCore/media/StillPicture.h"
 #include "ZelvraCore/media/StillQuality.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <limits>
+#include <map>
 
 namespace zelvra {
 
@@ -67,27 +69,29 @@ private:
 };
 
 /// The first picture of the clip: the coarsest one that is good enough.
-StillEncoder::FirstPicture encodeFirst(StillEncoder& encoder, const StillComparison& comparison,
-                                       const FreezeEncoding& encoding, const std::stop_token& stop) {
+NalUnits encodeFirst(StillEncoder& encoder, const StillComparison& comparison, const FreezeEncoding& encoding,
+                     const std::stop_token& stop) {
     StillGoal goal;
     goal.leastQuantiser = encoding.leastQp;
     goal.greatestQuantiser = encoder.greatestQuantiser();
     goal.mostBytes = encoding.mostFirstBytes;
+    std::map<int, NalUnits> tried;
     const int quantiser = chooseQuantiser(goal, [&](int candidate) {
         throwIfStopped(stop);
-        return comparison.of(encoder.encodeFirst(candidate));
+        StillEncoder::CodedPicture coded = encoder.encodeFirst(candidate);
+        const StillTrial trial = comparison.of(coded);
+        tried[candidate] = std::move(coded.nals);
+        return trial;
     });
-    return encoder.encodeFirst(quantiser);
+    return tried.contains(quantiser) ? tried.at(quantiser) : encoder.encodeFirst(quantiser).nals;
 }
 
-void writeFrames(MovieWriter& writer, StillEncoder& encoder, const StillEncoder::FirstPicture& first,
-                 std::size_t track, std::int64_t frames, std::int64_t frameTicks,
-                 const std::stop_token& stop) {
-    writer.write(track, {first.bytes, 0, 0, frameTicks, true});
+void writeFrames(MovieWriter& writer, std::size_t track, const NalUnits& first, const RepeatedPicture& repeat,
+                 std::int64_t frames, std::int64_t frameTicks, const std::stop_token& stop) {
+    writer.write(track, {byteStreamOf(first), 0, 0, frameTicks, true});
     for (std::int64_t i = 1; i < frames; ++i) {
         throwIfStopped(stop);
-        const std::vector<std::uint8_t> repeat = encoder.encodeRepeat();
-        writer.write(track, {repeat, i * frameTicks, i * frameTicks, frameTicks, false});
+        writer.write(track, {byteStreamOf(repeat.at(i)), i * frameTicks, i * frameTicks, frameTicks, false});
     }
     writer.finish();
 }
@@ -111,12 +115,14 @@ void encodeFreezeClip(const Image& image, const fs::path& output, const CMTime& 
     const StillComparison comparison(still, picture, format);
     const std::unique_ptr<StillEncoder> encoder =
         makeStillEncoder(codec, picture, format, encoding, frameDuration);
-    const StillEncoder::FirstPicture first = encodeFirst(*encoder, comparison, encoding, stop);
     try {
+        const NalUnits parameterSets = encoder->parameterSets();
+        const NalUnits first = encodeFirst(*encoder, comparison, encoding, stop);
+        const RepeatedPicture repeat(codec, parameterSets, encoder->encodeRepeat());
         const std::size_t track = writer.addTrack(
             VideoTrackFormat{codec, format.visibleWidth(), format.visibleHeight(), picture->pixelAspect,
-                             picture->color, encoder->parameterSets(), frameDuration.timescale});
-        writeFrames(writer, *encoder, first, track, freezeFrameCount(totalDuration, frameDuration),
+                             picture->color, byteStreamOf(parameterSets), frameDuration.timescale});
+        writeFrames(writer, track, first, repeat, freezeFrameCount(totalDuration, frameDuration),
                     frameDuration.value, stop);
     } catch (const MediaError& error) {
         if (error.cause() == MediaError::Cause::cancelled) {

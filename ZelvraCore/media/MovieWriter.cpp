@@ -137,7 +137,9 @@ private:
         if (options_.container == MovieContainer::appleM4v) {
             options.set("brand", "M4V ");
         }
-        options.set("movflags", options_.indexFirst ? "+faststart" : "");
+        if (options_.indexFirst) {
+            options.set("movflags", "+faststart");
+        }
         options.set("write_tmcd", "0");
         throwIfFailed(avformat_write_header(context_.get(), options.entries()));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ZelvraCore/media/RepeatedPicture.h"
 #include "ZelvraCore/media/StillPicture.h"
 #include "ZelvraCore/records/CMTime.h"
 
@@ -11,40 +12,54 @@
 
 namespace zelvra {
 
-/// Encodes one picture as a sequence of coded pictures that all look the same: a sync picture and repeats of
-/// it, which cost next to nothing. How coarsely the first is quantised is the caller's to try out; see
-/// StillQuality.h.
+/// Encodes one picture so that it can be shown for any length of time: a sync picture, and one that repeats
+/// it and costs next to nothing. How coarsely the first is quantised is the caller's to try out; see
+/// StillQuality.h. NAL units that are neither parameter sets nor slices are left out.
 ///
 /// One thread at a time. Failures of the encoder are thrown as ZVError::writerFailed.
 class StillEncoder {
 public:
-    /// Samples of a picture as the decoder will see them, in the encoder's own memory: valid until the next
-    /// picture is encoded. `stepAcross` and `stepDown` are bytes.
+    /// Samples of a plane as a decoder will give them, in the encoder's own memory: valid until the next
+    /// picture is encoded. Steps are bytes.
     struct PlaneView {
         const std::uint8_t* origin = nullptr;
         std::ptrdiff_t stepAcross = 0;
         std::ptrdiff_t stepDown = 0;
     };
-    /// An instantaneous decoding refresh picture, in the byte stream format (Annex B of ITU-T H.264 and
-    /// H.265).
-    struct FirstPicture {
-        std::vector<std::uint8_t> bytes;
-        std::array<PlaneView, 3> decoded;
+    using PictureView = std::array<PlaneView, 3>;
+    struct CodedPicture {
+        NalUnits nals;
+        PictureView decoded;
+
+        std::uint64_t byteCount() const; ///< each NAL unit behind a length of four bytes
     };
 
-    StillEncoder() = default;
+    StillEncoder(std::shared_ptr<const DecodedPicture> picture, const CodedPictureFormat& format);
     StillEncoder(const StillEncoder&) = delete;
     StillEncoder& operator=(const StillEncoder&) = delete;
     virtual ~StillEncoder() = default;
 
     /// The greatest quantiser; the least is 0. Each step is about 12 % coarser.
     virtual int greatestQuantiser() const = 0;
-    /// In the byte stream format.
-    virtual std::vector<std::uint8_t> parameterSets() = 0;
-    /// Begins anew: what was encoded before is forgotten.
-    virtual FirstPicture encodeFirst(int quantiser) = 0;
-    /// The next picture, the same as the one before in every sample.
-    virtual std::vector<std::uint8_t> encodeRepeat() = 0;
+    virtual NalUnits parameterSets() = 0;
+
+    /// An instantaneous decoding refresh picture: what was encoded before is forgotten.
+    CodedPicture encodeFirst(int quantiser);
+    /// A picture that takes every sample from the one encoded last. Being all skip, it does so after any
+    /// other as well.
+    NalUnits encodeRepeat();
+
+protected:
+    const CodedPictureFormat& format() const { return format_; }
+    /// `picture` is in `format()`.
+    virtual CodedPicture encode(const DecodedPicture& picture, bool sync, int quantiser) = 0;
+
+private:
+    DecodedPicture copyOf(const PictureView& view) const;
+
+    std::shared_ptr<const DecodedPicture> picture_;
+    CodedPictureFormat format_;
+    PictureView last_;
 };
 
 /// The format in which an encoder of `codec` takes `picture`: as in `encoding`, else as close to the picture
@@ -55,7 +70,7 @@ CodedPictureFormat codedFormat(const DecodedPicture& picture, VideoCodec codec,
 
 /// `picture` is in `format`. The frame duration only goes into the stream's own timing information.
 std::unique_ptr<StillEncoder> makeStillEncoder(VideoCodec codec,
-                                               std::shared_ptr<const DecodedPicture> picture,
+                                               const std::shared_ptr<const DecodedPicture>& picture,
                                                const CodedPictureFormat& format,
                                                const FreezeEncoding& encoding, const CMTime& frameDuration);
 

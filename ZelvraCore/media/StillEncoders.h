@@ -6,11 +6,11 @@
 
 namespace zelvra {
 
-std::unique_ptr<StillEncoder> makeX264StillEncoder(std::shared_ptr<const DecodedPicture> picture,
+std::unique_ptr<StillEncoder> makeX264StillEncoder(const std::shared_ptr<const DecodedPicture>& picture,
                                                    const CodedPictureFormat& format,
                                                    const FreezeEncoding& encoding,
                                                    const CMTime& frameDuration);
-std::unique_ptr<StillEncoder> makeX265StillEncoder(std::shared_ptr<const DecodedPicture> picture,
+std::unique_ptr<StillEncoder> makeX265StillEncoder(const std::shared_ptr<const DecodedPicture>& picture,
                                                    const CodedPictureFormat& format,
                                                    const CMTime& frameDuration);
 

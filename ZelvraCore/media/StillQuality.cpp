@@ -10,9 +10,11 @@ namespace zelvra {
 
 namespace {
 
-/// Where searches begin, and how many dB a step of the quantiser costs, on usual pictures of cameras.
+/// Where searches begin, and how many dB a step of the quantiser costs, on usual pictures of cameras. The
+/// least loss that was seen on any saves a trial that is bound to fail.
 constexpr int usualQuantiser = 24;
 constexpr double usualLossOfStep = 0.7;
+constexpr double leastLossOfStep = 0.3;
 
 /// Remembers what was tried.
 class Trials {
@@ -37,8 +39,11 @@ int greatestGoodQuantiser(const StillGoal& goal, Trials& trials) {
     while (bad - good > 1) {
         next = std::clamp(next, good + 1, bad - 1);
         const StillTrial& trial = trials.of(next);
-        (goal.isGood(trial) ? good : bad) = next;
         const double surplus = std::clamp(trial.lumaPsnr - goal.leastLumaPsnr, -20.0, 20.0);
+        (goal.isGood(trial) ? good : bad) = next;
+        if (goal.isGood(trial) && surplus < leastLossOfStep) {
+            return next;
+        }
         next += static_cast<int>(std::floor(surplus / usualLossOfStep));
     }
     return good;
@@ -125,7 +130,7 @@ StillComparison::Difference StillComparison::ofPlane(const StillEncoder::PlaneVi
     return difference;
 }
 
-StillComparison::Difference StillComparison::ofPlane(const StillEncoder::FirstPicture& coded,
+StillComparison::Difference StillComparison::ofPlane(const StillEncoder::CodedPicture& coded,
                                                      std::size_t index) const {
     const Region& region = index == 0 ? luma_ : chroma_;
     const StillEncoder::PlaneView& shown = coded.decoded.at(index);
@@ -134,10 +139,10 @@ StillComparison::Difference StillComparison::ofPlane(const StillEncoder::FirstPi
                                 : ofPlane<std::uint8_t>(shown, wanted, region);
 }
 
-StillTrial StillComparison::of(const StillEncoder::FirstPicture& coded) const {
+StillTrial StillComparison::of(const StillEncoder::CodedPicture& coded) const {
     const double codeUnit = 1 << (format_.bitDepth - 8);
     StillTrial result;
-    result.bytes = coded.bytes.size();
+    result.bytes = coded.byteCount();
     result.lumaPsnr = std::numeric_limits<double>::infinity();
     const std::size_t planes = format_.chroma == ChromaFormat::monochrome ? 1 : 3;
     for (std::size_t i = 0; i < planes; ++i) {

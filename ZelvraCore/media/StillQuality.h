@@ -22,7 +22,7 @@ struct StillTrial {
 
 struct StillGoal {
     double leastLumaPsnr = 42;
-    double mostMeanDifference = 0.45; ///< half a code value shows as a change of tint
+    double mostMeanDifference = 0.49; ///< more shows as a change of tint
     int leastQuantiser = 0;
     int greatestQuantiser = 51;
     std::optional<std::uint64_t> mostBytes;
@@ -43,7 +43,7 @@ public:
     StillComparison(const StillPicture& source, std::shared_ptr<const DecodedPicture> given,
                     const CodedPictureFormat& format);
 
-    StillTrial of(const StillEncoder::FirstPicture& coded) const;
+    StillTrial of(const StillEncoder::CodedPicture& coded) const;
 
 private:
     /// What counts in a plane: its visible part, one byte for each sample, not zero where it counts.
@@ -61,7 +61,7 @@ private:
     };
 
     Region regionOf(const StillPicture& source, ChromaSubsampling shared) const;
-    Difference ofPlane(const StillEncoder::FirstPicture& coded, std::size_t index) const;
+    Difference ofPlane(const StillEncoder::CodedPicture& coded, std::size_t index) const;
     template <class Sample>
     Difference ofPlane(const StillEncoder::PlaneView& coded, const DecodedPicture::Plane& given,
                        const Region& region) const;

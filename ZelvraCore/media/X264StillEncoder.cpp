@@ -59,7 +59,7 @@ void makePlain(x264_param_t& param) {
     param.i_scenecut_threshold = 0;
     param.i_slice_count = 1;
     param.b_repeat_headers = 0;
-    param.b_annexb = 1;
+    param.b_annexb = 0; // each NAL unit behind its length
     param.b_aud = 0;
     param.i_nal_hrd = X264_NAL_HRD_NONE;
     param.b_vfr_input = 0; // would hold every picture back until the next one comes
@@ -114,77 +114,72 @@ bool isSlice(const x264_nal_t& nal) {
     return nal.i_type == NAL_SLICE || nal.i_type == NAL_SLICE_IDR;
 }
 
-std::vector<std::uint8_t> joined(std::span<const x264_nal_t> nals, bool (*wanted)(const x264_nal_t&)) {
-    std::vector<std::uint8_t> bytes;
+bool isParameterSet(const x264_nal_t& nal) {
+    return nal.i_type == NAL_SPS || nal.i_type == NAL_PPS;
+}
+
+NalUnits chosen(std::span<const x264_nal_t> nals, bool (*wanted)(const x264_nal_t&)) {
+    constexpr int lengthSize = 4;
+    NalUnits result;
     for (const x264_nal_t& nal : nals) {
         if (wanted(nal)) {
-            bytes.insert(bytes.end(), nal.p_payload, nal.p_payload + nal.i_payload);
+            result.emplace_back(nal.p_payload + lengthSize, nal.p_payload + nal.i_payload);
         }
     }
-    return bytes;
+    return result;
 }
 
 class X264StillEncoder final : public StillEncoder {
 public:
-    X264StillEncoder(std::shared_ptr<const DecodedPicture> picture, const CodedPictureFormat& format,
+    X264StillEncoder(const std::shared_ptr<const DecodedPicture>& picture, const CodedPictureFormat& format,
                      const FreezeEncoding& encoding, const CMTime& frameDuration)
-        : picture_(std::move(picture)), format_(format) {
+        : StillEncoder(picture, format) {
         x264_param_t param;
         // Tuned for the measured error alone: that is what the quantiser is chosen by.
         x264_param_default_preset(&param, "medium", "psnr");
         makePlain(param);
-        describePicture(param, *picture_, format, frameDuration);
+        describePicture(param, *picture, format, frameDuration);
         obey(param, encoding);
         param.b_full_recon = 1;
-        param.analyse.b_mb_info = 1;
         encoder_.reset(x264_encoder_open(&param));
         if (!encoder_) {
             throw ZVError::writerFailed("the H.264 encoder does not take pictures of this size and format");
         }
-        const int macroblocks = ((format.frame.width + 15) / 16) * ((format.frame.height + 31) / 32 * 2);
-        unchanged_.assign(static_cast<std::size_t>(macroblocks), X264_MBINFO_CONSTANT);
     }
 
-    int greatestQuantiser() const override { return 51 + 6 * (format_.bitDepth - 8); }
+    int greatestQuantiser() const override { return 51 + 6 * (format().bitDepth - 8); }
 
-    std::vector<std::uint8_t> parameterSets() override {
+    NalUnits parameterSets() override {
         x264_nal_t* nals = nullptr;
         int count = 0;
         if (x264_encoder_headers(encoder_.get(), &nals, &count) < 0) {
             throw ZVError::writerFailed("the H.264 encoder gives no parameter sets");
         }
-        return joined({nals, static_cast<std::size_t>(count)},
-                      [](const x264_nal_t& nal) { return nal.i_type == NAL_SPS || nal.i_type == NAL_PPS; });
-    }
-
-    FirstPicture encodeFirst(int quantiser) override {
-        x264_picture_t input = makeInput(X264_TYPE_IDR, quantiser);
-        x264_picture_t output{};
-        FirstPicture first;
-        first.bytes = encode(input, output);
-        first.decoded = decodedPlanes(output.img);
-        return first;
-    }
-
-    std::vector<std::uint8_t> encodeRepeat() override {
-        // Coarser than the picture itself, so that the encoder finds nothing to improve and skips it all.
-        x264_picture_t input = makeInput(X264_TYPE_P, greatestQuantiser());
-        input.prop.mb_info = unchanged_.data();
-        x264_picture_t output{};
-        return encode(input, output);
+        return chosen({nals, static_cast<std::size_t>(count)}, isParameterSet);
     }
 
 private:
-    x264_picture_t makeInput(int type, int quantiser) {
-        x264_picture_t input;
-        x264_picture_init(&input);
-        input.i_type = type;
+    CodedPicture encode(const DecodedPicture& picture, bool sync, int quantiser) override {
+        x264_picture_t input = makeInput(picture);
+        input.i_type = sync ? X264_TYPE_IDR : X264_TYPE_P;
         input.i_qpplus1 = quantiser + 1;
         input.i_pts = nextTime_++;
-        input.img.i_csp = colourSpace(format_);
-        for (const DecodedPicture::Plane& plane : picture_->planes) {
+        x264_picture_t output{};
+        x264_nal_t* nals = nullptr;
+        int count = 0;
+        if (x264_encoder_encode(encoder_.get(), &nals, &count, &input, &output) <= 0) {
+            throw ZVError::writerFailed("the H.264 encoder failed");
+        }
+        return {chosen({nals, static_cast<std::size_t>(count)}, isSlice), viewOf(output.img)};
+    }
+
+    x264_picture_t makeInput(const DecodedPicture& picture) const {
+        x264_picture_t input;
+        x264_picture_init(&input);
+        input.img.i_csp = colourSpace(format());
+        for (const DecodedPicture::Plane& plane : picture.planes) {
             if (!plane.bytes.empty()) {
-                // The library reads what it is given, though its type does not say so.
+                // The library only reads, though its type does not say so.
                 input.img.plane[input.img.i_plane] = const_cast<std::uint8_t*>(plane.bytes.data());
                 input.img.i_stride[input.img.i_plane] = static_cast<int>(plane.stride);
                 ++input.img.i_plane;
@@ -193,44 +188,32 @@ private:
         return input;
     }
 
-    std::vector<std::uint8_t> encode(x264_picture_t& input, x264_picture_t& output) {
-        x264_nal_t* nals = nullptr;
-        int count = 0;
-        if (x264_encoder_encode(encoder_.get(), &nals, &count, &input, &output) <= 0) {
-            throw ZVError::writerFailed("the H.264 encoder failed");
-        }
-        return joined({nals, static_cast<std::size_t>(count)}, isSlice);
-    }
-
     /// x264 keeps the chroma of 4:2:0 and 4:2:2 interleaved.
-    std::array<PlaneView, 3> decodedPlanes(const x264_image_t& image) const {
-        const std::ptrdiff_t sample = format_.bitDepth > 8 ? 2 : 1;
-        std::array<PlaneView, 3> planes;
-        planes[0] = {image.plane[0], sample, image.i_stride[0]};
-        if (format_.chroma == ChromaFormat::yuv444) {
-            planes[1] = {image.plane[1], sample, image.i_stride[1]};
-            planes[2] = {image.plane[2], sample, image.i_stride[2]};
-        } else if (format_.chroma != ChromaFormat::monochrome) {
-            planes[1] = {image.plane[1], 2 * sample, image.i_stride[1]};
-            planes[2] = {image.plane[1] + sample, 2 * sample, image.i_stride[1]};
+    PictureView viewOf(const x264_image_t& image) const {
+        const std::ptrdiff_t sample = format().bitDepth > 8 ? 2 : 1;
+        PictureView view;
+        view[0] = {image.plane[0], sample, image.i_stride[0]};
+        if (format().chroma == ChromaFormat::yuv444) {
+            view[1] = {image.plane[1], sample, image.i_stride[1]};
+            view[2] = {image.plane[2], sample, image.i_stride[2]};
+        } else if (format().chroma != ChromaFormat::monochrome) {
+            view[1] = {image.plane[1], 2 * sample, image.i_stride[1]};
+            view[2] = {image.plane[1] + sample, 2 * sample, image.i_stride[1]};
         }
-        return planes;
+        return view;
     }
 
-    std::shared_ptr<const DecodedPicture> picture_;
-    CodedPictureFormat format_;
     Encoder encoder_;
-    std::vector<std::uint8_t> unchanged_; ///< one flag for each macroblock
     std::int64_t nextTime_ = 0;
 };
 
 } // namespace
 
-std::unique_ptr<StillEncoder> makeX264StillEncoder(std::shared_ptr<const DecodedPicture> picture,
+std::unique_ptr<StillEncoder> makeX264StillEncoder(const std::shared_ptr<const DecodedPicture>& picture,
                                                    const CodedPictureFormat& format,
                                                    const FreezeEncoding& encoding,
                                                    const CMTime& frameDuration) {
-    return std::make_unique<X264StillEncoder>(std::move(picture), format, encoding, frameDuration);
+    return std::make_unique<X264StillEncoder>(picture, format, encoding, frameDuration);
 }
 
 } // namespace zelvra

@@ -35,7 +35,8 @@ void makePlain(x265_param& param) {
     param.rc.aqMode = X265_AQ_NONE;
     param.rc.cuTree = 0;
     param.bRepeatHeaders = 0;
-    param.bAnnexB = 1;
+    param.bAnnexB = 0; // each NAL unit behind its length
+    param.bEnableTemporalMvp = 0;
     param.bEnableAccessUnitDelimiters = 0;
     param.bEmitInfoSEI = 0;
     param.logLevel = X265_LOG_NONE;
@@ -78,30 +79,30 @@ void describePicture(x265_param& param, const DecodedPicture& picture, const Cod
     }
 }
 
-std::vector<std::uint8_t> joined(std::span<const x265_nal> nals) {
-    std::vector<std::uint8_t> bytes;
+NalUnits withoutLengths(std::span<const x265_nal> nals) {
+    constexpr std::uint32_t lengthSize = 4;
+    NalUnits result;
     for (const x265_nal& nal : nals) {
-        bytes.insert(bytes.end(), nal.payload, nal.payload + nal.sizeBytes);
+        result.emplace_back(nal.payload + lengthSize, nal.payload + nal.sizeBytes);
     }
-    return bytes;
+    return result;
 }
 
 class X265StillEncoder final : public StillEncoder {
 public:
-    X265StillEncoder(std::shared_ptr<const DecodedPicture> picture, const CodedPictureFormat& format,
+    X265StillEncoder(const std::shared_ptr<const DecodedPicture>& picture, const CodedPictureFormat& format,
                      const CMTime& frameDuration)
-        : picture_(std::move(picture)), format_(format), library_(x265_api_get(format.bitDepth)) {
+        : StillEncoder(picture, format), library_(x265_api_get(format.bitDepth)) {
         if (library_ == nullptr) {
             throw ZVError::writerFailed("the HEVC encoder does not offer this bit depth");
         }
         param_ = {library_->param_alloc(), library_->param_free};
         input_ = {library_->picture_alloc(), library_->picture_free};
         output_ = {library_->picture_alloc(), library_->picture_free};
-        // Tuned for the measured error alone: that is what the quantiser is chosen by. Slower presets save
-        // little in an intra picture.
-        library_->param_default_preset(param_.get(), "veryfast", "psnr");
+        // Tuned for the measured error alone: that is what the quantiser is chosen by.
+        library_->param_default_preset(param_.get(), "medium", "psnr");
         makePlain(*param_);
-        describePicture(*param_, *picture_, format, frameDuration);
+        describePicture(*param_, *picture, format, frameDuration);
         encoder_ = {library_->encoder_open(param_.get()), library_->encoder_close};
         if (!encoder_) {
             throw ZVError::writerFailed("the HEVC encoder does not take pictures of this size and format");
@@ -110,42 +111,26 @@ public:
 
     int greatestQuantiser() const override { return 51; }
 
-    std::vector<std::uint8_t> parameterSets() override {
+    NalUnits parameterSets() override {
         x265_nal* nals = nullptr;
         std::uint32_t count = 0;
         if (library_->encoder_headers(encoder_.get(), &nals, &count) < 0) {
             throw ZVError::writerFailed("the HEVC encoder gives no parameter sets");
         }
-        return joined({nals, count});
-    }
-
-    FirstPicture encodeFirst(int quantiser) override {
-        FirstPicture first;
-        first.bytes = encode(X265_TYPE_IDR, quantiser);
-        const std::ptrdiff_t sample = format_.bitDepth > 8 ? 2 : 1;
-        for (std::size_t i = 0; i < first.decoded.size(); ++i) {
-            first.decoded.at(i) = {static_cast<const std::uint8_t*>(output_->planes[i]), sample,
-                                   output_->stride[i]};
-        }
-        return first;
-    }
-
-    std::vector<std::uint8_t> encodeRepeat() override {
-        // Coarser than the picture itself, so that the encoder finds nothing to improve and skips it all.
-        return encode(X265_TYPE_P, greatestQuantiser());
+        return withoutLengths({nals, count});
     }
 
 private:
-    std::vector<std::uint8_t> encode(int type, int quantiser) {
+    CodedPicture encode(const DecodedPicture& picture, bool sync, int quantiser) override {
         library_->picture_init(param_.get(), input_.get());
-        for (std::size_t i = 0; i < picture_->planes.size(); ++i) {
-            // The library reads what it is given, though its type does not say so.
-            input_->planes[i] = const_cast<std::uint8_t*>(picture_->planes.at(i).bytes.data());
-            input_->stride[i] = static_cast<int>(picture_->planes.at(i).stride);
+        for (std::size_t i = 0; i < picture.planes.size(); ++i) {
+            // The library only reads, though its type does not say so.
+            input_->planes[i] = const_cast<std::uint8_t*>(picture.planes.at(i).bytes.data());
+            input_->stride[i] = static_cast<int>(picture.planes.at(i).stride);
         }
-        input_->bitDepth = format_.bitDepth;
-        input_->colorSpace = colourSpace(format_.chroma);
-        input_->sliceType = type;
+        input_->bitDepth = format().bitDepth;
+        input_->colorSpace = colourSpace(format().chroma);
+        input_->sliceType = sync ? X265_TYPE_IDR : X265_TYPE_P;
         input_->forceqp = quantiser + 1;
         input_->pts = nextTime_++;
         x265_nal* nals = nullptr;
@@ -153,14 +138,18 @@ private:
         if (library_->encoder_encode(encoder_.get(), &nals, &count, input_.get(), output_.get()) <= 0) {
             throw ZVError::writerFailed("the HEVC encoder failed");
         }
-        return joined({nals, count});
+        const std::ptrdiff_t sample = format().bitDepth > 8 ? 2 : 1;
+        CodedPicture coded{withoutLengths({nals, count}), {}};
+        for (std::size_t i = 0; i < coded.decoded.size(); ++i) {
+            coded.decoded.at(i) = {static_cast<const std::uint8_t*>(output_->planes[i]), sample,
+                                   output_->stride[i]};
+        }
+        return coded;
     }
 
     template <class Object>
     using Handle = std::unique_ptr<Object, void (*)(Object*)>;
 
-    std::shared_ptr<const DecodedPicture> picture_;
-    CodedPictureFormat format_;
     const x265_api* library_;
     Handle<x265_param> param_{nullptr, nullptr};
     Handle<x265_picture> input_{nullptr, nullptr};
@@ -171,10 +160,10 @@ private:
 
 } // namespace
 
-std::unique_ptr<StillEncoder> makeX265StillEncoder(std::shared_ptr<const DecodedPicture> picture,
+std::unique_ptr<StillEncoder> makeX265StillEncoder(const std::shared_ptr<const DecodedPicture>& picture,
                                                    const CodedPictureFormat& format,
                                                    const CMTime& frameDuration) {
-    return std::make_unique<X265StillEncoder>(std::move(picture), format, frameDuration);
+    return std::make_unique<X265StillEncoder>(picture, format, frameDuration);
 }
 
 } // namespace zelvra

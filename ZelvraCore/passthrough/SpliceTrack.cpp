@@ -142,7 +142,7 @@ StoredBytes SpliceTrack::sourceBytes(const PlannedSample& planned, SpoolStore& s
     return changed ? spool.append(*changed) : untouched;
 }
 
-OutputTrack SpliceTrack::build(std::span<const std::filesystem::path> clips, SpoolStore& spool) {
+OutputTrack SpliceTrack::build(const Clips& clips, SpoolStore& spool) {
     if (std::ranges::any_of(plan_.samples, [](const PlannedSample& sample) { return !sample.shown; })) {
         twins_ = hevc::chooseTwinIds(bitstream::idsOf(hevc::ParameterSets(configuration_).allPps()), ppsIds_);
         for (const auto& [id, twin] : twins_) {
@@ -159,7 +159,7 @@ OutputTrack SpliceTrack::build(std::span<const std::filesystem::path> clips, Spo
             continue;
         }
         if (planned.part == 0) {
-            file.emplace(clips[planned.index]);
+            file.emplace(clips.freezes[planned.index]);
             clip = readClip(file->video(), planned.index);
         }
         track.samples[i].bytes = freezeBytes(clip, file->video(), planned.part, spool);

@@ -5,18 +5,13 @@
 #include "ZelvraCore/bitstream/hevc/Hiding.h"
 #include "ZelvraCore/bitstream/hevc/Identity.h"
 #include "ZelvraCore/bitstream/hevc/PictureScanner.h"
-#include "ZelvraCore/passthrough/OutputMovie.h"
 #include "ZelvraCore/passthrough/PictureWindow.h"
-#include "ZelvraCore/passthrough/SamplePlan.h"
-#include "ZelvraCore/passthrough/SpoolStore.h"
-#include "ZelvraCore/passthrough/VideoCut.h"
-#include "ZelvraCore/records/FreezeEncoding.h"
+#include "ZelvraCore/passthrough/VideoTrackBuilder.h"
 
 #include <filesystem>
 #include <map>
 #include <optional>
 #include <set>
-#include <span>
 #include <vector>
 
 namespace zelvra::passthrough {
@@ -27,23 +22,15 @@ namespace zelvra::passthrough {
 ///
 /// One movie, one thread. Whatever rules a passthrough out throws CannotPassThrough or
 /// bitstream::BitstreamError.
-class SpliceTrack {
+class SpliceTrack final : public VideoTrackBuilder {
 public:
     /// `source` is borrowed for as long as this lives.
     explicit SpliceTrack(const SourceVideo& source);
 
-    /// What freeze clips must match.
-    FreezeEncoding freezeEncoding() const;
-
-    const SourcePictures& pictures() const { return pictures_; }
-
-    /// Plans the movie; asked for once, before the rest. Shift its edit by delayEdit where the sound needs a
-    /// lead.
-    SamplePlan& plan(const VideoCut& cut);
-
-    /// The planned track. `clips` holds the path of one freeze clip for each freeze. Source samples are in
-    /// store 0, all that is rewritten goes to `spool`.
-    OutputTrack build(std::span<const std::filesystem::path> clips, SpoolStore& spool);
+    const SourcePictures& pictures() const override { return pictures_; }
+    FreezeEncoding freezeEncoding() const override;
+    SamplePlan& plan(const VideoCut& cut) override;
+    OutputTrack build(const Clips& clips, SpoolStore& spool) override;
 
 private:
     /// A freeze clip under the ids it has in the movie.

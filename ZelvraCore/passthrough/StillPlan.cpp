@@ -177,7 +177,7 @@ private:
             PlannedSample still;
             still.kind = Kind::freeze;
             still.index = static_cast<std::uint32_t>(freeze);
-            still.sync = coding == Coding::idr || result_.samples.samples.empty();
+            still.sync = coding == Coding::idr || (coding == Coding::recovery && freeze == 0 && part == 0);
             still.part = part++;
             still.decodeTime = decode + clock.atFrame(frame);
             still.presentationTime = presentation + clock.atFrame(frame);

@@ -72,12 +72,12 @@ FreezeEncoding StillTrack::freezeEncoding() const {
     return h264::freezeEncodingFor(*sps_, *pps_);
 }
 
-StillPlan& StillTrack::plan(const VideoCut& cut) {
+SamplePlan& StillTrack::plan(const VideoCut& cut) {
     plan_ = planStills(pictures_, source_.track.timescale, cut, [this](std::uint32_t index) {
         const h264::PictureFacts facts = window_.at(index);
         return PictureTraits{facts.idr, facts.isReference};
     });
-    return plan_;
+    return plan_.samples;
 }
 
 StillTrack::CodedStill StillTrack::readStill(const std::filesystem::path& path) {

@@ -3,18 +3,15 @@
 #include "ZelvraCore/bitstream/h264/AvcConfiguration.h"
 #include "ZelvraCore/bitstream/h264/PictureScanner.h"
 #include "ZelvraCore/bitstream/h264/Still.h"
-#include "ZelvraCore/passthrough/OutputMovie.h"
 #include "ZelvraCore/passthrough/PictureWindow.h"
-#include "ZelvraCore/passthrough/SpoolStore.h"
 #include "ZelvraCore/passthrough/StillPlan.h"
-#include "ZelvraCore/records/FreezeEncoding.h"
+#include "ZelvraCore/passthrough/VideoTrackBuilder.h"
 
 #include <array>
 #include <filesystem>
 #include <map>
 #include <optional>
 #include <set>
-#include <span>
 
 namespace zelvra::passthrough {
 
@@ -24,30 +21,17 @@ namespace zelvra::passthrough {
 ///
 /// One movie, one thread. Whatever rules a passthrough out throws CannotPassThrough or
 /// bitstream::BitstreamError.
-class StillTrack {
+class StillTrack final : public VideoTrackBuilder {
 public:
     /// `source` is borrowed for as long as this lives.
     explicit StillTrack(const SourceVideo& source);
 
-    /// What freeze clips must match.
-    FreezeEncoding freezeEncoding() const;
-
-    const SourcePictures& pictures() const { return pictures_; }
-
-    /// Plans the movie; asked for once, before the rest. Shift its edit by delayEdit where the sound needs a
-    /// lead.
-    StillPlan& plan(const VideoCut& cut);
-
-    /// The clips that stills are made of: one for each freeze; of the first and of the last shown picture
-    /// where the plan has a lead-in or a lead-out.
-    struct Clips {
-        std::span<const std::filesystem::path> freezes;
-        std::filesystem::path leadIn;
-        std::filesystem::path leadOut;
-    };
-
-    /// The planned track. Source samples are in store 0, stills go to `spool`.
-    OutputTrack build(const Clips& clips, SpoolStore& spool);
+    const SourcePictures& pictures() const override { return pictures_; }
+    FreezeEncoding freezeEncoding() const override;
+    SamplePlan& plan(const VideoCut& cut) override;
+    bool wantsLeadIn() const override { return plan_.leadIn.has_value(); }
+    bool wantsLeadOut() const override { return plan_.leadOut.has_value(); }
+    OutputTrack build(const Clips& clips, SpoolStore& spool) override;
 
 private:
     /// The first picture of a clip: its slices, and the picture parameter set they need in the movie.

@@ -164,6 +164,17 @@ void expectSound(const SamplePlan& plan, const SourcePictures& pictures, const V
     }
 }
 
+void expectSyncOnlyWhereDecodingCanStart(const StillPlan& plan, const Stream& stream) {
+    for (std::size_t i = 1; i < plan.samples.samples.size(); ++i) {
+        const PlannedSample& sample = plan.samples.samples[i];
+        const bool intra =
+            sample.kind == Kind::source
+                ? stream.samples[sample.index].sync
+                : sample.kind == Kind::freeze && plan.freezes[sample.index].coding == StillSite::Coding::idr;
+        EXPECT_TRUE(intra || !sample.sync) << "sample " << i;
+    }
+}
+
 struct Cut {
     int start;
     int end;
@@ -203,7 +214,9 @@ TEST(SamplePlan, ShowsExactlyWhatWasAskedForWhereverItIsCut) {
             const VideoCut cut = cutOf(stream, pictures, asked, 512);
             SCOPED_TRACE(testing::Message()
                          << (open ? "open " : "closed ") << asked.start << ".." << asked.end);
-            expectSound(planStills(pictures, 15360, cut, stream.traits()).samples, pictures, cut, 512, true);
+            const StillPlan stills = planStills(pictures, 15360, cut, stream.traits());
+            expectSound(stills.samples, pictures, cut, 512, true);
+            expectSyncOnlyWhereDecodingCanStart(stills, stream);
             try {
                 expectSound(planSplice(pictures, 15360, cut, stream.disposable()), pictures, cut, 512, false);
             } catch (const CannotPassThrough& e) {

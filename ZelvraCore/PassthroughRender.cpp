@@ -1,0 +1,184 @@
+#include "ZelvraCore/PassthroughRender.h"
+
+#include "ZelvraCore/SoundTrack.h"
+#include "ZelvraCore/isobmff/TrackTimeline.h"
+#include "ZelvraCore/passthrough/CannotPassThrough.h"
+#include "ZelvraCore/passthrough/MovieFileWriter.h"
+#include "ZelvraCore/passthrough/SourceVideo.h"
+#include "ZelvraCore/passthrough/SpliceTrack.h"
+#include "ZelvraCore/passthrough/SpoolStore.h"
+#include "ZelvraCore/passthrough/StillTrack.h"
+#include "ZelvraCore/records/ZVError.h"
+
+#include <algorithm>
+
+namespace zelvra {
+
+namespace {
+
+using passthrough::CannotPassThrough;
+using passthrough::VideoCut;
+
+/// Stores that the movie's samples lie in.
+constexpr std::uint32_t spoolStore = 1;
+
+std::unique_ptr<passthrough::VideoTrackBuilder> builderFor(VideoCodec codec,
+                                                           const passthrough::SourceVideo& source) {
+    if (codec == VideoCodec::hevc) {
+        return std::make_unique<passthrough::SpliceTrack>(source);
+    }
+    return std::make_unique<passthrough::StillTrack>(source);
+}
+
+const isobmff::ShownPiece& solePiece(const isobmff::TrackTimeline& timeline) {
+    if (timeline.pieces().size() != 1 || timeline.shown().empty()) {
+        throw CannotPassThrough("it has been edited into several pieces");
+    }
+    return timeline.pieces().front();
+}
+
+} // namespace
+
+/// The picture side of the export, with the way between the movie's timeline and the track's.
+class PassthroughRender::Pictures {
+public:
+    Pictures(const Asset& source, const SourceInfo& info, const RenderPlan& plan)
+        : video_{source.bytes(), *source.videoTrack()},
+          timeline_(video_.track, source.movie().timescale),
+          piece_(solePiece(timeline_)),
+          builder_(builderFor(plan.freezeCodec, video_)) {
+        if (video_.track.isEncrypted()) {
+            throw MediaError(MediaError::Cause::unsupported, "the movie is encrypted");
+        }
+        cut(info, plan);
+        plan_ = &builder_->plan(cut_);
+    }
+
+    passthrough::VideoTrackBuilder& builder() { return *builder_; }
+    passthrough::SamplePlan& plan() { return *plan_; }
+    const VideoCut& cut() const { return cut_; }
+    std::int32_t outputTimescale() const {
+        return static_cast<std::int32_t>(video_.track.timescale * plan_->timescaleFactor);
+    }
+
+    bool freezesFirst() const {
+        return !cut_.freezes.empty() && cut_.freezes.front().position == cut_.firstRank;
+    }
+    bool freezesLast() const { return !cut_.freezes.empty() && cut_.freezes.back().position == cut_.endRank; }
+    CMTime firstShown() const { return presentation(cut_.start); }
+    CMTime lastShown() const {
+        return maximum(presentation(builder_->pictures().timeAtRank(cut_.endRank - 1)), firstShown());
+    }
+
+    /// Pictures freeze where they appear, and the sound stops with them; after the last picture it may go on
+    /// until `end`.
+    std::vector<SoundPiece> soundPieces(const CMTime& end) const {
+        std::vector<SoundPiece> pieces;
+        CMTime cursor = presentation(cut_.start);
+        auto playUntil = [&](const CMTime& time) {
+            if (time > cursor) {
+                pieces.push_back({SoundPiece::Kind::source, cursor, time - cursor});
+                cursor = time;
+            }
+        };
+        for (const VideoCut::Freeze& freeze : cut_.freezes) {
+            playUntil(presentation(cut_.momentOf(freeze.position, builder_->pictures())));
+            const CMTime length(cut_.frameDuration.value * freeze.frames, cut_.frameDuration.timescale);
+            pieces.push_back({SoundPiece::Kind::silence, CMTime::zero(), length});
+        }
+        playUntil(end);
+        return pieces;
+    }
+
+private:
+    void cut(const SourceInfo& info, const RenderPlan& plan) {
+        const passthrough::SourcePictures& pictures = builder_->pictures();
+        const passthrough::VisiblePictures visible{
+            pictures.rankOf(timeline_.shown().front().sample),
+            pictures.rankOf(timeline_.shown().back().sample) + 1,
+            std::min(piece_.mediaEnd(),
+                     pictures.endAtRank(pictures.rankOf(timeline_.shown().back().sample)))};
+        std::vector<passthrough::FreezeMoment> moments;
+        moments.reserve(plan.highlights.size());
+        for (const Highlight& highlight : plan.highlights) {
+            moments.push_back(
+                {media(highlight.timestamp), freezeFrameCount(highlight.duration, info.frameDuration)});
+        }
+        cut_ = cutVideo(pictures, visible, media(maximum(plan.rangeStart, CMTime::zero())),
+                        media(minimum(plan.rangeEnd, info.duration)), moments, info.frameDuration);
+    }
+
+    std::int64_t media(const CMTime& presentationTime) const {
+        const CMTime ticks = presentationTime.converted(static_cast<std::int32_t>(video_.track.timescale));
+        return ticks.value - piece_.start + piece_.mediaStart;
+    }
+
+    CMTime presentation(std::int64_t mediaTime) const {
+        return {mediaTime - piece_.mediaStart + piece_.start,
+                static_cast<std::int32_t>(video_.track.timescale)};
+    }
+
+    passthrough::SourceVideo video_;
+    isobmff::TrackTimeline timeline_;
+    isobmff::ShownPiece piece_;
+    std::unique_ptr<passthrough::VideoTrackBuilder> builder_;
+    VideoCut cut_;
+    passthrough::SamplePlan* plan_ = nullptr;
+};
+
+PassthroughRender::PassthroughRender(const Asset& source, const SourceInfo& info, const RenderPlan& plan)
+    : source_(source), info_(info), plan_(plan), pictures_(std::make_unique<Pictures>(source, info, plan)) {
+    if (pictures_->builder().wantsLeadIn() && !pictures_->freezesFirst()) {
+        extraFrames_.push_back(pictures_->firstShown());
+    }
+    if (pictures_->builder().wantsLeadOut() && !pictures_->freezesLast()) {
+        extraFrames_.push_back(pictures_->lastShown());
+    }
+}
+
+PassthroughRender::~PassthroughRender() = default;
+
+FreezeEncoding PassthroughRender::freezeEncoding() const {
+    return pictures_->builder().freezeEncoding();
+}
+
+void PassthroughRender::write(const Job& job) {
+    const isobmff::Movie& movie = source_.movie();
+    passthrough::OutputMovie output;
+    output.container = job.container;
+    output.creationTime = movie.creationTime;
+
+    const std::filesystem::path folder = job.output.has_parent_path() ? job.output.parent_path() : ".";
+    const auto spool = std::make_shared<passthrough::SpoolStore>(folder, spoolStore);
+
+    std::optional<SoundTrack> sound;
+    if (job.includeAudio && source_.hasAudio()) {
+        const std::vector<SoundPiece> pieces =
+            pictures_->soundPieces(minimum(plan_.rangeEnd, info_.duration));
+        sound.emplace(source_, pieces, job.container, job.stop);
+        if (sound->notice()) {
+            job.notice(*sound->notice());
+        }
+        delayEdit(pictures_->plan(),
+                  sound->lead().converted(pictures_->outputTimescale(), Rounding::up).value);
+    }
+    const CMTime editStart(pictures_->plan().editStart, pictures_->outputTimescale());
+
+    passthrough::VideoTrackBuilder::Clips clips{.freezes = job.freezeClips, .leadIn = {}, .leadOut = {}};
+    std::size_t extra = 0;
+    if (pictures_->builder().wantsLeadIn()) {
+        clips.leadIn = pictures_->freezesFirst() ? job.freezeClips.front() : job.extraClips[extra++];
+    }
+    if (pictures_->builder().wantsLeadOut()) {
+        clips.leadOut = pictures_->freezesLast() ? job.freezeClips.back() : job.extraClips[extra];
+    }
+    output.tracks.push_back(pictures_->builder().build(clips, *spool));
+    if (sound) {
+        output.tracks.push_back(sound->build(editStart, *spool));
+    }
+    //  The source's bytes are borrowed from the asset, which outlives the write.
+    const auto source = std::shared_ptr<const isobmff::ByteSource>(std::shared_ptr<void>(), &source_.bytes());
+    writeMovieFile(output, {source, spool}, job.output, job.progress, job.stop);
+}
+
+} // namespace zelvra

@@ -1,0 +1,192 @@
+#include "ZelvraCore/Render.h"
+
+#include "ZelvraCore/FrameGrab.h"
+#include "ZelvraCore/FreezeClipEncoder.h"
+#include "ZelvraCore/OverlayRasteriser.h"
+#include "ZelvraCore/PassthroughRender.h"
+#include "ZelvraCore/RenderPlan.h"
+#include "ZelvraCore/SourceProbe.h"
+#include "ZelvraCore/TemporaryClips.h"
+#include "ZelvraCore/bitstream/BitstreamError.h"
+#include "ZelvraCore/isobmff/AtomicFile.h"
+#include "ZelvraCore/passthrough/CannotPassThrough.h"
+#include "ZelvraCore/passthrough/MovieFileWriter.h"
+
+#include <algorithm>
+#include <cctype>
+#include <memory>
+
+namespace zelvra {
+
+namespace {
+
+using Container = passthrough::OutputMovie::Container;
+
+std::filesystem::path folderOf(const std::filesystem::path& file) {
+    return file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
+}
+
+void refuseSourceAsOutput(const std::filesystem::path& source, const std::filesystem::path& output) {
+    std::error_code unknown; // a file that is not there is not the source
+    if (std::filesystem::equivalent(source, output, unknown)) {
+        throw MediaError(MediaError::Cause::refused,
+                         "the output would replace the source movie: " + output.string());
+    }
+}
+
+void refuseAbsurdRange(const RenderPlan& plan, const SourceInfo& info) {
+    const bool numeric = plan.rangeStart.isNumeric() && plan.rangeEnd.isNumeric();
+    const bool empty =
+        plan.rangeEnd < plan.rangeStart || (plan.rangeEnd == plan.rangeStart && plan.highlights.empty());
+    if (!numeric || empty || plan.rangeStart >= info.duration || plan.rangeEnd < CMTime::zero()) {
+        throw MediaError(MediaError::Cause::outOfRange, "the range holds nothing of the movie");
+    }
+}
+
+/// One render, from plan to file. Lives for one call.
+class Rendering {
+public:
+    Rendering(const Asset& source, std::span<const Highlight> highlights, const std::filesystem::path& output,
+              const RenderOptions& options)
+        : source_(source),
+          output_(output),
+          options_(options),
+          info_(loadSourceInfo(source)),
+          plan_(planRender(highlights, options.sourceRange, options.includeAudio, info_)) {}
+
+    void run() {
+        if (plan_.copyOnly) {
+            // The bytes are borrowed from the asset, which outlives the copy.
+            const auto bytes =
+                std::shared_ptr<const isobmff::ByteSource>(std::shared_ptr<void>(), &source_.bytes());
+            passthrough::copyFile(bytes, output_, {}, options_.stop);
+            return report(1);
+        }
+        refuseAbsurdRange(plan_, info_);
+        isobmff::sweepStrays(folderOf(output_));
+        preparePassthrough();
+        makeFreezeClips();
+        if (!writePassthrough()) {
+            reencode();
+        }
+        report(1);
+    }
+
+private:
+    void report(double fraction) const {
+        if (options_.progress) {
+            options_.progress(fraction);
+        }
+    }
+
+    void notice(const std::string& line) const {
+        if (options_.notice) {
+            options_.notice(line);
+        }
+    }
+
+    void stopIfAsked() const {
+        if (options_.stop.stop_requested()) {
+            throw MediaError(MediaError::Cause::cancelled, "cancelled");
+        }
+    }
+
+    /// Runs a step of the passthrough; where the source rules it out the movie is re-encoded, and the user
+    /// told why.
+    template <class Step>
+    bool passThrough(Step step) {
+        try {
+            step();
+            return true;
+        } catch (const passthrough::CannotPassThrough& e) {
+            notice(std::string("Re-encoding the video, because ") + e.what() + ".");
+        } catch (const bitstream::BitstreamError& e) {
+            notice(std::string("Re-encoding the video, because its coding cannot be read: ") + e.what() +
+                   ".");
+        }
+        passthrough_.reset();
+        return false;
+    }
+
+    void preparePassthrough() {
+        if (plan_.passthrough) {
+            passThrough([&] { passthrough_ = std::make_unique<PassthroughRender>(source_, info_, plan_); });
+        }
+    }
+
+    void makeFreezeClips() {
+        const FreezeEncoding encoding = passthrough_ ? passthrough_->freezeEncoding() : FreezeEncoding{};
+        for (std::size_t i = 0; i < plan_.highlights.size(); ++i) {
+            stopIfAsked();
+            const Highlight& highlight = plan_.highlights[i];
+            const Image frame = drawShape(frameAt(highlight.timestamp), highlight.shape);
+            encodeFreezeClip(frame, freezeClips_.add(), info_.frameDuration, highlight.duration,
+                             plan_.freezeCodec, encoding, options_.stop);
+            report(freezeProgress(i + 1, plan_.highlights.size()));
+        }
+        if (passthrough_) {
+            for (const CMTime& time : passthrough_->extraFrames()) {
+                encodeFreezeClip(frameAt(time), extraClips_.add(), info_.frameDuration, info_.frameDuration,
+                                 plan_.freezeCodec, encoding, options_.stop);
+            }
+        }
+    }
+
+    /// A highlight at the very end of the movie shows its last frame.
+    Image frameAt(const CMTime& time) const {
+        const CMTime last = source_.frames().last().time;
+        return extractFrame(source_, time < info_.duration ? maximum(time, CMTime::zero()) : last);
+    }
+
+    bool writePassthrough() {
+        return passthrough_ && passThrough([&] {
+                   passthrough_->write(
+                       {.freezeClips = freezeClips_.paths(),
+                        .extraClips = extraClips_.paths(),
+                        .output = output_,
+                        .container = containerFor(output_),
+                        .includeAudio = options_.includeAudio,
+                        .progress = [this](double fraction) { report(exportProgress(fraction)); },
+                        .notice = [this](const std::string& line) { notice(line); },
+                        .stop = options_.stop});
+               });
+    }
+
+    void reencode() {
+        throw ZVError::exportFailed(
+            "this movie cannot pass through untouched, and only such movies are exported so far");
+    }
+
+    const Asset& source_;
+    const std::filesystem::path& output_;
+    const RenderOptions& options_;
+    SourceInfo info_;
+    RenderPlan plan_;
+    TemporaryClips freezeClips_;
+    TemporaryClips extraClips_;
+    std::unique_ptr<PassthroughRender> passthrough_;
+};
+
+} // namespace
+
+passthrough::OutputMovie::Container containerFor(const std::filesystem::path& output) {
+    std::string extension = output.extension().string();
+    std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
+    return extension == ".mp4"   ? Container::mpeg4
+           : extension == ".m4v" ? Container::appleM4v
+                                 : Container::quickTime;
+}
+
+RenderResult renderHighlights(const std::filesystem::path& source, std::span<const Highlight> highlights,
+                              const std::filesystem::path& output, const RenderOptions& options) {
+    return renderHighlights(Asset(source), highlights, output, options);
+}
+
+RenderResult renderHighlights(const Asset& source, std::span<const Highlight> highlights,
+                              const std::filesystem::path& output, const RenderOptions& options) {
+    refuseSourceAsOutput(source.path(), output);
+    Rendering(source, highlights, output, options).run();
+    return {output};
+}
+
+} // namespace zelvra

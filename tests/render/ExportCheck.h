@@ -1,0 +1,66 @@
+#pragma once
+
+#include "ZelvraCore/Render.h"
+#include "tests/support/MovieReading.h"
+#include "tests/support/NumberedMovie.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zelvra::test {
+
+/// Whole exports checked picture by picture against what was asked for, by a foreign decoder.
+
+/// What to export of a numbered movie, in its frames.
+struct Export {
+    NumberedMovie movie;
+    struct Freeze {
+        int frame = 0; ///< of the source; the number of frames = at its end
+        double seconds = 0.5;
+    };
+    std::vector<Freeze> freezes = {};
+    std::optional<std::pair<int, int>> range = {}; ///< first frame, one past the last
+    bool includeAudio = true;
+    std::string extension = ".mp4";
+};
+
+/// What the viewer of an export must see: from `time` on picture `number`, frozen where `marker` is set.
+struct ExpectedFrame {
+    double time = 0;
+    int number = 0;
+    std::optional<int> marker;
+};
+
+class ExportedMovie {
+public:
+    /// Renders into `folder`. Notices are kept.
+    ExportedMovie(const Export& job, const std::filesystem::path& folder);
+
+    const std::filesystem::path& file() const { return file_; }
+    const std::vector<std::string>& notices() const { return notices_; }
+    const std::vector<Highlight>& highlights() const { return highlights_; }
+
+    /// Every picture in motion is there once at its time, and freezes have their picture from their first
+    /// frame to their last; nothing else is shown.
+    void expectRightPictures(const std::filesystem::path& file, const std::string& tolerated = "",
+                             const std::vector<std::string>& decoderArguments = {}) const;
+    /// Accurate seeks by ffmpeg all over the movie find the picture that belongs there.
+    void expectRightSeeks(const std::filesystem::path& file, int seeks) const;
+    /// All of the source's pictures within the range decode to the very same samples as in the source.
+    void expectSourcePicturesUntouched() const;
+
+private:
+    const ExpectedFrame& at(double time) const;
+
+    Export job_;
+    std::filesystem::path source_;
+    std::filesystem::path file_;
+    std::vector<std::string> notices_;
+    std::vector<Highlight> highlights_;
+    std::vector<ExpectedFrame> expected_; ///< each frame of the output, freezes frame by frame
+    double duration_ = 0;
+};
+
+} // namespace zelvra::test

@@ -139,9 +139,12 @@ std::span<const float> MovieSound::between(double start, double duration) const 
 }
 
 MovieSound readSound(const std::filesystem::path& movie) {
+    if (probe(movie, {"-show_streams", "-select_streams", "a"}).at("streams").empty()) {
+        return {};
+    }
     const ProcessResult result = runChecked(ffmpeg(
         movie, {},
-        {"-map", "0:a:0?", "-af", "ashowinfo,pan=mono|c0=c0", "-vsync", "passthrough", "-f", "f32le", "-"}));
+        {"-map", "0:a:0", "-af", "ashowinfo,pan=mono|c0=c0", "-vsync", "passthrough", "-f", "f32le", "-"}));
     MovieSound sound;
     std::size_t read = 0;
     for (const std::string& line : lines(result.errors)) {

@@ -1,0 +1,120 @@
+#include "tests/support/Files.h"
+#include "tests/support/MovieReading.h"
+#include "tests/support/NumberedMovie.h"
+#include "tests/support/Process.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+namespace zelvra::test {
+namespace {
+
+/// The program itself, as a script would run it.
+ProcessResult cli(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), ZELVRA_CLI);
+    return runProcess(arguments);
+}
+
+const NumberedMovie numbered{.frames = 60, .sound = SoundCodec::aac, .container = "mp4"};
+
+/// The disc of a marker as the command line spells it.
+std::string marker(int cell, const std::string& at, const std::string& duration) {
+    const Highlight disc = markerHighlight(cell, CMTime::zero(), CMTime(1, 1), {320, 180});
+    const auto place = [](Point point) { return std::to_string(point.x) + ":" + std::to_string(point.y); };
+    return "at=" + at + ",duration=" + duration + ",p1=" + place(disc.shape.p1) +
+           ",p2=" + place(disc.shape.p2) +
+           ",color=#FFFFFF,stroke=" + std::to_string(disc.shape.strokeWidthRatio);
+}
+
+TEST(CommandLine, ProbesAMovieAsJson) {
+    const ProcessResult result = cli({"probe", movieFile(numbered)});
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    const nlohmann::json info = nlohmann::json::parse(result.output);
+    EXPECT_EQ(info["naturalSize"], (nlohmann::json{{"width", 320.0}, {"height", 180.0}}));
+    EXPECT_EQ(info["displaySize"], info["naturalSize"]);
+    EXPECT_EQ(info["preferredTransform"], (nlohmann::json{1.0, 0.0, 0.0, 1.0, 0.0, 0.0}));
+    EXPECT_EQ(info["frameDuration"]["seconds"], 1 / 30.0);
+    EXPECT_NEAR(info["duration"]["seconds"].get<double>(), 2.0, 0.03);
+    EXPECT_EQ(info["nominalFrameRate"], 30.0);
+    EXPECT_EQ(info["hasAudio"], true);
+    EXPECT_EQ(info["videoCodec"], "avc1");
+}
+
+TEST(CommandLine, SavesTheFrameThatIsOnScreen) {
+    const TemporaryFolder folder;
+    const ProcessResult result =
+        cli({"frame", movieFile(numbered), "--at", "0.733333", "--output", folder / "frame.png"});
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output, (folder / "frame.png").string() + "\n");
+    EXPECT_EQ(showMovie(folder / "frame.png").frames.at(0).number, 22);
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"frame.png"});
+}
+
+TEST(CommandLine, ExportsHighlightsOfBothKindsWithinARange) {
+    const TemporaryFolder folder;
+    std::ofstream(folder / "notes.json") << R"({"highlights": [{"at": "40/30", "duration": 0.2}],
+                                                "range": {"from": 0.5, "to": 0.6}, "includeAudio": false})";
+    const ProcessResult result =
+        cli({"export", movieFile(numbered), "--output", folder / "out.mp4", "--to", "1.5", "--highlight",
+             marker(5, "1", "0.5"), "--annotations", folder / "notes.json"});
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output, (folder / "out.mp4").string() + "\n");
+    EXPECT_TRUE(result.errors.ends_with("100 %\n")) << result.errors;
+
+    const ShownMovie shown = showMovie(folder / "out.mp4");
+    EXPECT_EQ(shown.frames.front().number, 15) << "the file's range, for what the command line leaves open";
+    EXPECT_EQ(shown.frames.back().number, 44);
+    for (const ShownFrame& frame : shown.frames) {
+        const bool frozen = frame.time >= CMTime(1, 2) && frame.time < CMTime(1, 1);
+        EXPECT_EQ(frame.marker, frozen ? std::optional(5) : std::nullopt) << frame;
+    }
+    EXPECT_TRUE(readSound(folder / "out.mp4").samples.empty());
+    EXPECT_EQ(cli({"export", movieFile(numbered), "--output", folder / "out.mp4", "--quiet"}).errors, "");
+}
+
+TEST(CommandLine, TellsFailureFromWrongUsageInOneLine) {
+    const TemporaryFolder folder;
+    const std::string movie = movieFile(numbered);
+    const std::string out = folder / "out.mp4";
+    const auto expect = [](const std::vector<std::string>& arguments, int code, const std::string& part) {
+        const ProcessResult result = cli(arguments);
+        EXPECT_EQ(result.exitCode, code) << result.errors;
+        EXPECT_NE(result.errors.find(part), std::string::npos) << result.errors;
+        EXPECT_EQ(result.output, "");
+        if (code == 1) {
+            EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+        }
+    };
+    expect({"probe", "/nowhere.mp4"}, 1, "file not found: /nowhere.mp4");
+    expect({"frame", movie, "--at", "9", "--output", out}, 1, "");
+    expect({"export", movie, "--output", movie}, 1, "");
+    expect({"export", movie, "--output", out, "--annotations", ZELVRA_CLI}, 1, "no JSON");
+    expect({}, 2, "");
+    expect({"probe"}, 2, "movie");
+    expect({"frame", movie, "--at", "x", "--output", out}, 2, "invalid timestamp: x");
+    expect({"export", movie, "--output", out, "--from", "2", "--to", "1"}, 2,
+           "the range ends before it starts");
+    expect({"export", movie, "--output", out, "--highlight", "kind=circle"}, 2, "at=T");
+    EXPECT_TRUE(folder.names().empty());
+    EXPECT_EQ(cli({"--help"}).exitCode, 0);
+}
+
+TEST(CommandLine, LeavesNothingBehindWhenInterrupted) {
+    const TemporaryFolder folder;
+    const std::string movie = movieFile({.width = 1280, .height = 720, .frames = 30});
+    std::string command =
+        std::string(ZELVRA_CLI) + " export " + movie + " --output " + (folder / "out.mp4").string();
+    for (int i = 0; i < 40; ++i) { // enough to be busy with when the signal comes
+        command += " --highlight at=0.5,duration=0.1";
+    }
+    // Job control keeps a background job's SIGINT alive.
+    const ProcessResult result =
+        runProcess({"bash", "-c", "set -m; " + command + " & sleep 0.4; kill -INT $!; wait $!"});
+    EXPECT_EQ(result.exitCode, 1) << result.errors;
+    EXPECT_TRUE(folder.names().empty());
+}
+
+} // namespace
+} // namespace zelvra::test

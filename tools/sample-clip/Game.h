@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Space.h"
+
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace zelvra::sample {
+
+/// What happens: where the ten players and the ball are at any moment, and what a player does. A pure
+/// function of time, worked out once. Drawing and sound only follow it.
+
+constexpr double clipSeconds = 24;
+constexpr double courtLength = 28;
+constexpr double courtWidth = 15;
+constexpr double ballRadius = 0.12;
+constexpr Vec leftHoop{1.575, 7.5, 3.05};
+constexpr Vec rightHoop{26.425, 7.5, 3.05};
+constexpr int playerCount = 10; ///< 0 to 4 play in white towards the right, 5 to 9 in red towards the left
+
+/// What the upper body is busy with.
+enum class Act { moving, guarding, dribbling, holding, shooting, contesting, celebrating };
+
+struct PlayerState {
+    Vec place;         ///< between the feet, on the floor; z while jumping
+    Vec velocity;      ///< metres a second
+    Vec facing;        ///< level and of length 1
+    double stride = 0; ///< position in the cycle of two steps; its fraction counts
+    double crouch = 0; ///< 0 upright to 1 deep
+    Act act = Act::moving;
+    double actShare = 0; ///< how far the act has come, 0 to 1
+};
+
+struct BallState {
+    Vec place;
+    double spin = 0; ///< radians
+};
+
+/// A moment that can be heard, or seen on the scoreboard.
+struct GameEvent {
+    enum class Kind { bounce, catching, shot, basket, whistle };
+    double time = 0;
+    Kind kind = Kind::bounce;
+    Vec place;
+    int points = 0;
+    bool homeTeam = false;
+};
+
+class Game {
+public:
+    Game();
+
+    PlayerState player(int index, double time) const;
+    BallState ball(double time) const;
+    /// Where the camera operator looks: along the court, following the ball with calm.
+    double focus(double time) const;
+    /// In order of time.
+    const std::vector<GameEvent>& events() const { return events_; }
+    /// Points of a team scored up to `time`, within the clip.
+    int points(bool homeTeam, double time) const;
+
+private:
+    struct Moment {
+        Vec place, velocity, facing;
+        double stride = 0;
+    };
+    Moment moment(int index, double time) const;
+    Vec handsOf(int index, double time) const;
+    Vec dribblePlace(int index, double time) const;
+    void walkTracks();
+    void collectEvents();
+
+    std::array<std::vector<Moment>, playerCount> tracks_;
+    std::vector<GameEvent> events_;
+};
+
+} // namespace zelvra::sample

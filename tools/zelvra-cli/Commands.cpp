@@ -1,0 +1,96 @@
+#include "tools/zelvra-cli/Commands.h"
+
+#include "ZelvraCore/FrameGrab.h"
+#include "ZelvraCore/Render.h"
+#include "ZelvraCore/SourceProbe.h"
+#include "ZelvraCore/records/ZVError.h"
+#include "tools/zelvra-cli/Annotations.h"
+#include "tools/zelvra-cli/HighlightText.h"
+#include "tools/zelvra-cli/Interrupt.h"
+#include "tools/zelvra-cli/PngFile.h"
+#include "tools/zelvra-cli/ProgressReport.h"
+#include "tools/zelvra-cli/SourceInfoJson.h"
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <unistd.h>
+
+namespace zelvra::cli {
+namespace {
+
+void requireFile(const std::filesystem::path& file) {
+    std::error_code unknown; // then opening it tells
+    if (!std::filesystem::exists(file, unknown) && !unknown) {
+        throw ZVError::fileNotFound(file.string());
+    }
+}
+
+std::optional<CMTimeRange> rangeOf(const ExportRequest& request, const Asset& asset) {
+    if (!request.from && !request.to) {
+        return std::nullopt;
+    }
+    const CMTime from = request.from.value_or(CMTime::zero());
+    const CMTime to = request.to ? *request.to : loadSourceInfo(asset).duration;
+    if (request.to && to <= from) {
+        throw BadRequest("the range ends before it starts");
+    }
+    return CMTimeRange::fromStartToEnd(from, to);
+}
+
+ProgressReport::Style progressStyle(bool quiet) {
+    return quiet                          ? ProgressReport::Style::quiet
+           : ::isatty(STDERR_FILENO) == 1 ? ProgressReport::Style::bar
+                                          : ProgressReport::Style::lines;
+}
+
+} // namespace
+
+void probeCommand(const std::filesystem::path& movie) {
+    requireFile(movie);
+    std::cout << sourceInfoJson(loadSourceInfo(movie)) << '\n';
+}
+
+void frameCommand(const std::filesystem::path& movie, CMTime at, const std::filesystem::path& output) {
+    requireFile(movie);
+    writePng(extractFrame(movie, at), output);
+    std::cout << output.string() << '\n';
+}
+
+void addAnnotations(ExportRequest& request, const std::filesystem::path& file) {
+    requireFile(file);
+    std::ifstream stream(file, std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    if (!stream) {
+        throw MediaError(MediaError::Cause::unreadable, "cannot read " + file.string());
+    }
+    try {
+        Annotations annotations = parseAnnotations(text);
+        request.highlights.insert(request.highlights.end(), annotations.highlights.begin(),
+                                  annotations.highlights.end());
+        request.from = request.from ? request.from : annotations.from;
+        request.to = request.to ? request.to : annotations.to;
+        request.includeAudio = request.includeAudio && annotations.includeAudio.value_or(true);
+    } catch (const BadRequest& error) {
+        throw MediaError(MediaError::Cause::corrupt, file.string() + ": " + error.what());
+    }
+}
+
+void exportCommand(const ExportRequest& request) {
+    const Interrupt interrupt;
+    requireFile(request.movie);
+    const Asset asset(request.movie);
+    RenderResult result;
+    {
+        ProgressReport report(std::cerr, progressStyle(request.quiet));
+        result = renderHighlights(asset, request.highlights, request.output,
+                                  {.sourceRange = rangeOf(request, asset),
+                                   .includeAudio = request.includeAudio,
+                                   .progress = [&](double fraction) { report.update(fraction); },
+                                   .notice = [&](const std::string& line) { report.notice(line); },
+                                   .stop = interrupt.token()});
+    }
+    std::cout << result.outputURL.string() << '\n';
+}
+
+} // namespace zelvra::cli

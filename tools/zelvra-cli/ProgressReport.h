@@ -1,0 +1,42 @@
+#pragma once
+
+#include <chrono>
+#include <mutex>
+#include <ostream>
+#include <string>
+
+namespace zelvra::cli {
+
+/// How an export tells how far it is: a bar that redraws itself on a terminal, a line for every tenth in a
+/// log, nothing where quiet is asked for. `update` and `notice` may be called from any thread.
+class ProgressReport {
+public:
+    enum class Style { bar, lines, quiet };
+
+    ProgressReport(std::ostream& stream, Style style) : stream_(stream), style_(style) {}
+    ProgressReport(const ProgressReport&) = delete;
+    ProgressReport& operator=(const ProgressReport&) = delete;
+    ~ProgressReport();
+
+    void update(double fraction);
+    /// A line of its own, in every style.
+    void notice(const std::string& line);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void wipeBar();
+
+    std::ostream& stream_;
+    Style style_;
+    std::mutex mutex_;
+    Clock::time_point start_ = Clock::now();
+    int shownPercent_ = -1;
+    bool barOnScreen_ = false;
+};
+
+/// "[=====>    ]  52 %  0:12 left": what a bar shows after `elapsed` seconds; no time before there is enough
+/// to judge by.
+std::string progressBar(double fraction, double elapsed);
+
+} // namespace zelvra::cli

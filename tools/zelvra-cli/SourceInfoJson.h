@@ -1,0 +1,13 @@
+#pragma once
+
+#include "ZelvraCore/records/SourceInfo.h"
+
+#include <string>
+
+namespace zelvra::cli {
+
+/// The facts of a movie as a JSON object of several lines, without a line break at its end. Sizes are in
+/// square pixels, times in ticks and in seconds; an unknown codec is null.
+std::string sourceInfoJson(const SourceInfo& info);
+
+} // namespace zelvra::cli

@@ -139,7 +139,18 @@ PassthroughRender::PassthroughRender(const Asset& source, const SourceInfo& info
 PassthroughRender::~PassthroughRender() = default;
 
 FreezeEncoding PassthroughRender::freezeEncoding() const {
-    return pictures_->builder().freezeEncoding();
+    FreezeEncoding encoding = pictures_->builder().freezeEncoding();
+    if (encoding.codedFrame) {
+        // Some cameras code whole blocks without a cropping rectangle and give the picture's size in the
+        // sample entry alone; decoders go by that.
+        FreezeEncoding::CodedFrame& frame = *encoding.codedFrame;
+        frame.cropRight = frame.width - frame.cropLeft - source_.videoFormat().width;
+        frame.cropBottom = frame.height - frame.cropTop - source_.videoFormat().height;
+        if (frame.cropRight < 0 || frame.cropBottom < 0) {
+            throw CannotPassThrough("its pictures are larger than its coding says");
+        }
+    }
+    return encoding;
 }
 
 void PassthroughRender::write(const Job& job) {

@@ -105,29 +105,32 @@ private:
                    ".");
         }
         passthrough_.reset();
+        freezeEncoding_ = {};
         return false;
     }
 
     void preparePassthrough() {
         if (plan_.passthrough) {
-            passThrough([&] { passthrough_ = std::make_unique<PassthroughRender>(source_, info_, plan_); });
+            passThrough([&] {
+                passthrough_ = std::make_unique<PassthroughRender>(source_, info_, plan_);
+                freezeEncoding_ = passthrough_->freezeEncoding();
+            });
         }
     }
 
     void makeFreezeClips() {
-        const FreezeEncoding encoding = passthrough_ ? passthrough_->freezeEncoding() : FreezeEncoding{};
         for (std::size_t i = 0; i < plan_.highlights.size(); ++i) {
             stopIfAsked();
             const Highlight& highlight = plan_.highlights[i];
             const Image frame = drawShape(frameAt(highlight.timestamp), highlight.shape);
             encodeFreezeClip(frame, freezeClips_.add(), info_.frameDuration, highlight.duration,
-                             plan_.freezeCodec, encoding, options_.stop);
+                             plan_.freezeCodec, freezeEncoding_, options_.stop);
             report(freezeProgress(i + 1, plan_.highlights.size()));
         }
         if (passthrough_) {
             for (const CMTime& time : passthrough_->extraFrames()) {
                 encodeFreezeClip(frameAt(time), extraClips_.add(), info_.frameDuration, info_.frameDuration,
-                                 plan_.freezeCodec, encoding, options_.stop);
+                                 plan_.freezeCodec, freezeEncoding_, options_.stop);
             }
         }
     }
@@ -165,6 +168,7 @@ private:
     TemporaryClips freezeClips_;
     TemporaryClips extraClips_;
     std::unique_ptr<PassthroughRender> passthrough_;
+    FreezeEncoding freezeEncoding_; ///< what the freeze clips must match
 };
 
 } // namespace

@@ -48,6 +48,8 @@ public:
                              const std::vector<std::string>& decoderArguments = {}) const;
     /// Accurate seeks by ffmpeg all over the movie find the picture that belongs there.
     void expectRightSeeks(const std::filesystem::path& file, int seeks) const;
+    /// Sound goes on where it stopped, at most `apart` seconds from its picture; freezes are silent.
+    void expectRightSound(double apart) const;
     /// All of the source's pictures within the range decode to the very same samples as in the source.
     void expectSourcePicturesUntouched() const;
 

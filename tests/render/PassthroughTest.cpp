@@ -94,5 +94,46 @@ INSTANTIATE_TEST_SUITE_P(
               .freezes = {{31}}}}),
     caseName);
 
+/// Half a packet of compressed sound; PCM is exact.
+constexpr double halfAacPacket = 512.0 / 48000;
+
+struct SoundCase {
+    Case movie;
+    double apart;
+};
+
+std::ostream& operator<<(std::ostream& stream, const SoundCase& c) {
+    return stream << c.movie.name;
+}
+
+class PassthroughSound : public testing::TestWithParam<SoundCase> {};
+
+TEST_P(PassthroughSound, StopsForFreezesAndResumesWhereItStopped) {
+    const TemporaryFolder folder;
+    const ExportedMovie movie(GetParam().movie.job, folder.path());
+    movie.expectRightPictures(movie.file());
+    movie.expectRightSound(GetParam().apart);
+}
+
+const NumberedMovie aac{.frames = 90, .sound = SoundCodec::aac, .container = "mp4"};
+const NumberedMovie pcm{.frames = 90, .sound = SoundCodec::pcm};
+const std::vector<Export::Freeze> five{{0}, {20, 1.03}, {45, 0.77}, {46, 0.31}, {90}};
+
+INSTANTIATE_TEST_SUITE_P(
+    All, PassthroughSound,
+    testing::Values(
+        SoundCase{{"aac", {.movie = aac, .freezes = five}}, halfAacPacket},
+        SoundCase{{"aac_range", {.movie = aac, .freezes = {{17}, {40}}, .range = {{17, 71}}}}, halfAacPacket},
+        SoundCase{{"pcm", {.movie = pcm, .freezes = five, .extension = ".mov"}}, 0},
+        SoundCase{{"pcm_range", {.movie = pcm, .freezes = {{40}}, .range = {{17, 71}}, .extension = ".mov"}},
+                  0},
+        SoundCase{{"pcm_as_aac", {.movie = pcm, .freezes = five}}, 0},
+        SoundCase{{"aac_with_hevc",
+                   {.movie = {.frames = 60, .codec = MovieCodec::hevc, .sound = SoundCodec::aac},
+                    .freezes = {{31}},
+                    .range = {{17, 50}}}},
+                  halfAacPacket}),
+    [](const testing::TestParamInfo<SoundCase>& param) { return std::string(param.param.movie.name); });
+
 } // namespace
 } // namespace zelvra::test

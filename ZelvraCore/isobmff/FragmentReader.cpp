@@ -1,7 +1,5 @@
 #include "ZelvraCore/isobmff/FragmentReader.h"
 
-#include "ZelvraCore/isobmff/RawBoxes.h"
-#include "ZelvraCore/isobmff/SampleTables.h"
 #include "ZelvraCore/isobmff/TrackReader.h"
 #include "ZelvraCore/records/ZVError.h"
 
@@ -75,46 +73,72 @@ void FragmentReader::readTrackFragment(std::span<const std::uint8_t> payload, st
     }
     const std::uint64_t base = dataEnd_;
     Track* track = trackOf(header.trackId);
-    Track unused; // a run of another kind of track is walked too, as the next one's data may start behind it
-    Track& target = track != nullptr ? *track : unused;
-    const auto number = static_cast<std::size_t>(track != nullptr ? track - tracks_.data() + 1 : 0);
-    try {
-        const Defaults defaults = defaultsOf(header);
-        ends_.try_emplace(&target,
-                          static_cast<std::int64_t>(target.samples.empty() ? 0 : target.mediaDuration));
-        if (const RawBox* time = findBox(boxes, TrackFragmentDecodeTimeBox::type)) {
-            const std::uint64_t start = readBox<TrackFragmentDecodeTimeBox>(time->payload).decodeTime;
-            if (start > latestTime) {
-                failCorrupt("a fragment starts beyond all time");
-            }
-            ends_[&target] = static_cast<std::int64_t>(start);
-        }
-        for (const RawBox& box : boxes) {
-            if (box.type != TrackRunBox::type) {
-                continue;
-            }
-            const auto run = readBox<TrackRunBox>(box.payload);
-            if (run.has(TrackRunBox::hasDataOffset)) {
-                dataEnd_ = base + static_cast<std::uint64_t>(std::int64_t{run.dataOffset});
-            }
-            readRun(run, defaults, target);
-        }
-    } catch (const MediaError& error) {
-        throw MediaError(error.cause(), trackName(number, target) + ": " + error.what());
+    if (track == nullptr) {
+        return skipRuns(boxes, base, defaultsOf(header));
     }
-    ends_.erase(&unused);
+    try {
+        readRuns(boxes, base, defaultsOf(header), *track);
+    } catch (const MediaError& error) {
+        const auto number = static_cast<std::size_t>(track - tracks_.data()) + 1;
+        throw MediaError(error.cause(), trackName(number, *track) + ": " + error.what());
+    }
 }
 
-void FragmentReader::readRun(const TrackRunBox& run, const Defaults& defaults, Track& track) {
-    requireSampleCount(std::uint64_t{track.samples.size()} + run.count);
-    if (run.samples.empty() && run.count > fileSize_) {
-        failCorrupt("a fragment has more samples than the file has bytes");
+void FragmentReader::startRun(const TrackRunBox& run, std::uint64_t base) {
+    if (run.has(TrackRunBox::hasDataOffset)) {
+        dataEnd_ = base + static_cast<std::uint64_t>(std::int64_t{run.dataOffset});
     }
-    const std::size_t entryCount = track.sampleEntries.size();
-    if (defaults.sampleEntry < 1 || (entryCount > 0 && defaults.sampleEntry > entryCount)) {
+}
+
+void FragmentReader::skipRuns(const std::vector<RawBox>& boxes, std::uint64_t base,
+                              const Defaults& defaults) {
+    for (const RawBox& box : boxes) {
+        if (box.type != TrackRunBox::type) {
+            continue;
+        }
+        const auto run = readBox<TrackRunBox>(box.payload);
+        startRun(run, base);
+        if (!run.has(TrackRunBox::hasSizes)) {
+            dataEnd_ += std::uint64_t{defaults.size} * run.count;
+        }
+        for (const TrackRunBox::Entry& entry : run.samples) {
+            dataEnd_ += run.has(TrackRunBox::hasSizes) ? entry.size : 0;
+        }
+    }
+}
+
+void FragmentReader::readRuns(const std::vector<RawBox>& boxes, std::uint64_t base, const Defaults& defaults,
+                              Track& track) {
+    if (defaults.sampleEntry < 1 || defaults.sampleEntry > track.sampleEntries.size()) {
         failCorrupt("its samples name a sample entry that does not exist");
     }
-    std::int64_t& time = ends_[&track];
+    std::int64_t& time =
+        ends_.try_emplace(track.id, static_cast<std::int64_t>(track.mediaDuration)).first->second;
+    if (const RawBox* start = findBox(boxes, TrackFragmentDecodeTimeBox::type)) {
+        const std::uint64_t decodeTime = readBox<TrackFragmentDecodeTimeBox>(start->payload).decodeTime;
+        if (decodeTime > latestTime) {
+            failCorrupt("a fragment starts beyond all time");
+        }
+        time = static_cast<std::int64_t>(decodeTime);
+    }
+    for (const RawBox& box : boxes) {
+        if (box.type == TrackRunBox::type) {
+            const auto run = readBox<TrackRunBox>(box.payload);
+            startRun(run, base);
+            readRun(run, defaults, time, track);
+        }
+    }
+    track.hasSyncTable = true;
+    track.mediaDuration = std::max(track.mediaDuration, static_cast<std::uint64_t>(time));
+}
+
+void FragmentReader::readRun(const TrackRunBox& run, const Defaults& defaults, std::int64_t& time,
+                             Track& track) {
+    if (run.samples.empty()) {
+        bounds_.admitUnlisted(run.count);
+    } else {
+        bounds_.admitListed(run.count);
+    }
     for (std::uint32_t i = 0; i < run.count; ++i) {
         const TrackRunBox::Entry entry = run.samples.empty() ? TrackRunBox::Entry{} : run.samples[i];
         std::uint32_t flags = run.has(TrackRunBox::hasSampleFlags) ? entry.flags : defaults.flags;
@@ -129,13 +153,11 @@ void FragmentReader::readRun(const TrackRunBox& run, const Defaults& defaults, T
         sample.compositionOffset = entry.compositionOffset;
         sample.sampleEntry = static_cast<std::uint16_t>(defaults.sampleEntry - 1);
         sample.sync = track.isSound() || isSync(flags);
-        requireInFile(sample, track.samples.size() + 1, fileSize_);
+        bounds_.requireInFile(sample, track.samples.size() + 1);
         track.samples.push_back(sample);
         dataEnd_ += sample.size;
         time += sample.duration;
     }
-    track.hasSyncTable = true;
-    track.mediaDuration = std::max(track.mediaDuration, static_cast<std::uint64_t>(time));
 }
 
 } // namespace zelvra::isobmff

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "ZelvraCore/isobmff/Boxes.h"
+#include "ZelvraCore/isobmff/RawBoxes.h"
+#include "ZelvraCore/isobmff/SampleBounds.h"
 
 #include <map>
 #include <span>
@@ -11,9 +13,8 @@ namespace zelvra::isobmff {
 /// to. Part of readMovie; pure.
 class FragmentReader {
 public:
-    /// `tracks` must outlive this. `fileSize` bounds the samples.
-    FragmentReader(std::vector<Track>& tracks, std::uint64_t fileSize)
-        : tracks_(tracks), fileSize_(fileSize) {}
+    /// Both must outlive this.
+    FragmentReader(std::vector<Track>& tracks, SampleBounds& bounds) : tracks_(tracks), bounds_(bounds) {}
 
     /// The defaults in `mvex`, once.
     void readDefaults(std::span<const std::uint8_t> movieExtendsPayload);
@@ -30,15 +31,20 @@ private:
     };
 
     void readTrackFragment(std::span<const std::uint8_t> payload, std::uint64_t fragmentOffset);
-    void readRun(const TrackRunBox& run, const Defaults& defaults, Track& track);
+    void readRuns(const std::vector<RawBox>& boxes, std::uint64_t base, const Defaults& defaults,
+                  Track& track);
+    void readRun(const TrackRunBox& run, const Defaults& defaults, std::int64_t& time, Track& track);
+    /// Of a track that is not kept: the next one's data may start where its data end.
+    void skipRuns(const std::vector<RawBox>& boxes, std::uint64_t base, const Defaults& defaults);
+    void startRun(const TrackRunBox& run, std::uint64_t base);
     Defaults defaultsOf(const TrackFragmentHeaderBox& header) const;
     Track* trackOf(std::uint32_t id);
 
     std::vector<Track>& tracks_;
-    std::uint64_t fileSize_;
+    SampleBounds& bounds_;
     std::map<std::uint32_t, Defaults> defaults_;
-    std::map<const Track*, std::int64_t> ends_; ///< decode time at which the next sample starts
-    std::uint64_t dataEnd_ = 0;                 ///< where the last run's data ends: the next one's default
+    std::map<std::uint32_t, std::int64_t> ends_; ///< by track: when the next sample decodes
+    std::uint64_t dataEnd_ = 0;                  ///< where the last run's data ends: the next one's default
 };
 
 } // namespace zelvra::isobmff

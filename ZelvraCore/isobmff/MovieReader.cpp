@@ -150,7 +150,7 @@ private:
         readMovieHeader(readBox<MovieHeaderBox>(header->payload), movie_);
         for (const RawBox& box : boxes) {
             if (box.type == fourCharCode("trak")) {
-                movie_.tracks.push_back(readTrack(box.payload, movie_.tracks.size() + 1, source_.size()));
+                movie_.tracks.push_back(readTrack(box.payload, movie_.tracks.size() + 1, bounds_));
             } else if (box.type == fourCharCode("udta") || box.type == fourCharCode("meta")) {
                 movie_.userData.insert(movie_.userData.end(), box.whole.begin(), box.whole.end());
             }
@@ -162,7 +162,8 @@ private:
 
     const ByteSource& source_;
     Movie movie_;
-    FragmentReader fragments_{movie_.tracks, source_.size()};
+    SampleBounds bounds_{source_.size()};
+    FragmentReader fragments_{movie_.tracks, bounds_};
     bool known_ = false;
     bool hasIndex_ = false;
 };

@@ -115,7 +115,7 @@ UniformPackets uniformPackets(const SampleTables& tables, const Track& track) {
     return usable && (listed.bytes == 1 || described.ticks > 1) ? described : listed;
 }
 
-void unfoldUniform(const SampleTables& tables, std::uint64_t fileSize, Track& track) {
+void unfoldUniform(const SampleTables& tables, SampleBounds& bounds, Track& track) {
     constexpr std::uint64_t mostPacketsInRecord = 1u << 14; // so that a record can be moved as one
     std::uint64_t left = tables.sizes->count;               // in ticks: one listed sample each
     std::int64_t decodeTime = 0;
@@ -128,14 +128,14 @@ void unfoldUniform(const SampleTables& tables, std::uint64_t fileSize, Track& tr
             Sample record;
             record.offset = offset;
             record.decodeTime = decodeTime;
-            if (count * track.uniform.bytes > fileSize) {
-                failCorrupt("its samples are larger than the file");
+            bounds.admitUnlisted(1);
+            if (count * track.uniform.bytes > std::numeric_limits<std::uint32_t>::max()) {
+                failCorrupt("its samples are larger than 4 GiB");
             }
             record.size = static_cast<std::uint32_t>(count * track.uniform.bytes);
             record.duration = static_cast<std::uint32_t>(count * track.uniform.ticks);
             record.sampleEntry = chunk->sampleEntry;
-            requireInFile(record, track.samples.size() + 1, fileSize);
-            requireSampleCount(track.samples.size() + 1);
+            bounds.requireInFile(record, track.samples.size() + 1);
             track.samples.push_back(record);
             offset += record.size;
             decodeTime += record.duration;
@@ -145,11 +145,12 @@ void unfoldUniform(const SampleTables& tables, std::uint64_t fileSize, Track& tr
     }
 }
 
-void unfoldEach(const SampleTables& tables, std::uint64_t fileSize, Track& track) {
+void unfoldEach(const SampleTables& tables, SampleBounds& bounds, Track& track) {
     const SampleSizeBox& sizes = *tables.sizes;
-    requireSampleCount(sizes.count);
-    if (sizes.uniformSize != 0 && sizes.count > fileSize / sizes.uniformSize) {
-        failCorrupt("its samples are larger than the file");
+    if (sizes.uniformSize != 0) {
+        bounds.admitUnlisted(sizes.count);
+    } else {
+        bounds.admitListed(sizes.count);
     }
     track.samples.reserve(sizes.count);
     DurationWalker durations = durationWalker(*tables.durations);
@@ -168,7 +169,7 @@ void unfoldEach(const SampleTables& tables, std::uint64_t fileSize, Track& track
             sample.duration = durations.next();
             sample.compositionOffset = offsets.next();
             sample.sampleEntry = chunk->sampleEntry;
-            requireInFile(sample, track.samples.size() + 1, fileSize);
+            bounds.requireInFile(sample, track.samples.size() + 1);
             track.samples.push_back(sample);
             offset += sample.size;
             decodeTime += sample.duration;
@@ -244,7 +245,7 @@ std::optional<ChunkWalker::Chunk> ChunkWalker::next() {
     return chunk;
 }
 
-void unfoldSamples(const SampleTables& tables, std::uint64_t fileSize, Track& track) {
+void unfoldSamples(const SampleTables& tables, SampleBounds& bounds, Track& track) {
     track.hasSyncTable = tables.syncSamples || tables.partialSyncSamples;
     if (!tables.sizes || tables.sizes->count == 0) {
         return; // all samples are in fragments
@@ -254,24 +255,11 @@ void unfoldSamples(const SampleTables& tables, std::uint64_t fileSize, Track& tr
     }
     track.uniform = uniformPackets(tables, track);
     if (track.uniform) {
-        return unfoldUniform(tables, fileSize, track);
+        return unfoldUniform(tables, bounds, track);
     }
-    unfoldEach(tables, fileSize, track);
+    unfoldEach(tables, bounds, track);
     if (track.hasSyncTable) {
         markSyncSamples(tables, track.samples);
-    }
-}
-
-void requireInFile(const Sample& sample, std::uint64_t number, std::uint64_t fileSize) {
-    if (sample.offset > fileSize || sample.size > fileSize - sample.offset) {
-        failCorrupt("sample " + std::to_string(number) + " lies beyond the end of the file");
-    }
-}
-
-void requireSampleCount(std::uint64_t count) {
-    if (count > mostSamples) {
-        throw MediaError(MediaError::Cause::unsupported,
-                         "it has more than " + std::to_string(mostSamples) + " samples");
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "ZelvraCore/isobmff/Boxes.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"
+#include "ZelvraCore/isobmff/SampleBounds.h"
 
 #include <optional>
 
@@ -74,16 +75,8 @@ private:
     std::size_t run_ = 0;
 };
 
-/// Fills `samples` and `uniform` of a track (and `hasSyncTable`) from its tables. `fileSize` bounds every
-/// position: a sample beyond it is refused. Throws MediaError::corrupt.
-void unfoldSamples(const SampleTables& tables, std::uint64_t fileSize, Track& track);
-
-/// Refuses a sample that does not lie within the file. `number` counts from 1, for the error.
-void requireInFile(const Sample& sample, std::uint64_t number, std::uint64_t fileSize);
-
-/// Greatest number of samples of one track: a day at 150 a second. More is a lie or of no use here.
-inline constexpr std::size_t mostSamples = std::size_t{1} << 24;
-/// Refuses growth beyond `mostSamples`.
-void requireSampleCount(std::uint64_t count);
+/// Fills `samples` and `uniform` of a track (and `hasSyncTable`) from its tables. Throws MediaError as
+/// `bounds` does, and `corrupt` where the tables contradict each other.
+void unfoldSamples(const SampleTables& tables, SampleBounds& bounds, Track& track);
 
 } // namespace zelvra::isobmff

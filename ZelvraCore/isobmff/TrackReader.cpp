@@ -69,7 +69,7 @@ void requireOwnMedia(std::span<const std::uint8_t> dataInformation) {
     }
 }
 
-void readMedia(std::span<const std::uint8_t> payload, std::uint64_t fileSize, Track& track) {
+void readMedia(std::span<const std::uint8_t> payload, SampleBounds& bounds, Track& track) {
     const std::vector<RawBox> media = rawBoxes(payload);
     track.handler = readBox<HandlerBox>(required(media, HandlerBox::type)).handler;
     readMediaHeader(readBox<MediaHeaderBox>(required(media, MediaHeaderBox::type)), track);
@@ -81,7 +81,7 @@ void readMedia(std::span<const std::uint8_t> payload, std::uint64_t fileSize, Tr
     }
     SampleTables tables = readSampleTables(required(information, fourCharCode("stbl")), withSamples);
     if (withSamples) {
-        unfoldSamples(tables, fileSize, track);
+        unfoldSamples(tables, bounds, track);
         track.indexedSamples = track.samples.size();
     }
     track.sampleEntries = std::move(tables.entries);
@@ -95,8 +95,8 @@ void append(const RawBox& box, std::vector<std::uint8_t>& bytes) {
     bytes.insert(bytes.end(), box.whole.begin(), box.whole.end());
 }
 
-void readTrackBoxes(const std::vector<RawBox>& boxes, std::uint64_t fileSize, Track& track) {
-    readMedia(required(boxes, fourCharCode("mdia")), fileSize, track);
+void readTrackBoxes(const std::vector<RawBox>& boxes, SampleBounds& bounds, Track& track) {
+    readMedia(required(boxes, fourCharCode("mdia")), bounds, track);
     readTrackHeader(readBox<TrackHeaderBox>(required(boxes, TrackHeaderBox::type)), track);
     for (const RawBox& box : boxes) {
         switch (box.type) {
@@ -125,10 +125,10 @@ std::string trackName(std::size_t number, const Track& track) {
     return "track " + std::to_string(number) + kind;
 }
 
-Track readTrack(std::span<const std::uint8_t> trackPayload, std::size_t number, std::uint64_t fileSize) {
+Track readTrack(std::span<const std::uint8_t> trackPayload, std::size_t number, SampleBounds& bounds) {
     Track track;
     try {
-        readTrackBoxes(rawBoxes(trackPayload), fileSize, track);
+        readTrackBoxes(rawBoxes(trackPayload), bounds, track);
     } catch (const MediaError& error) {
         throw MediaError(error.cause(), trackName(number, track) + ": " + error.what());
     }

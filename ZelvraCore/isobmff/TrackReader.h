@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZelvraCore/isobmff/Movie.h"
+#include "ZelvraCore/isobmff/SampleBounds.h"
 
 #include <span>
 
@@ -8,8 +8,8 @@ namespace zelvra::isobmff {
 
 /// Reads one `trak` box (ISO/IEC 14496-12 clause 8.3). Part of readMovie; pure.
 ///
-/// `fileSize` bounds the samples. Throws MediaError whose line starts with the track's number in the file.
-Track readTrack(std::span<const std::uint8_t> trackPayload, std::size_t number, std::uint64_t fileSize);
+/// Throws MediaError whose line starts with the track's number in the file.
+Track readTrack(std::span<const std::uint8_t> trackPayload, std::size_t number, SampleBounds& bounds);
 
 /// "track 2 (sound)", for errors.
 std::string trackName(std::size_t number, const Track& track);

@@ -192,7 +192,7 @@ INSTANTIATE_TEST_SUITE_P(
                           "track 1 (video): box 'stsz' claims 4294967295 entries but has room for 12",
                           put("mdia/minf/stbl/stsz", 8, 0xFFFFFFFF)},
                     Patch{"OneSizeForMoreSamplesThanTheFileHolds",
-                          "track 1 (video): its samples are larger than the file",
+                          "track 1 (video): it has more samples than the file has bytes",
                           [](BoxFile& file) {
                               put("mdia/minf/stbl/stsz", 4, 1000)(file);
                               put("mdia/minf/stbl/stsz", 8, 4000000)(file);

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "ZelvraCore/isobmff/Movie.h"
+#include "ZelvraCore/passthrough/OutputMovie.h"
+
+namespace zelvra::test {
+
+/// The plan that stores a movie's pictures and sound as they are, from store 0, under its first edit.
+passthrough::OutputMovie copyPlan(const isobmff::Movie& movie, passthrough::OutputMovie::Container container);
+
+} // namespace zelvra::test

@@ -2,12 +2,15 @@
 
 #include "ZelvraCore/isobmff/MovieReader.h"
 #include "ZelvraCore/isobmff/TrackTimeline.h"
+#include "ZelvraCore/media/FrameDuration.h"
+#include "ZelvraCore/media/HiddenPictures.h"
 #include "ZelvraCore/media/PictureDecoder.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -127,23 +130,48 @@ std::int32_t ticksASecond(const isobmff::Track& track) {
     return static_cast<std::int32_t>(track.timescale);
 }
 
-FrameIndex readFrames(const isobmff::Movie& movie, const isobmff::Track& track) {
-    const isobmff::TrackTimeline timeline(track, movie.timescale);
-    std::vector<std::int64_t> starts;
-    starts.reserve(timeline.shown().size());
-    std::int64_t end = 0;
+/// When each picture that the tables know of appears; those that are replaced as they appear are left out.
+std::vector<isobmff::ShownSample> shownPictures(const isobmff::TrackTimeline& timeline) {
+    std::vector<isobmff::ShownSample> result;
+    result.reserve(timeline.shown().size());
     for (const isobmff::ShownSample& sample : timeline.shown()) {
-        if (!starts.empty() && starts.back() == sample.start) {
-            continue; // the one before was replaced as it appeared
+        if (result.empty() || result.back().start < sample.start) {
+            result.push_back(sample);
         }
-        starts.push_back(sample.start);
-        end = sample.end();
     }
-    if (!starts.empty() && end == starts.back()) {
+    return result;
+}
+
+/// Leaves out pictures that the decoder will not give out. Only those are looked at that are far shorter than
+/// a frame of this movie, as hidden ones are.
+void leaveOutHidden(std::vector<isobmff::ShownSample>& pictures, const HiddenPictures& hidden,
+                    const isobmff::Track& track, std::int32_t timescale) {
+    std::vector<std::int64_t> durations;
+    durations.reserve(pictures.size());
+    std::ranges::transform(pictures, std::back_inserter(durations), &isobmff::ShownSample::duration);
+    const CMTime typical = typicalFrameDuration(durations, timescale);
+    if (typical.isValid()) {
+        std::erase_if(pictures, [&](const isobmff::ShownSample& picture) {
+            return picture.duration < typical.value / 2 && hidden.hides(track.samples[picture.sample]);
+        });
+    }
+}
+
+FrameIndex readFrames(const Asset& asset, const isobmff::Track& track) {
+    const std::int32_t timescale = ticksASecond(track);
+    const isobmff::TrackTimeline timeline(track, asset.movie().timescale);
+    auto pictures = shownPictures(timeline);
+    leaveOutHidden(pictures, HiddenPictures(asset.bytes(), track), track, timescale);
+
+    std::vector<std::int64_t> starts;
+    starts.reserve(pictures.size());
+    std::ranges::transform(pictures, std::back_inserter(starts), &isobmff::ShownSample::start);
+    std::int64_t end = pictures.empty() ? 0 : timeline.end();
+    if (!starts.empty() && end <= starts.back()) {
         const std::size_t last = starts.size() - 1;
-        end += last > 0 ? starts[last] - starts[last - 1] : 1;
+        end = starts[last] + (last > 0 ? starts[last] - starts[last - 1] : 1);
     }
-    return {std::move(starts), end, ticksASecond(track)};
+    return {std::move(starts), end, timescale};
 }
 
 CMTime presentationEnd(const isobmff::Movie& movie) {
@@ -207,7 +235,7 @@ const FrameIndex& Asset::frames() const {
         if (track == nullptr) {
             throw ZVError::noVideoTrack();
         }
-        internals_->frames = readFrames(movie(), *track);
+        internals_->frames = readFrames(*this, *track);
     });
     return internals_->frames;
 }

@@ -40,8 +40,9 @@ public:
     /// large it is and what shape its pixels have. Throws ZVError::noVideoTrack.
     const VideoFormat& videoFormat() const;
 
-    /// The presentation times of the video track's pictures; empty where it shows none. A last picture that
-    /// the file gives no length lasts as long as the one before it. Throws ZVError::noVideoTrack.
+    /// The presentation times of the video track's pictures, hidden ones left out; empty where it shows none.
+    /// A last picture that the file gives no length lasts as long as the one before it. Throws
+    /// ZVError::noVideoTrack.
     const FrameIndex& frames() const;
 
     /// Where the presentation of the last of its picture and sound tracks ends, in that track's ticks.

@@ -106,6 +106,12 @@ ColorDescription colorOf(const AVFrame& frame) {
     return color;
 }
 
+ColorDescription colorAsRead(const AVFrame& frame) {
+    ColorDescription color = colorOf(frame);
+    color.matrix = matrixOrGuess(color.matrix, frame.width, frame.height);
+    return color;
+}
+
 Image::Raster uprightRaster(const AVFrame& frame, int width, int height, Orientation orientation) {
     const Frame planes = convertToRgb(frame, colorOf(frame), width, height);
     // All three planes have the same stride: one walk serves them.
@@ -175,9 +181,8 @@ Image uprightImage(const AVFrame& frame, const VideoFormat& format) {
     const Size size = naturalSize(format);
     auto raster = std::make_shared<const Image::Raster>(uprightRaster(
         frame, static_cast<int>(size.width), static_cast<int>(size.height), format.orientation));
-    ColorDescription color = colorOf(frame);
-    color.matrix = matrixOrGuess(color.matrix, frame.width, frame.height);
-    return {std::move(raster), color, uprightPlanes(frame, format.pixelAspect, format.orientation)};
+    return {std::move(raster), colorAsRead(frame),
+            uprightPlanes(frame, format.pixelAspect, format.orientation)};
 }
 
 int turnedChromaLocation(int location, Orientation orientation) {

@@ -14,6 +14,9 @@ namespace zelvra::ffmpeg {
 /// What the frame says of its colours, unchanged (2 = nothing); R'G'B' formats are of full range.
 ColorDescription colorOf(const AVFrame& frame);
 
+/// The same with the matrix by which the raster is read: the tagged one, or the usual guess.
+ColorDescription colorAsRead(const AVFrame& frame);
+
 /// The frame scaled to `width` by `height` pixels, then turned upright, in 8-bit R'G'B' of its own primaries
 /// and transfer, opaque. Chroma is brought to full resolution by bicubic interpolation from where it was
 /// sampled, values are rounded to nearest. Throws MediaError::unsupported for formats that cannot be read.
@@ -25,8 +28,8 @@ Image::Raster uprightRaster(const AVFrame& frame, int width, int height, Orienta
 std::shared_ptr<const DecodedPicture> uprightPlanes(const AVFrame& frame, PixelAspect aspect,
                                                     Orientation orientation);
 
-/// The whole picture as a user sees it. Its raster is read by `matrixOrGuess`, which is the matrix that
-/// Image::color() then names; the decoded planes keep the description as it was tagged.
+/// The whole picture as a user sees it. Image::color() is colorAsRead; the decoded planes keep the
+/// description as it was tagged.
 Image uprightImage(const AVFrame& frame, const VideoFormat& format);
 
 /// The chroma sample location (as in ColorDescription) of a 4:2:0 picture after turning. Locations that no

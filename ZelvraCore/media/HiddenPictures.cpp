@@ -1,0 +1,74 @@
+#include "ZelvraCore/media/HiddenPictures.h"
+
+#include "ZelvraCore/bitstream/SampleEntry.h"
+#include "ZelvraCore/bitstream/hevc/SliceHeader.h"
+#include "ZelvraCore/records/ZVError.h"
+
+#include <algorithm>
+
+namespace zelvra {
+
+namespace {
+
+/// What may stand before a picture's first slice, and its header: parameter sets and messages.
+constexpr std::uint64_t mostBytesBeforeSliceData = 16 * 1024;
+
+/// The first slice segment; it may be cut short by the end of `sample`. Empty where there is none.
+bitstream::ByteView firstSlice(bitstream::ByteView sample, std::size_t nalLengthSize) {
+    while (sample.size() > nalLengthSize + hevc::nalHeaderSize) {
+        std::size_t length = 0;
+        for (const std::uint8_t byte : sample.first(nalLengthSize)) {
+            length = length << 8 | byte;
+        }
+        sample = sample.subspan(nalLengthSize);
+        length = std::min(length, sample.size());
+        if (length > hevc::nalHeaderSize && hevc::isSlice(hevc::nalType(sample))) {
+            return sample.first(length);
+        }
+        sample = sample.subspan(length);
+    }
+    return {};
+}
+
+} // namespace
+
+HiddenPictures::HiddenPictures(const isobmff::ByteSource& bytes, const isobmff::Track& track)
+    : bytes_(bytes) {
+    if (track.sampleEntries.empty() || track.isEncrypted()) {
+        return;
+    }
+    const FourCharCode type = track.sampleEntries.front().type;
+    if (type != fourCharCode("hvc1") && type != fourCharCode("hev1")) {
+        return;
+    }
+    try {
+        readConfiguration(track);
+    } catch (const MediaError&) {
+        sets_.reset(); // whoever decodes the track will report what is wrong with it
+    }
+}
+
+void HiddenPictures::readConfiguration(const isobmff::Track& track) {
+    const auto content = bitstream::findChildBox(track.sampleEntries.front().box, "hvcC");
+    if (content) {
+        const auto configuration = hevc::HevcConfiguration::parse(*content);
+        nalLengthSize_ = static_cast<std::size_t>(configuration.nalLengthSize());
+        sets_.emplace(configuration);
+    }
+}
+
+bool HiddenPictures::hides(const isobmff::Sample& sample) const {
+    if (!sets_) {
+        return false;
+    }
+    try {
+        const auto start =
+            bytes_.readBytes(sample.offset, std::min<std::uint64_t>(sample.size, mostBytesBeforeSliceData));
+        const bitstream::ByteView slice = firstSlice(start, nalLengthSize_);
+        return !slice.empty() && !hevc::parseSliceHeader(slice, *sets_).picOutput;
+    } catch (const MediaError&) {
+        return false;
+    }
+}
+
+} // namespace zelvra

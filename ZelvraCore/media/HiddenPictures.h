@@ -1,0 +1,31 @@
+#pragma once
+
+#include "ZelvraCore/bitstream/hevc/ParameterSets.h"
+#include "ZelvraCore/isobmff/ByteSource.h"
+#include "ZelvraCore/isobmff/Movie.h"
+
+#include <optional>
+
+namespace zelvra {
+
+/// Tells the coded pictures of an HEVC track that are decoded and never shown: those with pic_output_flag = 0
+/// (ITU-T H.265 clause 7.4.7.1), which the program itself writes into movies that it exports. A movie's
+/// tables do not tell them apart, so the start of a sample is read for each question: ask only of samples
+/// that are suspect. Other codecs cannot hide pictures so.
+class HiddenPictures {
+public:
+    /// Both outlive this. A track whose configuration cannot be read counts as hiding nothing.
+    HiddenPictures(const isobmff::ByteSource& bytes, const isobmff::Track& track);
+
+    /// Whether the sample's picture is never shown. False also where its header cannot be read.
+    bool hides(const isobmff::Sample& sample) const;
+
+private:
+    void readConfiguration(const isobmff::Track& track);
+
+    const isobmff::ByteSource& bytes_;
+    std::optional<hevc::ParameterSets> sets_; ///< nothing: not a track of readable HEVC
+    std::size_t nalLengthSize_ = 4;
+};
+
+} // namespace zelvra

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "ZelvraCore/media/Asset.h"
+#include "ZelvraCore/media/Image.h"
+#include "ZelvraCore/records/CMTime.h"
+
+#include <cstddef>
+#include <functional>
+#include <stop_token>
+
+namespace zelvra {
+
+/// Small upright pictures of a movie for a film strip. Made for speed, not exactness: of each stretch of the
+/// movie the sync sample at or before its middle is shown, so that one picture is decoded for each thumbnail
+/// and none for its neighbours. The exact picture of a moment is extractFrame's.
+
+struct ThumbnailRequest {
+    int count = 0;  ///< thumbnails, each for an equal share of the movie's duration
+    int height = 0; ///< of the upright thumbnail in pixels; its width follows from the movie's shape
+};
+
+/// Takes the thumbnail of stretch `index`, 0 to count - 1 in order.
+using ThumbnailReceiver = std::function<void(std::size_t index, const Image& thumbnail)>;
+
+/// Makes all thumbnails and hands out each as soon as it is there, on the calling thread. A stretch whose
+/// sync sample cannot be decoded gets the thumbnail before it, or none. Returns early, without an error, when
+/// `stop` asks for it. Nothing is made for a count or height below 1.
+///
+/// Blocks; any thread. Throws MediaError, ZVError::noVideoTrack, and what `receive` throws.
+void makeThumbnails(const Asset& asset, const ThumbnailRequest& request, const ThumbnailReceiver& receive,
+                    std::stop_token stop = {});
+
+} // namespace zelvra

@@ -16,16 +16,17 @@ struct MemoryOperation {
     std::uint32_t second = 0;
 };
 
+/// The deblocking filter of a slice, where its header says something about it.
+struct Deblocking {
+    std::uint32_t disableIdc = 0;
+    std::int32_t alphaOffsetDiv2 = 0;
+    std::int32_t betaOffsetDiv2 = 0;
+};
+
 /// A slice header (ITU-T H.264 clause 7.3.3), whole. Reference list modifications and prediction weights are
 /// read over, not kept. The defaults are those of an absent element, so that a header can be made up by hand
 /// to ask PictureOrder about a picture that does not exist yet.
 struct SliceHeader {
-    struct Deblocking {
-        std::uint32_t disableIdc = 0;
-        std::int32_t alphaOffsetDiv2 = 0;
-        std::int32_t betaOffsetDiv2 = 0;
-    };
-
     bool idr = false;
     int nalRefIdc = 0;
     std::uint32_t firstMacroblock = 0;

@@ -95,11 +95,11 @@ void skipHrd(BitReader& reader) {
     reader.skip(20);
 }
 
-Vui::Restriction parseRestriction(BitReader& reader) {
+BufferRestriction parseRestriction(BitReader& reader) {
     reader.skip(1);
     for (int i = 0; i < 4; ++i)
         reader.ue();
-    Vui::Restriction restriction;
+    BufferRestriction restriction;
     restriction.numReorderFrames = static_cast<int>(reader.ue(16));
     restriction.maxDecFrameBuffering = static_cast<int>(reader.ue(16));
     return restriction;

@@ -45,8 +45,7 @@ private:
     }
 
     void takeBackwards(const std::vector<std::size_t>& indices, int sign) {
-        for (auto index = indices.rbegin(); index != indices.rend(); ++index)
-            take(*index, sign);
+        takeForwards({indices.rbegin(), indices.rend()}, sign);
     }
 
     void take(std::size_t index, int sign) {

@@ -222,17 +222,8 @@ bitstream::Bytes nalHeaderWith(bitstream::ByteView nal, const std::optional<NalT
     return header;
 }
 
-} // namespace
-
-SliceHeader parseSliceHeader(bitstream::ByteView nal, const ParameterSets& sets) {
-    if (nal.size() <= nalHeaderSize)
-        throw BitstreamError::corrupt("A slice of the video is empty.");
-    if (layerId(nal) != 0)
-        throw BitstreamError::unsupported("The video has more than one layer.");
-    return Parser(nal, sets).parse();
-}
-
-bitstream::Bytes rewriteSlice(bitstream::ByteView nal, const SliceHeader& header, const SliceEdits& edits) {
+/// The bytes in front of the slice data.
+bitstream::Bytes rewriteHeader(bitstream::ByteView nal, const SliceHeader& header, const SliceEdits& edits) {
     BitReader reader(nal.subspan(nalHeaderSize));
     BitWriter writer;
     const auto copyTo = [&](std::uint64_t position) { writer.copy(reader, position - reader.position()); };
@@ -255,8 +246,26 @@ bitstream::Bytes rewriteSlice(bitstream::ByteView nal, const SliceHeader& header
 
     bitstream::Bytes rewritten = nalHeaderWith(nal, edits.nalType);
     bitstream::appendWithEmulationPrevention(rewritten, writer.payload());
+    return rewritten;
+}
+
+} // namespace
+
+SliceHeader parseSliceHeader(bitstream::ByteView nal, const ParameterSets& sets) {
+    if (nal.size() <= nalHeaderSize)
+        throw BitstreamError::corrupt("A slice of the video is empty.");
+    if (layerId(nal) != 0)
+        throw BitstreamError::unsupported("The video has more than one layer.");
+    return Parser(nal, sets).parse();
+}
+
+bitstream::Bytes rewriteSlice(bitstream::ByteView nal, const SliceHeader& header, const SliceEdits& edits) {
+    const bitstream::ByteView coded = nal.first(header.dataOffset);
+    if (!std::ranges::equal(rewriteHeader(nal, header, {}), coded))
+        throw BitstreamError::unsupported("The headers of the video's slices are written unusually.");
     // The header's last byte holds the closing one bit, so no run of zeros reaches into the data: its own
     // emulation prevention stays right.
+    bitstream::Bytes rewritten = rewriteHeader(nal, header, edits);
     bitstream::append(rewritten, nal.subspan(header.dataOffset));
     return rewritten;
 }

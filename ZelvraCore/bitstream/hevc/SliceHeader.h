@@ -46,7 +46,8 @@ struct SliceEdits {
 };
 
 /// The same slice segment with another header: slice data stays byte by byte, as it starts on a byte. Without
-/// edits the result is the NAL unit itself.
+/// edits the result is the NAL unit itself; where it would not be, the header cannot be trusted to mean what
+/// was read, and BitstreamError (unsupported) is thrown.
 bitstream::Bytes rewriteSlice(bitstream::ByteView nal, const SliceHeader& header, const SliceEdits& edits);
 
 } // namespace zelvra::hevc

@@ -9,6 +9,7 @@
 #include "ZelvraCore/bitstream/hevc/Identity.h"
 #include "ZelvraCore/bitstream/hevc/PictureScanner.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 

@@ -44,7 +44,7 @@ StillEncoder::CodedPicture StillEncoder::encodeFirst(int quantiser) {
 NalUnits StillEncoder::encodeRepeat() {
     // Given what it just made, and told to be coarse, the encoder finds nothing that is worth a bit.
     const DecodedPicture last = copyOf(last_);
-    const CodedPicture repeat = encode(last, false, greatestQuantiser());
+    const CodedPicture repeat = encode(last, false, repeatQuantiser());
     last_ = repeat.decoded;
     const DecodedPicture repeated = copyOf(last_);
     for (std::size_t i = 0; i < last.planes.size(); ++i) {

@@ -41,6 +41,8 @@ public:
 
     /// The greatest quantiser; the least is 0. Each step is about 12 % coarser.
     virtual int greatestQuantiser() const = 0;
+    /// One at which a picture that is given the one before finds nothing worth a bit.
+    virtual int repeatQuantiser() const { return greatestQuantiser(); }
     virtual NalUnits parameterSets() = 0;
 
     /// An instantaneous decoding refresh picture: what was encoded before is forgotten.

@@ -141,6 +141,7 @@ public:
         describePicture(param, *picture, format, frameDuration);
         obey(param, encoding);
         param.b_full_recon = 1;
+        interlaced_ = param.b_interlaced != 0;
         encoder_.reset(x264_encoder_open(&param));
         if (!encoder_) {
             throw ZVError::writerFailed("the H.264 encoder does not take pictures of this size and format");
@@ -148,6 +149,9 @@ public:
     }
 
     int greatestQuantiser() const override { return 51 + 6 * (format().bitDepth - 8); }
+    /// Between frame and field macroblocks even skipped ones are deblocked, unless the quantiser is fine
+    /// (below 16, ITU-T H.264 table 8-16).
+    int repeatQuantiser() const override { return interlaced_ ? 8 : greatestQuantiser(); }
 
     NalUnits parameterSets() override {
         x264_nal_t* nals = nullptr;
@@ -205,6 +209,7 @@ private:
 
     Encoder encoder_;
     std::int64_t nextTime_ = 0;
+    bool interlaced_ = false;
 };
 
 } // namespace

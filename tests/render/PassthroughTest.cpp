@@ -74,6 +74,41 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"a range from within open groups", {.movie = open, .freezes = {{59}}, .range = {{29, 62}}}}),
     caseName);
 
+/// The ways in which encoders differ, each with freezes on several kinds of pictures and a range.
+NumberedMovie varied(NumberedMovie movie) {
+    movie.frames = 70;
+    return movie;
+}
+
+const std::vector<Export::Freeze> four{{0}, {31}, {32}, {70}};
+
+INSTANTIATE_TEST_SUITE_P(
+    H264Variants, Passthrough,
+    testing::Values(
+        Case{"Baseline", {.movie = varied({.bFrames = 0, .profile = "baseline"}), .freezes = four}},
+        Case{
+            "a range of Baseline",
+            {.movie = varied({.bFrames = 0, .profile = "baseline"}), .freezes = {{20}}, .range = {{13, 41}}}},
+        Case{"CAVLC with B pictures", {.movie = varied({.encoderParams = "cabac=0"}), .freezes = four}},
+        Case{"four slices", {.movie = varied({.encoderParams = "slices=4"}), .freezes = four}},
+        Case{"adaptive fields", {.movie = varied({.interlaced = true}), .freezes = four}},
+        Case{"scaling matrices", {.movie = varied({.encoderParams = "cqm=jvt"}), .freezes = four}},
+        Case{"ten bits and all chroma lines",
+             {.movie = varied({.pixelFormat = "yuv422p10le"}), .freezes = four}},
+        Case{"all chroma", {.movie = varied({.pixelFormat = "yuv444p"}), .freezes = four}},
+        Case{"NTSC rate",
+             {.movie = varied({.rate = 30000, .ratePer = 1001, .openGop = true}),
+              .freezes = four,
+              .extension = ".mov"}},
+        Case{"a timescale of the frame rate",
+             {.movie = varied({.rate = 25, .timescale = 25}), .freezes = {{20}, {41}}, .range = {{13, 60}}}},
+        Case{"240 frames a second", {.movie = varied({.rate = 240}), .freezes = four}},
+        Case{"anamorphic and odd",
+             {.movie = varied({.width = 322, .height = 182, .pixelAspect = "4/3"}), .freezes = four}},
+        Case{"beyond 4 GiB", {.movie = varied({.beyond4GiB = true}), .freezes = {{31}}}},
+        Case{"fragments", {.movie = varied({.container = "mp4", .fragmented = true}), .freezes = four}}),
+    caseName);
+
 const NumberedMovie hevcClosed{.frames = 90, .codec = MovieCodec::hevc};
 const NumberedMovie hevcOpen{.frames = 90, .codec = MovieCodec::hevc, .openGop = true};
 

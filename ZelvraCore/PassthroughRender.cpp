@@ -3,6 +3,7 @@
 #include "ZelvraCore/SoundTrack.h"
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
+#include "ZelvraCore/passthrough/ContainerForms.h"
 #include "ZelvraCore/passthrough/MovieFileWriter.h"
 #include "ZelvraCore/passthrough/SourceVideo.h"
 #include "ZelvraCore/passthrough/SpliceTrack.h"
@@ -35,6 +36,21 @@ const isobmff::ShownPiece& solePiece(const isobmff::TrackTimeline& timeline) {
         throw CannotPassThrough("it has been edited into several pieces");
     }
     return timeline.pieces().front();
+}
+
+/// Tracks whose times would no longer be true, and all that nobody sees or hears.
+void noticeDroppedTracks(const isobmff::Movie& movie, const isobmff::Track* video,
+                         const std::function<void(const std::string&)>& notice) {
+    const isobmff::Track* sound = movie.firstTrack(isobmff::soundHandler);
+    std::string kinds;
+    for (const isobmff::Track& track : movie.tracks) {
+        if (&track != video && &track != sound) {
+            kinds += (kinds.empty() ? "" : ", ") + fourCharString(track.handler);
+        }
+    }
+    if (!kinds.empty() && notice) {
+        notice("Only the first video and sound tracks are exported; left out: " + kinds + ".");
+    }
 }
 
 } // namespace
@@ -158,6 +174,8 @@ void PassthroughRender::write(const Job& job) {
     passthrough::OutputMovie output;
     output.container = job.container;
     output.creationTime = movie.creationTime;
+    output.userData = passthrough::userDataFor(job.container, movie.userData);
+    noticeDroppedTracks(movie, source_.videoTrack(), job.notice);
 
     const std::filesystem::path folder = job.output.has_parent_path() ? job.output.parent_path() : ".";
     const auto spool = std::make_shared<passthrough::SpoolStore>(folder, spoolStore);
@@ -167,7 +185,7 @@ void PassthroughRender::write(const Job& job) {
         const std::vector<SoundPiece> pieces =
             pictures_->soundPieces(minimum(plan_.rangeEnd, info_.duration));
         sound.emplace(source_, pieces, job.container, job.stop);
-        if (sound->notice()) {
+        if (sound->notice() && job.notice) {
             job.notice(*sound->notice());
         }
         delayEdit(pictures_->plan(),
@@ -183,7 +201,10 @@ void PassthroughRender::write(const Job& job) {
     if (pictures_->builder().wantsLeadOut()) {
         clips.leadOut = pictures_->freezesLast() ? job.freezeClips.back() : job.extraClips[extra];
     }
-    output.tracks.push_back(pictures_->builder().build(clips, *spool));
+    passthrough::OutputTrack& video = output.tracks.emplace_back(pictures_->builder().build(clips, *spool));
+    video.sampleEntry =
+        passthrough::visualEntryFor(job.container, video.sampleEntry, pictures_->builder().fullRange());
+    video.userData = passthrough::userDataFor(job.container, source_.videoTrack()->userData);
     if (sound) {
         output.tracks.push_back(sound->build(editStart, *spool));
     }

@@ -28,6 +28,7 @@ public:
     explicit SpliceTrack(const SourceVideo& source);
 
     const SourcePictures& pictures() const override { return pictures_; }
+    bool fullRange() const override { return sps_->vui && sps_->vui->fullRange; }
     FreezeEncoding freezeEncoding() const override;
     SamplePlan& plan(const VideoCut& cut) override;
     OutputTrack build(const Clips& clips, SpoolStore& spool) override;

@@ -27,6 +27,7 @@ public:
     explicit StillTrack(const SourceVideo& source);
 
     const SourcePictures& pictures() const override { return pictures_; }
+    bool fullRange() const override { return sps_->vui && sps_->vui->fullRange; }
     FreezeEncoding freezeEncoding() const override;
     SamplePlan& plan(const VideoCut& cut) override;
     bool wantsLeadIn() const override { return plan_.leadIn.has_value(); }

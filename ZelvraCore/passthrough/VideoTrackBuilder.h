@@ -26,6 +26,9 @@ public:
 
     virtual const SourcePictures& pictures() const = 0;
 
+    /// Whether the coded stream says that its samples use the full range.
+    virtual bool fullRange() const = 0;
+
     /// What freeze clips must match.
     virtual FreezeEncoding freezeEncoding() const = 0;
 

@@ -566,7 +566,8 @@ struct TrackRunBox {
 
     bool has(std::uint32_t flag) const { return (flags & flag) != 0; }
     std::size_t entryBytes() const {
-        return 4u * (has(hasDurations) + has(hasSizes) + has(hasSampleFlags) + has(hasCompositionOffsets));
+        return std::size_t{4} *
+               (has(hasDurations) + has(hasSizes) + has(hasSampleFlags) + has(hasCompositionOffsets));
     }
     bool operator==(const TrackRunBox&) const = default;
 };

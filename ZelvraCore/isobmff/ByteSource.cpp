@@ -37,8 +37,9 @@ std::vector<std::uint8_t> ByteSource::readBytes(std::uint64_t offset, std::uint6
     return bytes;
 }
 
+// O_NONBLOCK, so that a pipe is refused instead of waited for; regular files know no difference.
 FileByteSource::FileByteSource(const std::filesystem::path& path)
-    : path_(path), descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    : path_(path), descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
     if (descriptor_ < 0) {
         failReading(name(), errno);
     }

@@ -137,9 +137,7 @@ private:
         if (options_.container == MovieContainer::appleM4v) {
             options.set("brand", "M4V ");
         }
-        if (options_.indexFirst) {
-            options.set("movflags", "+faststart");
-        }
+        options.set("movflags", options_.indexFirst ? "use_metadata_tags+faststart" : "use_metadata_tags");
         options.set("write_tmcd", "0");
         throwIfFailed(avformat_write_header(context_.get(), options.entries()));
     }

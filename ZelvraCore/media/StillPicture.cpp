@@ -61,10 +61,8 @@ struct Rgb {
 /// R'G'B' to the samples of a picture, by ITU-T H.273 clause 8.3.
 class ColorConversion {
 public:
-    explicit ColorConversion(const DecodedPicture& picture)
-        : depth_(picture.bitDepth),
-          fullRange_(picture.color.fullRange),
-          rows_(rowsOf(matrixOrGuess(picture.color.matrix, picture.width, picture.height))) {}
+    ColorConversion(int matrix, bool fullRange, int bitDepth)
+        : depth_(bitDepth), fullRange_(fullRange), rows_(rowsOf(matrix)) {}
 
     int sample(std::size_t plane, const Rgb& rgb) const {
         const Row& row = rows_.at(plane);
@@ -140,10 +138,10 @@ Taps tapsDown(int subsampling, int location) {
 /// Writes a raster into the planes of a picture of the same size.
 class RasterToPlanes {
 public:
-    RasterToPlanes(const PixelBuffer& raster, DecodedPicture& picture)
+    RasterToPlanes(const PixelBuffer& raster, int matrix, DecodedPicture& picture)
         : raster_(raster),
           picture_(picture),
-          conversion_(picture),
+          conversion_(matrix, picture.color.fullRange, picture.bitDepth),
           subsampling_(subsamplingOf(picture.chroma)),
           across_(tapsAcross(subsampling_.across, picture.color.chromaLocation)),
           down_(tapsDown(subsampling_.down, picture.color.chromaLocation)) {}
@@ -249,7 +247,10 @@ bool isDrawn(const std::vector<std::uint8_t>& drawn, const DecodedPicture& pictu
 /// Brings what was drawn on the raster into the planes.
 void convertDrawn(const Image& image, const std::vector<std::uint8_t>& drawn, DecodedPicture& picture) {
     const PixelBuffer raster = makePixelBuffer(image, nullptr, picture.width, picture.height);
-    RasterToPlanes converter(raster, picture);
+    constexpr int unspecified = 2; // by the planes; the raster was read by some matrix all the same
+    const int stated = picture.color.matrix == unspecified ? image.color().matrix : picture.color.matrix;
+    const int matrix = matrixOrGuess(stated, picture.width, picture.height);
+    RasterToPlanes converter(raster, matrix, picture);
     std::size_t sample = 0;
     for (int y = 0; y < picture.height; ++y) {
         for (int x = 0; x < picture.width; ++x, ++sample) {
@@ -272,6 +273,9 @@ DecodedPicture blankPicture(const Image& image) {
     picture.width = image.width();
     picture.height = image.height();
     picture.color = image.color();
+    if (picture.color.matrix == 0) { // R'G'B' as it is, which 4:2:0 cannot hold
+        picture.color.matrix = 1;
+    }
     const int chromaWidth = divideRoundingUp(image.width(), 2);
     const int chromaHeight = divideRoundingUp(image.height(), 2);
     picture.planes = {makePlane(image.width(), image.height(), 8, 0),

@@ -116,7 +116,7 @@ StillComparison::Difference StillComparison::ofPlane(const StillEncoder::PlaneVi
             std::memcpy(&a, shown, sizeof a);
             std::memcpy(&b, wanted, sizeof b);
             const int error = *counts != 0 ? a - b : 0;
-            squares += error * error;
+            squares += static_cast<std::int64_t>(error) * error;
             sum += error;
             samples += *counts;
             shown += coded.stepAcross;

@@ -7,6 +7,7 @@
 
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <regex>
 
 namespace zelvra::test {
 namespace {
@@ -99,6 +100,26 @@ TEST(CommandLine, TellsFailureFromWrongUsageInOneLine) {
     expect({"export", movie, "--output", out, "--highlight", "kind=circle"}, 2, "at=T");
     EXPECT_TRUE(folder.names().empty());
     EXPECT_EQ(cli({"--help"}).exitCode, 0);
+}
+
+TEST(CommandLine, IsCompletedAndExplainedOptionByOption) {
+    const std::string packaging = ZELVRA_PACKAGING;
+    const ProcessResult manual =
+        runProcess({"groff", "-man", "-Tutf8", "-P-cbou", "-ww", packaging + "/man/zelvra-cli.1"});
+    EXPECT_EQ(manual.errors, "") << "groff finds fault with the manual page";
+    for (const std::string command : {"probe", "frame", "export"}) {
+        const std::string help = cli({command, "--help"}).output;
+        const ProcessResult completed =
+            runProcess({"bash", "-c",
+                        "source " + packaging + "/completions/zelvra-cli.bash; COMP_WORDS=(zelvra-cli " +
+                            command + " --); COMP_CWORD=2; _zelvra_cli; echo \"${COMPREPLY[*]} \""});
+        const std::regex option("--[a-z-]+");
+        for (std::sregex_iterator found(help.begin(), help.end(), option), end; found != end; ++found) {
+            EXPECT_NE(completed.output.find(found->str() + " "), std::string::npos)
+                << command << found->str();
+            EXPECT_NE(manual.output.find(found->str()), std::string::npos) << command << found->str();
+        }
+    }
 }
 
 TEST(CommandLine, LeavesNothingBehindWhenInterrupted) {

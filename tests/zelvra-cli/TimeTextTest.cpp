@@ -20,9 +20,9 @@ TEST(TimeText, ReadsSecondsMinutesHoursAndTicks) {
 
 TEST(TimeText, MeansTheFrameWhoseTimeWasPrintedWithSixDecimals) {
     EXPECT_EQ(parseTime("8.533333"), CMTime(256, 30));
-    EXPECT_EQ(parseTime("8.541867"), CMTime(256 * 1001, 30000));
+    EXPECT_EQ(parseTime("8.541867"), CMTime(256256, 30000));
     EXPECT_EQ(parseTime("0.016683"), CMTime(1001, 60000));
-    EXPECT_EQ(timeFromSeconds(256 * 1001 / 24000.0), CMTime(256 * 1001, 24000));
+    EXPECT_EQ(timeFromSeconds(256256 / 24000.0), CMTime(256256, 24000));
 }
 
 TEST(TimeText, RefusesWhatIsNoTime) {

@@ -225,7 +225,7 @@ Vec guardPlace(int man, double time) {
     const Vec mark = along(whitePaths.at(static_cast<std::size_t>(man)), time - lag);
     const Vec basket{rightHoop.x - 0.6, rightHoop.y, 0};
     const double distance = length(basket - mark);
-    const double gap = man == 1 ? mix(0.30, 0.13, smoothStep(9.9, 10.9, time)) : man == 0 ? 0.17 : 0.24;
+    const double gap = man == 1 ? mix(0.42, 0.21, smoothStep(9.9, 10.9, time)) : man == 0 ? 0.17 : 0.24;
     const double toBasket = std::clamp(gap * distance, 0.9, 2.6);
     return mark + unit(basket - mark) * std::min(toBasket, distance);
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <functional>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
@@ -21,7 +22,7 @@ sigset_t endingSignals() {
     return signals;
 }
 
-void watch(int wakeUp, std::stop_source source) {
+void watch(int wakeUp, std::stop_source& source) {
     const sigset_t signals = endingSignals();
     const int arrivals = ::signalfd(-1, &signals, SFD_CLOEXEC);
     std::array<pollfd, 2> polled{{{arrivals, POLLIN, 0}, {wakeUp, POLLIN, 0}}};
@@ -48,7 +49,7 @@ Interrupt::Interrupt() : wakeUp_(::eventfd(0, EFD_CLOEXEC)) {
     }
     const sigset_t signals = endingSignals();
     ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    watcher_ = std::thread(watch, wakeUp_, source_);
+    watcher_ = std::thread(watch, wakeUp_, std::ref(source_));
 }
 
 Interrupt::~Interrupt() {

@@ -27,7 +27,9 @@ Examples:
   A part of it, without sound, highlights from a file:
     zelvra-cli export match.mp4 --output part.mp4 --from 01:00 --to 01:30 --no-audio \
         --annotations highlights.json
+)";
 
+constexpr const char* notes = R"(
 Times are seconds (12.5), minutes (01:15.50) or a fraction of ticks (900/600).
 Places are fractions of the upright picture, 0:0 at its top left. More in zelvra-cli(1).
 )";
@@ -45,7 +47,6 @@ void addPath(CLI::App& command, const std::string& name, std::filesystem::path& 
 int run(int argc, char** argv) {
     CLI::App program(
         "Freezes a movie at chosen moments, draws a shape over the frozen picture, and plays on.");
-    program.footer(examples);
     program.set_version_flag("--version", "zelvra-cli " ZELVRA_VERSION);
     program.require_subcommand(1);
 
@@ -75,6 +76,10 @@ int run(int argc, char** argv) {
     exporting.add_option("--annotations", annotations, "Highlights, range and sound from a JSON file")
         ->type_name("FILE");
     exporting.add_flag("--quiet", request.quiet, "No progress");
+
+    program.footer(std::string(examples) + notes);
+    frame.footer(notes);
+    exporting.footer(notes);
 
     try {
         program.parse(argc, argv);

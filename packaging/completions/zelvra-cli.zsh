@@ -1,0 +1,26 @@
+#compdef zelvra-cli
+# Completion of zelvra-cli for zsh; belongs into a folder of $fpath as "_zelvra-cli".
+
+_arguments -C \
+    '--help[show a summary with examples]' \
+    '--version[show the version]' \
+    '1:command:((probe\:"print what a movie is, as JSON" frame\:"save the frame that is on screen at a time" export\:"write a movie with its highlights"))' \
+    '*::rest:->rest'
+
+[[ $state == rest ]] || return
+case $words[1] in
+probe) _arguments '1:movie:_files' ;;
+frame)
+    _arguments '1:movie:_files' '--at[the time]:time:' '--output[the PNG picture to write]:picture:_files'
+    ;;
+export)
+    _arguments '1:movie:_files' \
+        '--output[the movie to write]:movie:_files' \
+        '--from[start here]:time:' \
+        '--to[end here]:time:' \
+        '--no-audio[leave the sound out]' \
+        '*--highlight[add a highlight]:at=T,...:' \
+        '--annotations[highlights, range and sound from a JSON file]:file:_files -g "*.json"' \
+        '--quiet[no progress]'
+    ;;
+esac

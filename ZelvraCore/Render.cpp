@@ -141,18 +141,34 @@ private:
         return extractFrame(source_, time < info_.duration ? maximum(time, CMTime::zero()) : last);
     }
 
+    /// Failures of the export itself, once nothing can be refused any more, are told as such.
+    template <class Step>
+    static void exporting(Step step) {
+        try {
+            step();
+        } catch (const bitstream::BitstreamError&) {
+            throw;
+        } catch (const MediaError& e) {
+            if (e.cause() == MediaError::Cause::cancelled) {
+                throw;
+            }
+            throw ZVError::exportFailed(e.what());
+        }
+    }
+
     bool writePassthrough() {
-        return passthrough_ && passThrough([&] {
-                   passthrough_->write(
-                       {.freezeClips = freezeClips_.paths(),
-                        .extraClips = extraClips_.paths(),
-                        .output = output_,
-                        .container = containerFor(output_),
-                        .includeAudio = options_.includeAudio,
-                        .progress = [this](double fraction) { report(exportProgress(fraction)); },
-                        .notice = [this](const std::string& line) { notice(line); },
-                        .stop = options_.stop});
-               });
+        return passthrough_ && passThrough([&] { exporting([&] { writePassedThrough(); }); });
+    }
+
+    void writePassedThrough() {
+        passthrough_->write({.freezeClips = freezeClips_.paths(),
+                             .extraClips = extraClips_.paths(),
+                             .output = output_,
+                             .container = containerFor(output_),
+                             .includeAudio = options_.includeAudio,
+                             .progress = [this](double fraction) { report(exportProgress(fraction)); },
+                             .notice = [this](const std::string& line) { notice(line); },
+                             .stop = options_.stop});
     }
 
     void reencode() {

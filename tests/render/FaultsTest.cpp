@@ -1,0 +1,152 @@
+#include "ZelvraCore/Render.h"
+#include "ZelvraCore/records/ZVError.h"
+#include "tests/support/Files.h"
+#include "tests/support/NumberedMovie.h"
+#include "tests/support/NumberedPicture.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace zelvra::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const NumberedMovie movie{.frames = 60, .sound = SoundCodec::aac, .container = "mp4"};
+
+std::vector<Highlight> highlight() {
+    return {markerHighlight(1, movie.timeOf(20), CMTime(300, 600), {320, 180})};
+}
+
+/// The system's temporary folder is one of its own, so that what other programs leave there does not count.
+class Faults : public testing::Test {
+protected:
+    Faults() { setenv("TMPDIR", temporary_.path().c_str(), 1); }
+    ~Faults() override { unsetenv("TMPDIR"); }
+
+    std::vector<std::string> strays() const { return temporary_.names(); }
+
+    std::string failureOf(const std::filesystem::path& source, const std::filesystem::path& output,
+                          const RenderOptions& options = {}) const;
+
+    TemporaryFolder folder;
+
+private:
+    TemporaryFolder temporary_;
+};
+
+/// The line that an export fails with; empty where it does not.
+std::string Faults::failureOf(const std::filesystem::path& source, const std::filesystem::path& output,
+                              const RenderOptions& options) const {
+    try {
+        renderHighlights(source, highlight(), output, options);
+    } catch (const std::exception& e) {
+        const std::string line = e.what();
+        EXPECT_EQ(line.find('\n'), std::string::npos) << "one line";
+        EXPECT_THAT(strays(), IsEmpty());
+        return line;
+    }
+    return {};
+}
+
+TEST_F(Faults, RefuseToReplaceTheSource) {
+    const std::filesystem::path source = folder / "match.mp4";
+    std::filesystem::copy_file(movieFile(movie), source);
+    std::filesystem::create_symlink(source, folder / "link.mp4");
+    EXPECT_THAT(failureOf(source, source), HasSubstr("would replace the source"));
+    EXPECT_THAT(failureOf(source, folder / "link.mp4"), HasSubstr("would replace the source"));
+    EXPECT_EQ(readBytes(source), readBytes(movieFile(movie)));
+}
+
+TEST_F(Faults, LeaveTheOldOutputAndNothingElse) {
+    writeBytes(folder / "out.mp4", {1, 2, 3});
+
+    RenderOptions beyond;
+    beyond.sourceRange = CMTimeRange{CMTime(50, 1), CMTime(1, 1)};
+    EXPECT_FALSE(failureOf(movieFile(movie), folder / "out.mp4", beyond).empty());
+    RenderOptions backwards;
+    backwards.sourceRange = CMTimeRange{CMTime(1, 1), CMTime(-1, 1)};
+    EXPECT_FALSE(failureOf(movieFile(movie), folder / "out.mp4", backwards).empty());
+    RenderOptions endless;
+    endless.sourceRange = CMTimeRange{CMTime::zero(), CMTime::indefinite()};
+    EXPECT_FALSE(failureOf(movieFile(movie), folder / "out.mp4", endless).empty());
+
+    // A source that lost its second half after its index was written.
+    NumberedMovie indexFirst = movie;
+    indexFirst.indexFirst = true;
+    Bytes half = readBytes(movieFile(indexFirst));
+    half.resize(half.size() / 2);
+    writeBytes(folder / "half.mp4", half);
+    EXPECT_FALSE(failureOf(folder / "half.mp4", folder / "out.mp4").empty());
+    EXPECT_FALSE(failureOf(folder / "nowhere.mp4", folder / "out.mp4").empty());
+    std::filesystem::remove(folder / "half.mp4");
+
+    EXPECT_FALSE(failureOf(movieFile(movie), folder / "no such folder/out.mp4").empty());
+    EXPECT_THAT(folder.names(), ElementsAre("out.mp4"));
+    EXPECT_EQ(readBytes(folder / "out.mp4"), (Bytes{1, 2, 3}));
+}
+
+TEST_F(Faults, EndSoonAndCleanlyWhenAskedTo) {
+    for (const double when : {0.0, 0.4, 0.9}) {
+        std::stop_source stop;
+        RenderOptions options;
+        options.stop = stop.get_token();
+        options.progress = [&](double fraction) {
+            if (fraction >= when) {
+                stop.request_stop();
+            }
+        };
+        if (when == 0) {
+            stop.request_stop();
+        }
+        const std::string line = failureOf(movieFile(movie), output / "out.mp4", options);
+        if (when < 0.9) { // the last step may be too quick to be stopped
+            EXPECT_EQ(line, "cancelled");
+        }
+        EXPECT_THAT(output.names(), testing::AnyOf(IsEmpty(), ElementsAre("out.mp4")));
+    }
+}
+
+TEST_F(Faults, SweepWhatAKilledExportLeft) {
+    const std::filesystem::path source = movieFile(movie);
+    const pid_t child = fork();
+    if (child == 0) {
+        RenderOptions options;
+        options.progress = [](double fraction) {
+            if (fraction >= 0.5) {
+                raise(SIGKILL);
+            }
+        };
+        renderHighlights(source, highlight(), folder / "out.mp4", options);
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_FALSE(std::filesystem::exists(folder / "out.mp4"));
+    EXPECT_FALSE(strays().empty());
+
+    renderHighlights(source, highlight(), folder / "out.mp4");
+    EXPECT_THAT(folder.names(), ElementsAre("out.mp4"));
+    EXPECT_THAT(strays(), IsEmpty());
+}
+
+TEST_F(Faults, SayThatTheDiskIsFull) {
+    if (mount("tmpfs", folder.path().c_str(), "tmpfs", 0, "size=64k") != 0) {
+        GTEST_SKIP() << "only root can make a tiny disk";
+    }
+    const std::string line = failureOf(movieFile(movie), folder / "out.mp4");
+    const std::vector<std::string> left = folder.names();
+    umount(folder.path().c_str());
+    EXPECT_THAT(line, HasSubstr("No space left on device"));
+    EXPECT_THAT(left, IsEmpty());
+}
+
+} // namespace
+} // namespace zelvra::test

@@ -1,4 +1,4 @@
-#include "Camera.h"
+#include "tools/sample-clip/Camera.h"
 
 namespace zelvra::sample {
 

@@ -1,4 +1,4 @@
-#include "Canvas.h"
+#include "tools/sample-clip/Canvas.h"
 
 #include <numbers>
 

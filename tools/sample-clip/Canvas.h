@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Space.h"
+#include "tools/sample-clip/Space.h"
 
 #include <cairo.h>
 #include <memory>

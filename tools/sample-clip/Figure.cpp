@@ -1,4 +1,4 @@
-#include "Figure.h"
+#include "tools/sample-clip/Figure.h"
 
 #include <array>
 #include <numbers>

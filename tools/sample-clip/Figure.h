@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Camera.h"
-#include "Canvas.h"
-#include "Game.h"
+#include "tools/sample-clip/Camera.h"
+#include "tools/sample-clip/Canvas.h"
+#include "tools/sample-clip/Game.h"
 
 namespace zelvra::sample {
 

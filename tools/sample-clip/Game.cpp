@@ -1,4 +1,4 @@
-#include "Game.h"
+#include "tools/sample-clip/Game.h"
 
 #include <numbers>
 #include <span>

@@ -1,6 +1,6 @@
-#include "Hall.h"
+#include "tools/sample-clip/Hall.h"
 
-#include "Game.h"
+#include "tools/sample-clip/Game.h"
 
 #include <numbers>
 #include <optional>

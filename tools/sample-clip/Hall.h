@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Camera.h"
-#include "Canvas.h"
+#include "tools/sample-clip/Camera.h"
+#include "tools/sample-clip/Canvas.h"
 
 #include <array>
 #include <cstdint>

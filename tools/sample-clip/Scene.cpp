@@ -1,6 +1,6 @@
-#include "Scene.h"
+#include "tools/sample-clip/Scene.h"
 
-#include "Figure.h"
+#include "tools/sample-clip/Figure.h"
 
 #include <cstdio>
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Game.h"
-#include "Hall.h"
+#include "tools/sample-clip/Game.h"
+#include "tools/sample-clip/Hall.h"
 
 namespace zelvra::sample {
 

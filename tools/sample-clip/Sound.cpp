@@ -1,4 +1,4 @@
-#include "Sound.h"
+#include "tools/sample-clip/Sound.h"
 
 #include <array>
 #include <numbers>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Game.h"
+#include "tools/sample-clip/Game.h"
 
 #include <cstdint>
 #include <vector>

@@ -3,8 +3,8 @@
 //     zelvra-sample-clip OUTPUT.mp4        the movie (calls the ffmpeg command for the encoding)
 //     zelvra-sample-clip OUTPUT.png TIME   one frame of it
 
-#include "Scene.h"
-#include "Sound.h"
+#include "tools/sample-clip/Scene.h"
+#include "tools/sample-clip/Sound.h"
 
 #include <cstdio>
 #include <cstdlib>

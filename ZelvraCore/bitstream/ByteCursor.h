@@ -40,8 +40,9 @@ private:
 };
 
 inline void appendNumber(Bytes& bytes, std::uint64_t value, int byteCount) {
-    for (int shift = 8 * (byteCount - 1); shift >= 0; shift -= 8)
-        bytes.push_back(static_cast<std::uint8_t>(value >> shift));
+    bytes.resize(bytes.size() + static_cast<std::size_t>(byteCount));
+    for (auto last = bytes.rbegin(); byteCount > 0; --byteCount, value >>= 8)
+        *last++ = static_cast<std::uint8_t>(value);
 }
 
 inline void append(Bytes& bytes, ByteView more) {

@@ -43,8 +43,7 @@ isobmff::ShownPiece shownWithin(const isobmff::Track& track, const isobmff::Movi
 
 class CopiedSound final : public SoundTrack::Maker {
 public:
-    CopiedSound(const Asset& movie, std::vector<SoundPiece> pieces,
-                passthrough::OutputMovie::Container container)
+    CopiedSound(const Asset& movie, std::vector<SoundPiece> pieces, MovieContainer container)
         : movie_(movie),
           track_(*movie_.movie().firstTrack(isobmff::soundHandler)),
           codec_(passthrough::soundCodec(track_)),
@@ -116,7 +115,7 @@ private:
 } // namespace
 
 std::unique_ptr<SoundTrack::Maker> makeCopiedSound(const Asset& source, std::vector<SoundPiece> pieces,
-                                                   passthrough::OutputMovie::Container container) {
+                                                   MovieContainer container) {
     return std::make_unique<CopiedSound>(source, std::move(pieces), container);
 }
 

@@ -11,8 +11,8 @@ namespace {
 
 class EncodedSound final : public SoundTrack::Maker {
 public:
-    EncodedSound(const Asset& movie, std::span<const SoundPiece> pieces,
-                 passthrough::OutputMovie::Container container, std::stop_token stop)
+    EncodedSound(const Asset& movie, std::span<const SoundPiece> pieces, MovieContainer container,
+                 std::stop_token stop)
         : movie_(movie), encoder_(SoundRenderer(movie, pieces, std::move(stop))), container_(container) {}
 
     CMTime lead() const override { return time(encoder_.priming()); }
@@ -82,14 +82,13 @@ private:
 
     Asset movie_;
     SoundEncoder encoder_;
-    passthrough::OutputMovie::Container container_;
+    MovieContainer container_;
 };
 
 } // namespace
 
 std::unique_ptr<SoundTrack::Maker> makeEncodedSound(const Asset& source, std::span<const SoundPiece> pieces,
-                                                    passthrough::OutputMovie::Container container,
-                                                    std::stop_token stop) {
+                                                    MovieContainer container, std::stop_token stop) {
     return std::make_unique<EncodedSound>(source, pieces, container, std::move(stop));
 }
 

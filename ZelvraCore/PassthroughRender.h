@@ -38,7 +38,7 @@ public:
         std::span<const std::filesystem::path> freezeClips; ///< one for each highlight of the plan
         std::span<const std::filesystem::path> extraClips;  ///< one for each of `extraFrames`
         std::filesystem::path output;
-        passthrough::OutputMovie::Container container = passthrough::OutputMovie::Container::mpeg4;
+        MovieContainer container = MovieContainer::mpeg4;
         bool includeAudio = true;
         std::function<void(double)> progress; ///< 0...1
         std::function<void(const std::string&)> notice;

@@ -9,6 +9,7 @@
 #include "ZelvraCore/TemporaryClips.h"
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/isobmff/AtomicFile.h"
+#include "ZelvraCore/media/ReencodeExport.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/passthrough/MovieFileWriter.h"
 
@@ -19,8 +20,6 @@
 namespace zelvra {
 
 namespace {
-
-using Container = passthrough::OutputMovie::Container;
 
 std::filesystem::path folderOf(const std::filesystem::path& file) {
     return file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
@@ -172,8 +171,22 @@ private:
     }
 
     void reencode() {
-        throw ZVError::exportFailed(
-            "this movie cannot pass through untouched, and only such movies are exported so far");
+        Composition composition{.start = plan_.rangeStart,
+                                .end = plan_.rangeEnd,
+                                .freezes = {},
+                                .frameDuration = info_.frameDuration};
+        for (const Highlight& highlight : plan_.highlights) {
+            composition.freezes.push_back(
+                {highlight.timestamp, freezeFrameCount(highlight.duration, info_.frameDuration)});
+        }
+        exportReencoded(source_, {.composition = std::move(composition),
+                                  .freezeClips = freezeClips_.paths(),
+                                  .codec = plan_.freezeCodec,
+                                  .includeAudio = options_.includeAudio,
+                                  .output = output_,
+                                  .container = containerFor(output_),
+                                  .progress = [this](double fraction) { report(exportProgress(fraction)); },
+                                  .stop = options_.stop});
     }
 
     const Asset& source_;
@@ -189,12 +202,12 @@ private:
 
 } // namespace
 
-passthrough::OutputMovie::Container containerFor(const std::filesystem::path& output) {
+MovieContainer containerFor(const std::filesystem::path& output) {
     std::string extension = output.extension().string();
     std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
-    return extension == ".mp4"   ? Container::mpeg4
-           : extension == ".m4v" ? Container::appleM4v
-                                 : Container::quickTime;
+    return extension == ".mp4"   ? MovieContainer::mpeg4
+           : extension == ".m4v" ? MovieContainer::appleM4v
+                                 : MovieContainer::quickTime;
 }
 
 RenderResult renderHighlights(const std::filesystem::path& source, std::span<const Highlight> highlights,

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "ZelvraCore/media/Asset.h"
-#include "ZelvraCore/passthrough/OutputMovie.h"
 #include "ZelvraCore/records/CMTimeRange.h"
 #include "ZelvraCore/records/Highlight.h"
+#include "ZelvraCore/records/MovieContainer.h"
 #include "ZelvraCore/records/RenderResult.h"
 
 #include <filesystem>
@@ -34,7 +34,7 @@ struct RenderOptions {
 };
 
 /// The container that an output's extension asks for, whatever its case: "mp4", "m4v"; all else is QuickTime.
-passthrough::OutputMovie::Container containerFor(const std::filesystem::path& output);
+MovieContainer containerFor(const std::filesystem::path& output);
 
 /// Renders `source` with its highlights to `output`, whose extension chooses the container (.mp4, .m4v, else
 /// QuickTime; a plain copy of the source keeps the source's). Highlights may come in any order; those outside

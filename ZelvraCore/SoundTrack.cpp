@@ -5,8 +5,8 @@
 
 namespace zelvra {
 
-SoundTrack::SoundTrack(const Asset& source, std::span<const SoundPiece> pieces,
-                       passthrough::OutputMovie::Container container, std::stop_token stop) {
+SoundTrack::SoundTrack(const Asset& source, std::span<const SoundPiece> pieces, MovieContainer container,
+                       std::stop_token stop) {
     try {
         maker_ = makeCopiedSound(source, {pieces.begin(), pieces.end()}, container);
     } catch (const passthrough::CannotPassThrough& obstacle) {

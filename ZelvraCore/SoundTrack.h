@@ -26,8 +26,8 @@ public:
 
     /// `source` has sound. `pieces` make up the finished movie. Throws MediaError where the source cannot be
     /// read, or where its sound can be neither kept nor decoded.
-    SoundTrack(const Asset& source, std::span<const SoundPiece> pieces,
-               passthrough::OutputMovie::Container container, std::stop_token stop = {});
+    SoundTrack(const Asset& source, std::span<const SoundPiece> pieces, MovieContainer container,
+               std::stop_token stop = {});
     SoundTrack(SoundTrack&&) noexcept;
     SoundTrack& operator=(SoundTrack&&) noexcept;
     ~SoundTrack();

@@ -21,12 +21,11 @@ public:
 
 /// Keeps the source's packets. Throws passthrough::CannotPassThrough where that cannot be.
 std::unique_ptr<SoundTrack::Maker> makeCopiedSound(const Asset& source, std::vector<SoundPiece> pieces,
-                                                   passthrough::OutputMovie::Container container);
+                                                   MovieContainer container);
 
 /// Encodes the source's sound as AAC.
 std::unique_ptr<SoundTrack::Maker> makeEncodedSound(const Asset& source, std::span<const SoundPiece> pieces,
-                                                    passthrough::OutputMovie::Container container,
-                                                    std::stop_token stop);
+                                                    MovieContainer container, std::stop_token stop);
 
 /// A track with what the source's says beside its samples.
 passthrough::OutputTrack outputTrackLike(const isobmff::Track& source);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ZelvraCore/media/Image.h"
+#include "ZelvraCore/records/MovieContainer.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -11,8 +12,6 @@
 #include <vector>
 
 namespace zelvra {
-
-enum class MovieContainer { mpeg4, appleM4v, quickTime };
 
 /// What a video track's index says beside its samples.
 struct VideoTrackFormat {

@@ -10,7 +10,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 using ByteView = std::span<const std::uint8_t>;
-using Container = OutputMovie::Container;
 
 constexpr std::size_t versionAndFlags = 4;
 
@@ -28,14 +27,14 @@ bool hasType(ByteView bytes, std::size_t at, FourCharCode type) {
 }
 
 /// Either form has its handler first, which tells them apart.
-Bytes metaFor(Container container, ByteView payload) {
+Bytes metaFor(MovieContainer container, ByteView payload) {
     const bool plain = hasType(payload, 4, fourCharCode("hdlr"));
     const bool versioned = hasType(payload, versionAndFlags + 4, fourCharCode("hdlr"));
     Bytes converted;
-    if (container == Container::quickTime && versioned) {
+    if (container == MovieContainer::quickTime && versioned) {
         append(converted, payload.subspan(versionAndFlags));
     } else {
-        if (container != Container::quickTime && plain) {
+        if (container != MovieContainer::quickTime && plain) {
             converted.assign(versionAndFlags, 0);
         }
         append(converted, payload);
@@ -55,7 +54,7 @@ Bytes userDataWithoutChapters(ByteView payload) {
 
 } // namespace
 
-std::vector<std::uint8_t> userDataFor(Container container, ByteView boxes) {
+std::vector<std::uint8_t> userDataFor(MovieContainer container, ByteView boxes) {
     Bytes converted;
     for (const isobmff::RawBox& box : isobmff::rawBoxes(boxes)) {
         try {
@@ -73,15 +72,15 @@ std::vector<std::uint8_t> userDataFor(Container container, ByteView boxes) {
     return converted;
 }
 
-std::vector<std::uint8_t> visualEntryFor(Container container, ByteView entry, bool fullRange) {
+std::vector<std::uint8_t> visualEntryFor(MovieContainer container, ByteView entry, bool fullRange) {
     const auto color = bitstream::findChildBox(entry, "colr");
-    if (color && container != Container::quickTime && hasType(*color, 0, fourCharCode("nclc"))) {
+    if (color && container != MovieContainer::quickTime && hasType(*color, 0, fourCharCode("nclc"))) {
         Bytes nclx(color->begin(), color->end());
         nclx[3] = 'x';
         nclx.push_back(fullRange ? 0x80 : 0);
         return bitstream::replaceChildBox(entry, "colr", nclx);
     }
-    if (color && container == Container::quickTime && hasType(*color, 0, fourCharCode("nclx")) &&
+    if (color && container == MovieContainer::quickTime && hasType(*color, 0, fourCharCode("nclx")) &&
         !fullRange) {
         Bytes nclc(color->begin(), color->end() - 1);
         nclc[3] = 'c';

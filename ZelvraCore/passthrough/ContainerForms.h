@@ -13,11 +13,11 @@ namespace zelvra::passthrough {
 
 /// Whole boxes of user data (`udta`, `meta`). QuickTime's `meta` has no version and flags, MP4's has (ISO/IEC
 /// 14496-12 clause 8.11.1). Chapter lists go, as freezes move what they point at.
-std::vector<std::uint8_t> userDataFor(OutputMovie::Container container, std::span<const std::uint8_t> boxes);
+std::vector<std::uint8_t> userDataFor(MovieContainer container, std::span<const std::uint8_t> boxes);
 
 /// A whole visual sample entry. QuickTime's colours are `nclc`, MP4's `nclx`, which also says whether samples
 /// use the full range (ISO/IEC 14496-12 clause 12.1.5).
-std::vector<std::uint8_t> visualEntryFor(OutputMovie::Container container,
-                                         std::span<const std::uint8_t> entry, bool fullRange);
+std::vector<std::uint8_t> visualEntryFor(MovieContainer container, std::span<const std::uint8_t> entry,
+                                         bool fullRange);
 
 } // namespace zelvra::passthrough

@@ -83,7 +83,7 @@ public:
 
 private:
     bool isVideo() const { return track_.kind == OutputTrack::Kind::video; }
-    bool isQuickTime() const { return movie_.container == OutputMovie::Container::quickTime; }
+    bool isQuickTime() const { return movie_.container == MovieContainer::quickTime; }
     std::uint64_t movieDuration() const { return durationInMovie(track_, movieTimescale(movie_)); }
 
     void writeTrackHeader() {
@@ -269,13 +269,11 @@ private:
 FileTypeBox fileType(const OutputMovie& movie) {
     FileTypeBox box;
     switch (movie.container) {
-    case OutputMovie::Container::quickTime:
-        box = {fourCharCode("qt  "), 0x200, {fourCharCode("qt  ")}};
-        break;
-    case OutputMovie::Container::appleM4v:
+    case MovieContainer::quickTime: box = {fourCharCode("qt  "), 0x200, {fourCharCode("qt  ")}}; break;
+    case MovieContainer::appleM4v:
         box = {fourCharCode("M4V "), 1, {fourCharCode("M4V "), fourCharCode("mp42"), fourCharCode("isom")}};
         break;
-    case OutputMovie::Container::mpeg4:
+    case MovieContainer::mpeg4:
         box = {
             fourCharCode("isom"), 0x200, {fourCharCode("isom"), fourCharCode("iso2"), fourCharCode("mp41")}};
         for (const OutputTrack& track : movie.tracks) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ZelvraCore/isobmff/Movie.h"
+#include "ZelvraCore/records/MovieContainer.h"
 
 #include <cstdint>
 #include <string>
@@ -53,9 +54,7 @@ struct OutputTrack {
 };
 
 struct OutputMovie {
-    enum class Container { mpeg4, appleM4v, quickTime };
-
-    Container container = Container::mpeg4;
+    MovieContainer container = MovieContainer::mpeg4;
     std::vector<std::uint32_t> compatibleBrands; ///< beyond the container's own, as four-character codes
     std::uint64_t creationTime = 0;              ///< seconds since 1904-01-01 UTC, as in the source
     std::vector<OutputTrack> tracks;

@@ -76,8 +76,8 @@ std::vector<std::uint8_t> quickTimeEntry(const CompressedSound& sound) {
 }
 
 /// QuickTime has no such box for Opus: its readers know the plain form.
-std::vector<std::uint8_t> compressedEntry(const CompressedSound& sound, OutputMovie::Container container) {
-    const bool quickTime = container == OutputMovie::Container::quickTime;
+std::vector<std::uint8_t> compressedEntry(const CompressedSound& sound, MovieContainer container) {
+    const bool quickTime = container == MovieContainer::quickTime;
     return quickTime && sound.type != fourCharCode("Opus") ? quickTimeEntry(sound) : plainEntry(sound);
 }
 
@@ -100,8 +100,8 @@ std::vector<std::uint8_t> withoutBitRate(const isobmff::SampleEntry& entry) {
 } // namespace
 
 std::vector<std::uint8_t> soundSampleEntry(const isobmff::SampleEntry& source, const SoundCodec& codec,
-                                           bool sourceIsQuickTime, OutputMovie::Container container) {
-    const bool outputIsQuickTime = container == OutputMovie::Container::quickTime;
+                                           bool sourceIsQuickTime, MovieContainer container) {
+    const bool outputIsQuickTime = container == MovieContainer::quickTime;
     const bool isPcm = codec.kind == SoundCodec::Kind::pcm;
     const bool isPcmOfMp4 = source.type == fourCharCode("ipcm") || source.type == fourCharCode("fpcm");
     if (isPcm && (!outputIsQuickTime || isPcmOfMp4)) {
@@ -116,7 +116,7 @@ std::vector<std::uint8_t> soundSampleEntry(const isobmff::SampleEntry& source, c
 
 std::vector<std::uint8_t> aacSampleEntry(std::span<const std::uint8_t> audioSpecificConfig,
                                          std::uint32_t sampleRate, std::uint32_t channels,
-                                         std::uint32_t bitRate, OutputMovie::Container container) {
+                                         std::uint32_t bitRate, MovieContainer container) {
     constexpr std::uint32_t packetFrames = 1024;
     const std::vector<std::uint8_t> configuration = esdsBox(audioSpecificConfig, bitRate);
     return compressedEntry({mp4a, sampleRate, channels, packetFrames, configuration}, container);

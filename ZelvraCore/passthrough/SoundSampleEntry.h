@@ -17,11 +17,11 @@ namespace zelvra::passthrough {
 /// since silence changes it. Throws CannotPassThrough where that container has no form for it: PCM in MP4,
 /// and PCM of MP4 (`ipcm`) in QuickTime.
 std::vector<std::uint8_t> soundSampleEntry(const isobmff::SampleEntry& source, const SoundCodec& codec,
-                                           bool sourceIsQuickTime, OutputMovie::Container container);
+                                           bool sourceIsQuickTime, MovieContainer container);
 
 /// The entry of AAC-LC that was encoded here; `bitRate` is bits a second.
 std::vector<std::uint8_t> aacSampleEntry(std::span<const std::uint8_t> audioSpecificConfig,
                                          std::uint32_t sampleRate, std::uint32_t channels,
-                                         std::uint32_t bitRate, OutputMovie::Container container);
+                                         std::uint32_t bitRate, MovieContainer container);
 
 } // namespace zelvra::passthrough

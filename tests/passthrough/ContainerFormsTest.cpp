@@ -11,7 +11,7 @@ namespace zelvra::passthrough {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-using Container = OutputMovie::Container;
+using Container = MovieContainer;
 
 Bytes box(const char (&type)[5], const Bytes& payload) {
     return isobmff::makeBox(fourCharCode(type), payload);

@@ -28,7 +28,7 @@ OutputTrack copied(const isobmff::Track& source) {
 
 } // namespace
 
-OutputMovie copyPlan(const isobmff::Movie& movie, OutputMovie::Container container) {
+OutputMovie copyPlan(const isobmff::Movie& movie, MovieContainer container) {
     OutputMovie plan;
     plan.container = container;
     plan.userData = movie.userData;

@@ -6,6 +6,6 @@
 namespace zelvra::test {
 
 /// The plan that stores a movie's pictures and sound as they are, from store 0, under its first edit.
-passthrough::OutputMovie copyPlan(const isobmff::Movie& movie, passthrough::OutputMovie::Container container);
+passthrough::OutputMovie copyPlan(const isobmff::Movie& movie, MovieContainer container);
 
 } // namespace zelvra::test

@@ -14,7 +14,7 @@
 namespace zelvra::passthrough {
 namespace {
 
-using Container = OutputMovie::Container;
+using Container = MovieContainer;
 using test::NumberedMovie;
 using test::SoundCodec;
 

@@ -111,8 +111,8 @@ TEST(ChunkLayout, PutsHalfASecondOfEachTrackInTurn) {
 }
 
 TEST(MovieIndex, SaysWhatThePlanSays) {
-    for (const auto container : {OutputMovie::Container::mpeg4, OutputMovie::Container::appleM4v,
-                                 OutputMovie::Container::quickTime}) {
+    for (const auto container :
+         {MovieContainer::mpeg4, MovieContainer::appleM4v, MovieContainer::quickTime}) {
         OutputMovie plan = movieOf(100, 1000);
         plan.container = container;
         plan.tracks[0].editStart = 512;
@@ -129,9 +129,9 @@ TEST(MovieIndex, NamesBrandsAndHandlersAsItsContainerAsks) {
               (Brands{fourCharCode("isom"), fourCharCode("iso2"), fourCharCode("mp41"), fourCharCode("avc1"),
                       fourCharCode("dby1")}));
     EXPECT_FALSE(holds(written(plan).index, fourCharCode("mhlr")));
-    plan.container = OutputMovie::Container::appleM4v;
+    plan.container = MovieContainer::appleM4v;
     EXPECT_EQ(written(plan).movie.majorBrand, fourCharCode("M4V "));
-    plan.container = OutputMovie::Container::quickTime;
+    plan.container = MovieContainer::quickTime;
     EXPECT_TRUE(written(plan).movie.isQuickTime());
     EXPECT_TRUE(holds(written(plan).index, fourCharCode("mhlr")));
     EXPECT_TRUE(holds(written(plan).index, fourCharCode("dhlr")));

@@ -94,6 +94,7 @@ TEST_F(Faults, LeaveTheOldOutputAndNothingElse) {
 
 TEST_F(Faults, EndSoonAndCleanlyWhenAskedTo) {
     for (const double when : {0.0, 0.4, 0.9}) {
+        const TemporaryFolder output;
         std::stop_source stop;
         RenderOptions options;
         options.stop = stop.get_token();

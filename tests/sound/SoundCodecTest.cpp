@@ -12,7 +12,7 @@ namespace zelvra::passthrough {
 namespace {
 
 using test::Bytes;
-using Container = OutputMovie::Container;
+using Container = MovieContainer;
 
 const Bytes stereoAt48 = {0x11, 0x90};
 

@@ -1,6 +1,7 @@
 #include "ZelvraCore/SoundTrack.h"
 #include "ZelvraCore/isobmff/MovieReader.h"
 #include "ZelvraCore/passthrough/MovieFileWriter.h"
+#include "ZelvraCore/records/ZVError.h"
 #include "tests/sound/SoundFixtures.h"
 #include "tests/support/BoxTree.h"
 #include "tests/support/MovieReading.h"
@@ -14,7 +15,7 @@ namespace {
 
 using namespace test;
 using passthrough::OutputMovie;
-using Container = OutputMovie::Container;
+using Container = MovieContainer;
 
 struct Export {
     passthrough::OutputTrack track;
@@ -143,6 +144,7 @@ std::vector<SourceKind> sourceKinds() {
         {"Alac", ".mov", {"-c:a", "alac"}, 48000, 2, 4096, ".mov"},
         {"AlacToMp4", ".mov", {"-c:a", "alac"}, 44100, 1, 4096, ".mp4"},
         {"Opus", ".mp4", {"-c:a", "libopus", "-b:a", "128k"}, 48000, 2, 960, ".mp4"},
+        {"OpusToMov", ".mp4", {"-c:a", "libopus", "-b:a", "128k"}, 48000, 2, 960, ".mov"},
         {"OpusLong",
          ".mp4",
          {"-c:a", "libopus", "-b:a", "96k", "-frame_duration", "60"},
@@ -156,6 +158,33 @@ std::vector<SourceKind> sourceKinds() {
 
 INSTANTIATE_TEST_SUITE_P(Source, SoundOf, testing::ValuesIn(sourceKinds()),
                          [](const auto& tested) { return tested.param.name; });
+
+TEST(SoundTrack, EncodesAnewWhatSeveralEditsCutApart) {
+    constexpr int rate = 48000;
+    const auto source =
+        movieFile({.frames = 150, .sound = SoundCodec::aac, .shown = {{{1, 1}, {3, 2}}, {{3, 1}, {1, 1}}}});
+    const std::vector<float> reference = numberedSound(5 * rate, rate);
+    const TemporaryFolder folder;
+    const std::vector<SoundPiece> pieces{play({0, 1}, {1, 1}), silence({1, 1}), play({1, 1}, {5, 2})};
+    const Export done = exportSound(source, folder / "output.mp4", pieces, {1, 15}, Container::mpeg4);
+    EXPECT_TRUE(done.notice);
+    const MovieSound sound = readSound(folder / "output.mp4");
+    const MovieSound original = readSound(source); // whose second edit begins at a packet there
+    const auto heardAt = [&](const MovieSound& heard, double time, int expected) {
+        return static_cast<double>(
+            locateSound(heard.between(time, 0.1), reference, expected, 3000).value().sample);
+    };
+    EXPECT_NEAR(heardAt(sound, 0.5, 3 * rate / 2), 1.5 * rate, 1);
+    EXPECT_NEAR(heardAt(sound, 2.2, 11 * rate / 5), 2.2 * rate, 1);
+    EXPECT_NEAR(heardAt(sound, 3, 7 * rate / 2), heardAt(original, 2, 7 * rate / 2), 1);
+    EXPECT_LT(peak(sound.between(1.03, 0.94)), 0.001);
+}
+
+TEST(SoundTrack, RefusesToFillDaysWithSilence) {
+    const Asset source(movieFile({.frames = 60, .sound = SoundCodec::aac}));
+    EXPECT_THROW(SoundTrack(source, std::vector{play({0, 1}, {3600 * 24 * 30, 1})}, Container::mpeg4),
+                 MediaError);
+}
 
 TEST(SoundTrack, PlaysRightInGStreamer) {
     const TemporaryFolder folder;

@@ -1,5 +1,6 @@
 #include "ZelvraCore/media/SoundReader.h"
 
+#include "ZelvraCore/isobmff/TrackTimeline.h"
 #include "ZelvraCore/media/SoundDecoding.h"
 
 #include <algorithm>
@@ -49,6 +50,11 @@ void SoundReader::findFormat() {
                       : formatOf(described.sample_rate, described.ch_layout);
     if (format_.sampleRate <= 0 || format_.channels <= 0) {
         throw MediaError(MediaError::Cause::unsupported, name_ + ": its sound has no rate or no channels");
+    }
+    const isobmff::Movie& movie = movie_.movie();
+    const isobmff::TrackTimeline timeline(*movie.firstTrack(isobmff::soundHandler), movie.timescale);
+    for (const isobmff::ShownPiece& piece : timeline.pieces()) {
+        edits_.push_back({frameOfTicks(piece.start), frameOfTicks(piece.end())});
     }
     if (decoded) {
         takeFrame();
@@ -130,15 +136,39 @@ void SoundReader::takeFrame() {
     block_.start = startOfDecodedFrame();
     convertFrame();
     expectedStart_ = blockEnd();
+    cutAtEditEnd();
     av_frame_unref(frame_.get());
 }
 
 /// Timestamps jitter in files whose ticks are coarser than frames, or whose recorder wrote down a clock: a
-/// frame that starts about where the last one ended follows on.
-std::int64_t SoundReader::startOfDecodedFrame() {
+/// frame that starts about where the last one ended follows on, unless another edit begins there.
+std::int64_t SoundReader::startOfDecodedFrame() const {
     const std::int64_t start = frameOfTicks(frame_->best_effort_timestamp);
     const std::int64_t jitter = std::max<std::int64_t>(frame_->nb_samples / 2, frameOfTicks(1));
-    return expectedStart_ && std::abs(start - *expectedStart_) <= jitter ? *expectedStart_ : start;
+    const bool follows = expectedStart_ && std::abs(start - *expectedStart_) <= jitter &&
+                         editAt(start) == editAt(block_.start);
+    return follows ? *expectedStart_ : start;
+}
+
+/// The edit that shows this frame, or that ended last before it: one past its index, 0 before the first.
+std::size_t SoundReader::editAt(std::int64_t frame) const {
+    constexpr std::int64_t roundingError = 1;
+    const auto after =
+        std::upper_bound(edits_.begin(), edits_.end(), frame + roundingError,
+                         [](std::int64_t moment, const Edit& edit) { return moment < edit.start; });
+    return static_cast<std::size_t>(after - edits_.begin());
+}
+
+/// The demuxer gives packets whole.
+void SoundReader::cutAtEditEnd() {
+    const std::size_t edit = editAt(block_.start);
+    if (edit == 0) {
+        return;
+    }
+    const std::int64_t shown = std::max<std::int64_t>(0, edits_[edit - 1].end - block_.start);
+    if (shown < frameCount(block_.samples)) {
+        block_.samples.resize(static_cast<std::size_t>(shown) * static_cast<std::size_t>(format_.channels));
+    }
 }
 
 void SoundReader::convertFrame() {

@@ -45,7 +45,9 @@ private:
     void sendPacket();
     void findFormat();
     void takeFrame();
-    std::int64_t startOfDecodedFrame();
+    std::int64_t startOfDecodedFrame() const;
+    std::size_t editAt(std::int64_t frame) const;
+    void cutAtEditEnd();
     void convertFrame();
     void prepareConverter();
 
@@ -57,6 +59,12 @@ private:
     ffmpeg::Packet packet_ = ffmpeg::makePacket();
     ffmpeg::Frame frame_ = ffmpeg::makeFrame();
     SoundFormat format_;
+    /// The track's edits, in frames.
+    struct Edit {
+        std::int64_t start = 0;
+        std::int64_t end = 0;
+    };
+    std::vector<Edit> edits_;
     /// What `converter_` was made for.
     int inputRate_ = 0;
     int inputChannels_ = 0;

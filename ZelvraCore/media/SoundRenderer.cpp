@@ -22,9 +22,13 @@ std::vector<FramePiece> inFrames(std::span<const SoundPiece> pieces, int sampleR
     const auto frames = [&](const CMTime& time) { return ffmpeg::ticksOfTime(time, frame); };
     std::vector<FramePiece> result;
     CMTime silence = CMTime::zero();
+    CMTime total = CMTime::zero();
     for (const SoundPiece& piece : pieces) {
-        if (piece.duration < CMTime::zero()) {
-            throw MediaError(MediaError::Cause::outOfRange, "a piece of sound has a negative length");
+        total += piece.duration;
+        if (piece.duration < CMTime::zero() || total > longestSound) {
+            throw MediaError(MediaError::Cause::outOfRange,
+                             "the movie's sound would be shorter than nothing or "
+                             "longer than two days");
         }
         if (piece.kind == SoundPiece::Kind::silence) {
             const CMTime before = silence;

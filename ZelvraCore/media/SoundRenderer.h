@@ -38,7 +38,8 @@ struct SoundFormat {
 class SoundRenderer {
 public:
     /// Throws MediaError: `unreadable` or `corrupt` (the movie), `unsupported` (no sound track, no decoder
-    /// for it), `outOfRange` (a piece whose times are not numeric, negative or beyond 64 bits).
+    /// for it), `outOfRange` (pieces whose times are not numeric, whose length is negative, or that
+    /// last longer than `longestSound`).
     SoundRenderer(const Asset& movie, std::span<const SoundPiece> pieces, std::stop_token stop = {});
     SoundRenderer(SoundRenderer&&) noexcept;
     SoundRenderer& operator=(SoundRenderer&&) noexcept;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 namespace zelvra::passthrough {
@@ -193,7 +194,8 @@ std::optional<std::uint8_t> silentPcmByte(const isobmff::SampleEntry& entry) {
 
 SoundCodec pcmCodec(const isobmff::SampleEntry& entry, const isobmff::Track& track) {
     const std::optional<std::uint8_t> silence = silentPcmByte(entry);
-    if (!silence || !track.uniform || track.uniform.ticks != 1) {
+    constexpr std::uint32_t mostBytes = 1024; // of all channels
+    if (!silence || !track.uniform || track.uniform.ticks != 1 || track.uniform.bytes > mostBytes) {
         throw CannotPassThrough("no silence can be put into sound of the kind " +
                                 isobmff::quotedType(entry.type));
     }
@@ -218,7 +220,10 @@ SoundCodec codecOf(const isobmff::SampleEntry& entry, const isobmff::Track& trac
 
 /// Packets that last longer or shorter than their codec's hide something: band replication, a wrong index.
 void requirePacketsToLast(const SoundCodec& codec, const isobmff::Track& track) {
-    if (codec.sampleRate == 0 || codec.packetFrames == 0) {
+    constexpr std::uint32_t mostPacketFrames = 1u << 16;
+    constexpr std::uint32_t mostTicks = std::numeric_limits<std::int32_t>::max();
+    if (codec.sampleRate == 0 || codec.packetFrames == 0 || codec.packetFrames > mostPacketFrames ||
+        track.timescale > mostTicks) {
         throw CannotPassThrough("it does not say how it is coded");
     }
     if (codec.kind == SoundCodec::Kind::pcm || track.samples.size() < 2) {

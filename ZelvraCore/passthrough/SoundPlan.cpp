@@ -1,6 +1,7 @@
 #include "ZelvraCore/passthrough/SoundPlan.h"
 
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
+#include "ZelvraCore/records/ZVError.h"
 
 #include <algorithm>
 #include <limits>
@@ -82,8 +83,7 @@ public:
             const std::uint64_t sectionEnd = heardUntil(section);
             if (packet < sectionEnd && first_ < sectionEnd) {
                 const std::int64_t start = editStart + atLead(packet, section.shift);
-                plan_.runs.empty() ? fillBefore(start)
-                                   : fillUntil(start, packetLength_.nearest(start - written()));
+                fillGap(start);
                 append({SoundRun::Kind::source, packet, sectionEnd - packet, start,
                         source_.packets.start(sectionEnd) - source_.packets.start(packet)});
                 packet = sectionEnd;
@@ -110,6 +110,10 @@ private:
             }
             position = piece.sourceStart + piece.duration;
             rangeEnd_ = mediaTime(position);
+        }
+        if (total > longestSound) {
+            throw MediaError(MediaError::Cause::outOfRange,
+                             "the movie's sound would be longer than two days");
         }
         duration_ = ticksOf(total, source_.timescale);
     }
@@ -194,6 +198,14 @@ private:
     void fillUntil(std::int64_t time, std::int64_t packets) {
         append(
             {SoundRun::Kind::silence, 0, static_cast<std::uint64_t>(packets), written(), time - written()});
+    }
+
+    void fillGap(std::int64_t end) {
+        if (plan_.runs.empty()) {
+            fillBefore(end);
+        } else {
+            fillUntil(end, packetLength_.nearest(end - written()));
+        }
     }
 
     /// Silent packets from 0 on. What is left over beyond whole packets goes to the very first one, where the

@@ -66,7 +66,7 @@ CMTime soundLead(const SoundSource& source, std::span<const SoundPiece> pieces);
 /// present within the pieces is filled with silent packets.
 ///
 /// Throws CannotPassThrough where the pieces do not follow one another in the source, or times are too great
-/// for the track's ticks.
+/// for the track's ticks; MediaError::outOfRange beyond `longestSound`.
 SoundPlan planSound(const SoundSource& source, std::span<const SoundPiece> pieces, const CMTime& leadIn);
 
 } // namespace zelvra::passthrough

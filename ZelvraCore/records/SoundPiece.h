@@ -14,4 +14,8 @@ struct SoundPiece {
     CMTime duration;
 };
 
+/// No finished movie's sound is longer. What asks for more comes from a damaged index, whose gaps would be
+/// filled with silence for ever.
+inline constexpr CMTime longestSound{48 * 3600, 1};
+
 } // namespace zelvra

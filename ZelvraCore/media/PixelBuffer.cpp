@@ -29,8 +29,9 @@ std::shared_ptr<std::vector<std::uint8_t>> allocate(int width, int height) {
         throw noBuffer(EINVAL);
     }
     try {
-        return std::make_shared<std::vector<std::uint8_t>>(alignedRow(width) *
-                                                           static_cast<std::size_t>(height));
+        // Scalers write whole vectors, also at the end of the last row.
+        return std::make_shared<std::vector<std::uint8_t>>(
+            alignedRow(width) * static_cast<std::size_t>(height) + rowAlignment);
     } catch (const std::exception&) { // more than memory, or than a vector, holds
         throw noBuffer(ENOMEM);
     }

@@ -29,6 +29,10 @@ struct Case {
     VideoCodec codec = VideoCodec::h264;
 };
 
+void PrintTo(const Case& test, std::ostream* stream) {
+    *stream << test.what;
+}
+
 constexpr int freezeFrames = 9;
 
 /// The clips and the job of an export into `folder`.

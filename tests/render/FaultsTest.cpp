@@ -30,7 +30,11 @@ protected:
     Faults() { setenv("TMPDIR", temporary_.path().c_str(), 1); }
     ~Faults() override { unsetenv("TMPDIR"); }
 
-    std::vector<std::string> strays() const { return temporary_.names(); }
+    std::vector<std::string> strays() const {
+        std::vector<std::string> names = temporary_.names();
+        std::erase_if(names, [](const std::string& name) { return !name.starts_with("zv_"); });
+        return names;
+    }
 
     std::string failureOf(const std::filesystem::path& source, const std::filesystem::path& output,
                           const RenderOptions& options = {}) const;

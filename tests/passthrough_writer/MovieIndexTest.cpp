@@ -179,8 +179,8 @@ TEST(MovieIndex, ListsPcmByItsSizeAlone) {
     OutputMovie plan = movieOf(100, 10);
     OutputTrack& sound = plan.tracks[1];
     sound.uniform = {4, 1};
-    for (std::size_t i = 0; i < sound.samples.size(); ++i) {
-        sound.samples[i].bytes.size = 4096; // 1024 moments each
+    for (OutputSample& sample : sound.samples) {
+        sample.bytes.size = 4096; // 1024 moments each
     }
     sound.mediaDuration -= 1;
     const Written result = written(plan);

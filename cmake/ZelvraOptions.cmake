@@ -15,7 +15,9 @@ add_compile_definitions(_FILE_OFFSET_BITS=64 _GNU_SOURCE)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    # Paths are kept out of the keys, so that a second clone and other build folders find what the first one built.
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env CCACHE_NOHASHDIR=1
+                                    "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" "${CCACHE_PROGRAM}")
 endif()
 
 add_library(zelvra_options INTERFACE)

@@ -2,6 +2,8 @@
 
 #include "ZelvraCore/records/CMTime.h"
 
+#include <cstdint>
+
 namespace zelvra {
 
 /// One piece of a finished movie's sound. The pieces of a movie follow one another without a gap: a stretch
@@ -16,6 +18,6 @@ struct SoundPiece {
 
 /// No finished movie's sound is longer. What asks for more comes from a damaged index, whose gaps would be
 /// filled with silence for ever.
-inline constexpr CMTime longestSound{48 * 3600, 1};
+inline constexpr CMTime longestSound{std::int64_t{48} * 3600, 1};
 
 } // namespace zelvra

@@ -160,48 +160,48 @@ INSTANTIATE_TEST_SUITE_P(Source, SoundOf, testing::ValuesIn(sourceKinds()),
                          [](const auto& tested) { return tested.param.name; });
 
 TEST(SoundTrack, EncodesAnewWhatSeveralEditsCutApart) {
-    constexpr int rate = 48000;
+    constexpr std::int64_t rate = 48000;
     const auto source =
         movieFile({.frames = 150, .sound = SoundCodec::aac, .shown = {{{1, 1}, {3, 2}}, {{3, 1}, {1, 1}}}});
-    const std::vector<float> reference = numberedSound(5 * rate, rate);
+    const std::vector<float> reference = numberedSound(5 * rate, int{rate});
     const TemporaryFolder folder;
     const std::vector<SoundPiece> pieces{play({0, 1}, {1, 1}), silence({1, 1}), play({1, 1}, {5, 2})};
     const Export done = exportSound(source, folder / "output.mp4", pieces, {1, 15}, Container::mpeg4);
     EXPECT_TRUE(done.notice);
     const MovieSound sound = readSound(folder / "output.mp4");
     const MovieSound original = readSound(source); // whose second edit begins at a packet there
-    const auto heardAt = [&](const MovieSound& heard, double time, int expected) {
+    const auto heardAt = [&](const MovieSound& heard, double time, std::int64_t expected) {
         return static_cast<double>(
             locateSound(heard.between(time, 0.1), reference, expected, 3000).value().sample);
     };
-    EXPECT_NEAR(heardAt(sound, 0.5, 3 * rate / 2), 1.5 * rate, 1);
-    EXPECT_NEAR(heardAt(sound, 2.2, 11 * rate / 5), 2.2 * rate, 1);
+    EXPECT_NEAR(heardAt(sound, 0.5, 3 * rate / 2), 72'000, 1);
+    EXPECT_NEAR(heardAt(sound, 2.2, 11 * rate / 5), 105'600, 1);
     EXPECT_NEAR(heardAt(sound, 3, 7 * rate / 2), heardAt(original, 2, 7 * rate / 2), 1);
     EXPECT_LT(peak(sound.between(1.03, 0.94)), 0.001);
 }
 
 TEST(SoundTrack, RefusesToFillDaysWithSilence) {
     const Asset source(movieFile({.frames = 60, .sound = SoundCodec::aac}));
-    EXPECT_THROW(SoundTrack(source, std::vector{play({0, 1}, {3600 * 24 * 30, 1})}, Container::mpeg4),
-                 MediaError);
+    EXPECT_THROW(SoundTrack(source, std::vector{play({0, 1}, {2'592'000, 1})}, Container::mpeg4), MediaError);
 }
 
 TEST(SoundTrack, PlaysRightInGStreamer) {
     const TemporaryFolder folder;
-    constexpr int rate = 48000;
+    constexpr std::int64_t rate = 48000;
     const auto source = folder / "source.mov";
-    makeSoundMovie(source, rate, 2, 4, {"-c:a", "aac", "-b:a", "160k"});
-    const std::vector<float> reference = numberedSound(4 * rate, rate);
+    makeSoundMovie(source, int{rate}, 2, 4, {"-c:a", "aac", "-b:a", "160k"});
+    const std::vector<float> reference = numberedSound(4 * rate, int{rate});
     const auto heardAt = [&](const MovieSound& sound, double time, std::int64_t expected) {
         return locateSound(sound.between(time, 0.1), reference, expected, 3000).value().sample;
     };
     for (const auto* decoder : {"avdec_aac", "faad"}) {
         // One of them drops the first packet, of the source as well.
-        const std::int64_t early = heardAt(playInGStreamer(source, decoder, rate), 0.5, rate / 2) - rate / 2;
+        const std::int64_t early =
+            heardAt(playInGStreamer(source, decoder, int{rate}), 0.5, rate / 2) - rate / 2;
         for (const Container container : {Container::quickTime, Container::mpeg4}) {
             const auto output = folder / "output.mov";
-            exportSound(source, output, frozenAtOneSecond(4), {2 * 1001, 30000}, container);
-            const MovieSound sound = playInGStreamer(output, decoder, rate);
+            exportSound(source, output, frozenAtOneSecond(4), {2002, 30000}, container);
+            const MovieSound sound = playInGStreamer(output, decoder, int{rate});
             const std::int64_t afterFreeze = 3 * rate - rate * 1411 / 1000;
             EXPECT_EQ(heardAt(sound, 0.5, rate / 2), rate / 2 + early) << decoder;
             EXPECT_NEAR(static_cast<double>(heardAt(sound, 3, afterFreeze) - early),

@@ -5,6 +5,16 @@
 
 namespace zelvra {
 
+namespace {
+
+/// Asks for the whole movie's duration, which takes all tables, only where the pictures end before.
+bool isInside(const Asset& asset, const CMTime& time) {
+    return time.isNumeric() && time >= CMTime::zero() &&
+           (time < asset.frames().end() || time < asset.duration());
+}
+
+} // namespace
+
 Image extractFrame(const std::filesystem::path& movie, const CMTime& time) {
     return extractFrame(Asset(movie), time);
 }
@@ -14,8 +24,7 @@ Image extractFrame(const Asset& asset, const CMTime& time) {
     if (frames.empty()) {
         throw ZVError::frameExtractionFailed();
     }
-    const bool inside = time.isNumeric() && time >= CMTime::zero() && time < asset.duration();
-    if (!inside) {
+    if (!isInside(asset, time)) {
         throw MediaError(MediaError::Cause::outOfRange,
                          "there is no frame at that time of '" + asset.path().string() + "'");
     }

@@ -13,7 +13,7 @@ namespace zelvra {
 /// - `naturalSize` is that of the decoded picture in square pixels, `displaySize` the same after turning.
 /// - `preferredTransform` is one of the eight turns and mirrors, moved so that the picture's corner is at the
 ///   origin; exactly the identity for an upright movie.
-/// - `duration` is where the longest of its picture and sound tracks ends, edit lists applied.
+/// - `duration` is where the pictures or the longest sound track end, edit lists applied.
 /// - `nominalFrameRate` is the number of pictures shown over the time that they are shown.
 /// - `frameDuration` is the length that its frames really have (see typicalFrameDuration), else one n-th of a
 ///   second by the rate (see frameDurationFromRate).

@@ -95,12 +95,14 @@ VideoFormat readFormat(Demuxer& demuxer) {
     const AVStream& stream = demuxer.stream();
     const Frame picture = firstPicture(demuxer);
     VideoFormat format;
-    format.width = picture != nullptr ? picture->width : stream.codecpar->width;
-    format.height = picture != nullptr ? picture->height : stream.codecpar->height;
-    // What the container says overrules the coded stream, as in players.
+    format.width = stream.codecpar->width;
+    format.height = stream.codecpar->height;
     AVRational aspect = stream.sample_aspect_ratio;
-    if (aspect.num == 0 && picture != nullptr) {
-        aspect = picture->sample_aspect_ratio;
+    if (picture) {
+        format.width = picture->width;
+        format.height = picture->height;
+        // What the container says of the pixels' shape overrules the coded stream, as in players.
+        aspect = aspect.num != 0 ? aspect : picture->sample_aspect_ratio;
     }
     format.pixelAspect = plausibleAspect(aspect.num, aspect.den);
     format.orientation = displayOrientation(stream);
@@ -174,11 +176,16 @@ FrameIndex readFrames(const Asset& asset, const isobmff::Track& track) {
     return {std::move(starts), end, timescale};
 }
 
-CMTime presentationEnd(const isobmff::Movie& movie) {
-    CMTime end = CMTime::zero();
-    for (const isobmff::Track& track : movie.tracks) {
-        if (track.isVideo() || track.isSound()) {
-            end = maximum(end, {isobmff::TrackTimeline(track, movie.timescale).end(), ticksASecond(track)});
+CMTime presentationEnd(const isobmff::Movie& movie, const isobmff::Track& track) {
+    return {isobmff::TrackTimeline(track, movie.timescale).end(), ticksASecond(track)};
+}
+
+/// The end of what plays, the pictures that are shown and all sound.
+CMTime presentationEnd(const Asset& asset) {
+    CMTime end = asset.videoTrack() != nullptr ? asset.frames().end() : CMTime::zero();
+    for (const isobmff::Track& track : asset.movie().tracks) {
+        if (track.isSound()) {
+            end = maximum(end, presentationEnd(asset.movie(), track));
         }
     }
     return end;
@@ -241,10 +248,7 @@ const FrameIndex& Asset::frames() const {
 }
 
 CMTime Asset::duration() const {
-    std::call_once(internals_->durationOnce, [this] {
-        const CMTime end = presentationEnd(movie());
-        internals_->duration = videoTrack() != nullptr ? maximum(end, frames().end()) : end;
-    });
+    std::call_once(internals_->durationOnce, [this] { internals_->duration = presentationEnd(*this); });
     return internals_->duration;
 }
 

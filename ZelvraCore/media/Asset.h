@@ -45,7 +45,7 @@ public:
     /// ZVError::noVideoTrack.
     const FrameIndex& frames() const;
 
-    /// Where the presentation of the last of its picture and sound tracks ends, in that track's ticks.
+    /// Where the presentation of what plays ends, the shown pictures or a sound track, in that track's ticks.
     CMTime duration() const;
 
     /// What the media layer keeps for itself.

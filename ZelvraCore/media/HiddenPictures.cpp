@@ -11,7 +11,7 @@ namespace zelvra {
 namespace {
 
 /// What may stand before a picture's first slice, and its header: parameter sets and messages.
-constexpr std::uint64_t mostBytesBeforeSliceData = 16 * 1024;
+constexpr std::uint64_t mostBytesBeforeSliceData = 16384;
 
 /// The first slice segment; it may be cut short by the end of `sample`. Empty where there is none.
 bitstream::ByteView firstSlice(bitstream::ByteView sample, std::size_t nalLengthSize) {

@@ -37,6 +37,12 @@ bool canSkipUnreferenced(const AVCodecParameters& parameters) {
     }
 }
 
+/// Each picture stands alone, so that a run is one picture.
+bool isIntraOnly(AVCodecID codec) {
+    const AVCodecDescriptor* descriptor = avcodec_descriptor_get(codec);
+    return descriptor != nullptr && (descriptor->props & AV_CODEC_PROP_INTRA_ONLY) != 0;
+}
+
 /// From the configuration record, ISO/IEC 14496-15 clause 5.3.3.1.
 int h264LengthSize(const AVCodecParameters& parameters) {
     constexpr int recordSize = 7;
@@ -60,7 +66,7 @@ PictureDecoder::PictureDecoder(const AVStream& stream, Use use)
     context_->has_b_frames = std::max(context_->has_b_frames, ampleReordering);
     context_->max_pixels = mostPixels;
     context_->thread_count = 0;
-    context_->thread_type = use == Use::run ? FF_THREAD_FRAME : FF_THREAD_SLICE;
+    context_->thread_type = use == Use::run && !isIntraOnly(codec->id) ? FF_THREAD_FRAME : FF_THREAD_SLICE;
     if (use == Use::smallViews) {
         context_->skip_loop_filter = AVDISCARD_ALL;
         context_->skip_frame = AVDISCARD_NONKEY;

@@ -80,7 +80,7 @@ private:
 } // namespace
 
 void makeThumbnails(const Asset& asset, const ThumbnailRequest& request, const ThumbnailReceiver& receive,
-                    std::stop_token stop) {
+                    const std::stop_token& stop) {
     if (request.count < 1 || request.height < 1) {
         return;
     }

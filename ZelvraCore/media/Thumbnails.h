@@ -28,6 +28,6 @@ using ThumbnailReceiver = std::function<void(std::size_t index, const Image& thu
 ///
 /// Blocks; any thread. Throws MediaError, ZVError::noVideoTrack, and what `receive` throws.
 void makeThumbnails(const Asset& asset, const ThumbnailRequest& request, const ThumbnailReceiver& receive,
-                    std::stop_token stop = {});
+                    const std::stop_token& stop = {});
 
 } // namespace zelvra

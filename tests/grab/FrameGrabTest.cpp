@@ -146,7 +146,7 @@ TEST(FrameGrab, TurnsPicturesByAllEightMatrices) {
             setDisplayMatrix(file, transformOf(orientation, {320, 180}));
             file.write(folder / "turned.mov");
             const Image image = extractFrame(folder / "turned.mov", CMTime::zero());
-            const PixelWalk walk(orientation, 320, 180, 320 * 4, 4);
+            const PixelWalk walk(orientation, 320, 180, 1280, 4);
             ASSERT_EQ(image.width(), walk.width);
             ASSERT_EQ(image.height(), walk.height);
             for (int y = 0; y < walk.height; y += 7) {

@@ -17,7 +17,7 @@ TEST(SourceProbe, TellsTheFactsOfAPlainMovie) {
     EXPECT_EQ(info.naturalSize, (Size{320, 180}));
     EXPECT_EQ(info.displaySize, (Size{320, 180}));
     EXPECT_TRUE(info.preferredTransform.isIdentity());
-    EXPECT_EQ(info.duration, CMTime(60 * 1001, 30000));
+    EXPECT_EQ(info.duration, CMTime(60060, 30000));
     EXPECT_FLOAT_EQ(info.nominalFrameRate, 30000 / 1001.0F);
     EXPECT_EQ(info.frameDuration.value, 1001);
     EXPECT_EQ(info.frameDuration.timescale, 30000);

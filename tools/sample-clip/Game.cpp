@@ -408,7 +408,8 @@ double Game::focus(double time) const {
     // The mean of where the ball is going to be: an operator who reads the game.
     double sum = 0;
     double weights = 0;
-    for (double offset = -1.6; offset <= 2.2; offset += 0.1) {
+    for (int tenth = -16; tenth <= 22; ++tenth) {
+        const double offset = tenth * 0.1;
         const double weight = std::exp(-offset * offset / 1.6);
         sum += weight * ball(std::clamp(time + offset, 0.0, clipSeconds)).place.x;
         weights += weight;

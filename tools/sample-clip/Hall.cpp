@@ -64,8 +64,9 @@ void paintPlanks(cairo_t* cr) {
     constexpr double plank = 0.075;
     setColour(cr, {0.62, 0.45, 0.28}); // what shows in the joints
     cairo_paint(cr);
-    int row = 0;
-    for (double y = -apronNear; y < boardY; y += plank, ++row) {
+    const int rows = static_cast<int>((boardY + apronNear) / plank) + 1;
+    for (int row = 0; row < rows; ++row) {
+        const double y = row * plank - apronNear;
         int board = 0;
         for (double x = boardLeft - 2 * chance(row); x < boardRight; ++board) {
             const double size = 0.9 + 1.5 * chance(row, board);
@@ -396,9 +397,9 @@ Hall::Hall() : wide_(5000, 1700, 0, 0.34, 2300) {
     std::vector<std::thread> painters;
     painters.emplace_back([this] { paintGround(); });
     painters.emplace_back([this] {
-        for (int moment = 0; moment < crowdMoments; ++moment) {
-            crowd_.at(static_cast<std::size_t>(moment)) = paintStands(moment, false);
-            crowd_.at(static_cast<std::size_t>(moment + crowdMoments)) = paintStands(moment, true);
+        for (std::size_t moment = 0; moment < crowdMoments; ++moment) {
+            crowd_.at(moment) = paintStands(static_cast<int>(moment), false);
+            crowd_.at(moment + crowdMoments) = paintStands(static_cast<int>(moment), true);
         }
     });
     for (std::thread& painter : painters) {
@@ -471,8 +472,9 @@ Hall::Layer Hall::paintStands(int moment, bool excited) const {
             setColour(cr, shaded({0.08, 0.10, 0.15}, light));
             cairo_fill(cr);
         }
-        int place = 0;
-        for (double y = boardY + back - 0.8; y > -5; y -= 0.58, ++place) {
+        const int seatsAtTheEnds = static_cast<int>((boardY + back + 4.2) / 0.58);
+        for (int place = 0; place < seatsAtTheEnds; ++place) {
+            const double y = boardY + back - 0.8 - 0.58 * place;
             for (const double side : {-1.0, 1.0}) {
                 const int seed = row * 4096 + place * 2 + (side > 0) + 100000;
                 if (chance(seed, 1) < 0.9) {
@@ -482,8 +484,9 @@ Hall::Layer Hall::paintStands(int moment, bool excited) const {
                 }
             }
         }
-        place = 0;
-        for (double x = boardLeft - back + 0.6; x < boardRight + back - 0.5; x += 0.56, ++place) {
+        const int seatsAlong = static_cast<int>((boardRight - boardLeft + 2 * back - 1.1) / 0.56);
+        for (int place = 0; place < seatsAlong; ++place) {
+            const double x = boardLeft - back + 0.6 + 0.56 * place;
             const int seed = row * 4096 + place;
             const bool aisle = std::fmod(x + 40, 9.0) < 0.9;
             if (!aisle && chance(seed, 1) < 0.93) {

@@ -20,7 +20,7 @@ public:
     void paint(std::uint32_t* frame, const Camera& camera, double time, double excitement) const;
 
 private:
-    static constexpr int crowdMoments = 4;
+    static constexpr std::size_t crowdMoments = 4;
 
     struct Layer {
         int width = 0, height = 0;

@@ -71,11 +71,11 @@ public:
     /// Soles that squeak when somebody changes his direction.
     void shoes() {
         for (int player = 0; player < playerCount; ++player) {
-            for (double time = 0.3; time < clipSeconds; time += 0.11) {
+            for (int seed = 30; seed < static_cast<int>(clipSeconds * 100); seed += 11) {
+                const double time = seed / 100.0;
                 const Vec before = game_.player(player, time - 0.1).velocity;
                 const Vec after = game_.player(player, time + 0.1).velocity;
                 const double turn = length(after - before);
-                const int seed = static_cast<int>(time * 100);
                 if (turn > 1.3 && chance(player, seed) < 0.35) {
                     squeak(time, game_.player(player, time).place, 1900 + 1500 * chance(player, seed, 1));
                 }

@@ -38,8 +38,8 @@ void requireOrder(const TrackTimeline& timeline) {
 
 } // namespace
 
-/// Any bytes as a movie file: read, put on their timelines, their entries looked into. Only MediaError may come
-/// out of it.
+/// Any bytes as a movie file: read, put on their timelines, their entries looked into. Only MediaError may
+/// come out of it.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {
         const MemoryByteSource source({data, data + size});

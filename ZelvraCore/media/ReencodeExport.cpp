@@ -4,6 +4,7 @@
 #include "ZelvraCore/media/AssetInternals.h"
 #include "ZelvraCore/media/BoundedQueue.h"
 #include "ZelvraCore/media/PictureFitter.h"
+#include "ZelvraCore/media/RateFactor.h"
 #include "ZelvraCore/media/SequentialReader.h"
 #include "ZelvraCore/media/SoundEncoder.h"
 #include "ZelvraCore/media/VideoEncoder.h"
@@ -13,6 +14,7 @@
 #include <array>
 #include <exception>
 #include <limits>
+#include <malloc.h>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -41,15 +43,40 @@ public:
           demuxer_(takeDemuxer(source)),
           reader_(*demuxer_),
           fitter_(reader_.pictureAt(ticksOf(firstIndex())), source.videoFormat().orientation,
-                  source.videoFormat().pixelAspect, job.codec) {
-        thread_ = std::jthread([this] { decodeAll(); });
-    }
+                  source.videoFormat().pixelAspect, job.codec) {}
     PictureStream(const PictureStream&) = delete;
     PictureStream& operator=(const PictureStream&) = delete;
     ~PictureStream() { queue_.close(); }
 
     const EncoderPicture& form() const { return fitter_.form(); }
     const AVDictionary* metadata() const { return demuxer_->metadata(); }
+
+    /// A few source pictures in a row from some places, to see how hard they are to encode.
+    std::vector<Frame> samples() const {
+        constexpr std::size_t places = 3;
+        constexpr std::size_t inARow = 4;
+        std::vector<std::size_t> moving;
+        for (const PictureSchedule::Run& run : schedule_.runs) {
+            if (!run.frozen) {
+                moving.push_back(run.index);
+            }
+        }
+        std::vector<Frame> result;
+        for (std::size_t place = 1; place <= places; ++place) {
+            const auto demuxer = takeDemuxer(source_);
+            SequentialReader reader(*demuxer);
+            const std::size_t first = moving.size() * place / (places + 1);
+            for (std::size_t i = first; i < std::min(first + inARow, moving.size()); ++i) {
+                result.push_back(middleOf(*fitter_.fit(reader.pictureAt(ticksOf(moving[i])))));
+            }
+        }
+        return result;
+    }
+
+    /// Begins to decode ahead.
+    void start() {
+        thread_ = std::jthread([this] { decodeAll(); });
+    }
 
     /// One picture for each of the schedule's runs, then nothing. Throws what went wrong in decoding.
     Frame next() {
@@ -65,7 +92,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t picturesAhead = 6;
+    static constexpr std::size_t picturesAhead = 2;
 
     /// A source picture that tells what the others are like.
     std::size_t firstIndex() const {
@@ -169,7 +196,9 @@ public:
         : job_(job),
           schedule_(schedulePictures(job.composition, source.frames(), source.duration())),
           pictures_(source, job, schedule_),
-          encoder_(job.codec, pictures_.form(), job.composition.frameDuration),
+          encoder_(
+              job.codec, pictures_.form(), job.composition.frameDuration,
+              rateFactorFor(job.codec, pictures_.form(), job.composition.frameDuration, pictures_.samples())),
           file_(job.output),
           writer_(file_.temporaryPath(), writerOptions()) {
         const EncoderPicture& form = pictures_.form();
@@ -189,6 +218,8 @@ public:
     }
 
     void run() {
+        malloc_trim(0); // gives back what choosing the quality took, before the encoder fills up
+        pictures_.start();
         for (const PictureSchedule::Run& run : schedule_.runs) {
             const Frame picture = pictures_.next();
             throwIfStopped(job_.stop);

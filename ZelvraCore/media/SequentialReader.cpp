@@ -4,6 +4,16 @@
 
 namespace zelvra::ffmpeg {
 
+namespace {
+
+/// The container's own word. (The library's best effort goes over to decode times for good as soon as one
+/// picture is out of order.)
+std::int64_t timeOf(const AVFrame& picture) {
+    return picture.pts != AV_NOPTS_VALUE ? picture.pts : picture.best_effort_timestamp;
+}
+
+} // namespace
+
 void SequentialReader::start(std::int64_t time) {
     decoder_ = std::make_unique<PictureDecoder>(demuxer_.stream(), PictureDecoder::Use::run);
     constexpr int mostSteps = 8; // an encoder that never recovers within so many groups is not waited for
@@ -48,12 +58,12 @@ const AVFrame& SequentialReader::pictureAt(std::int64_t time) {
     if (!decoder_) {
         start(time);
     }
-    const auto isReached = [&] { return current_ != nullptr && current_->best_effort_timestamp >= time; };
+    const auto isReached = [&] { return current_ != nullptr && timeOf(*current_) >= time; };
     while (!isReached() && (next_ != nullptr || decodeNext())) {
-        if (current_ != nullptr && next_->best_effort_timestamp > time) {
+        if (current_ != nullptr && timeOf(*next_) > time) {
             break; // the wanted one did not come out
         }
-        current_ = std::move(next_);
+        current_ = std::exchange(next_, nullptr);
     }
     if (current_ == nullptr) {
         throw MediaError(MediaError::Cause::corrupt, "the movie's pictures cannot be decoded");

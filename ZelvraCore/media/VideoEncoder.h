@@ -12,8 +12,8 @@
 
 namespace zelvra::ffmpeg {
 
-/// Encodes a movie at high quality: next to no difference is left to see (luma SSIM of 0.99 and more against
-/// what goes in), at a speed that an export can wait for. Groups of pictures are closed and two seconds long.
+/// Encodes a movie at a constant quality, at a speed that an export can wait for. Groups of pictures are
+/// closed and two seconds long.
 ///
 /// The encoder counts pictures and knows nothing of their times, so that variable rates cost it nothing; the
 /// caller keeps the times. One thread at a time; the encoder runs threads of its own. Throws MediaError.
@@ -26,8 +26,9 @@ public:
         bool sync = false;
     };
 
-    /// `frameDuration` is the usual one: what rate control goes by.
-    VideoEncoder(VideoCodec codec, const EncoderPicture& form, const CMTime& frameDuration);
+    /// `frameDuration` is the usual one: what rate control goes by. See RateFactor.h for `rateFactor`.
+    VideoEncoder(VideoCodec codec, const EncoderPicture& form, const CMTime& frameDuration,
+                 double rateFactor);
 
     /// In the byte stream format.
     std::span<const std::uint8_t> parameterSets() const;

@@ -22,9 +22,9 @@ struct Run {
 };
 
 /// Shorter runs go through memory, many to a write: a call into the kernel for each would cost more.
-constexpr std::uint64_t leastKernelCopy = std::uint64_t{256} << 10;
+constexpr std::uint64_t leastKernelCopy = std::uint64_t{32} << 10;
 /// Memory for runs that go through it.
-constexpr std::size_t bufferBytes = std::size_t{4} << 20;
+constexpr std::size_t bufferBytes = std::size_t{256} << 10;
 /// So many bytes are copied before progress is told and a stop is looked for.
 constexpr std::uint64_t stepBytes = std::uint64_t{16} << 20;
 /// The disk starts on what was written so far while the copy goes on, so that the final flush finds little.

@@ -1,0 +1,25 @@
+// Grabs one frame of a movie, as a script would:
+//     frame-grab MOVIE SECONDS-INTO-IT
+// No picture is written, so that what is timed is the grab and not the compression of a PNG.
+
+#include "ZelvraCore/FrameGrab.h"
+
+#include <exception>
+#include <iostream>
+#include <string>
+
+int main(int argc, char** argv) {
+    using namespace zelvra;
+    if (argc != 3) {
+        std::cerr << "usage: frame-grab MOVIE SECONDS-INTO-IT\n";
+        return 2;
+    }
+    try {
+        const Image frame = extractFrame(argv[1], CMTime::fromSeconds(std::stod(argv[2]), 90000));
+        std::cout << frame.width() << 'x' << frame.height() << '\n';
+        return 0;
+    } catch (const std::exception& e) {
+        std::cerr << e.what() << '\n';
+        return 1;
+    }
+}

@@ -41,6 +41,8 @@ public:
     const std::filesystem::path& file() const { return file_; }
     const std::vector<std::string>& notices() const { return notices_; }
     const std::vector<Highlight>& highlights() const { return highlights_; }
+    /// Each frame of the output, freezes frame by frame; times count from the start of what is shown.
+    const std::vector<ExpectedFrame>& expected() const { return expected_; }
 
     /// Every picture in motion is there once at its time, and freezes have their picture from their first
     /// frame to their last; nothing else is shown.
@@ -61,7 +63,7 @@ private:
     std::filesystem::path file_;
     std::vector<std::string> notices_;
     std::vector<Highlight> highlights_;
-    std::vector<ExpectedFrame> expected_; ///< each frame of the output, freezes frame by frame
+    std::vector<ExpectedFrame> expected_;
     double duration_ = 0;
 };
 

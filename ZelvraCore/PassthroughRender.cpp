@@ -4,9 +4,10 @@
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/passthrough/ContainerForms.h"
+#include "ZelvraCore/passthrough/H264SpliceTrack.h"
+#include "ZelvraCore/passthrough/HevcSpliceTrack.h"
 #include "ZelvraCore/passthrough/MovieFileWriter.h"
 #include "ZelvraCore/passthrough/SourceVideo.h"
-#include "ZelvraCore/passthrough/SpliceTrack.h"
 #include "ZelvraCore/passthrough/SpoolStore.h"
 #include "ZelvraCore/passthrough/StillTrack.h"
 #include "ZelvraCore/records/ZVError.h"
@@ -23,12 +24,20 @@ using passthrough::VideoCut;
 /// Stores that the movie's samples lie in.
 constexpr std::uint32_t spoolStore = 1;
 
-std::unique_ptr<passthrough::VideoTrackBuilder> builderFor(VideoCodec codec,
-                                                           const passthrough::SourceVideo& source) {
+using Builder = std::unique_ptr<passthrough::VideoTrackBuilder>;
+
+template <class Track>
+Builder makeBuilder(const passthrough::SourceVideo& source) {
+    return std::make_unique<Track>(source);
+}
+
+/// The ways to put freezes into a coded stream, the best one first. Each throws CannotPassThrough where it
+/// will not do; where none does the movie is re-encoded.
+std::vector<Builder (*)(const passthrough::SourceVideo&)> waysFor(VideoCodec codec) {
     if (codec == VideoCodec::hevc) {
-        return std::make_unique<passthrough::SpliceTrack>(source);
+        return {makeBuilder<passthrough::HevcSpliceTrack>};
     }
-    return std::make_unique<passthrough::StillTrack>(source);
+    return {makeBuilder<passthrough::StillTrack>, makeBuilder<passthrough::H264SpliceTrack>};
 }
 
 const isobmff::ShownPiece& solePiece(const isobmff::TrackTimeline& timeline) {
@@ -61,13 +70,11 @@ public:
     Pictures(const Asset& source, const SourceInfo& info, const RenderPlan& plan)
         : video_{source.bytes(), *source.videoTrack()},
           timeline_(video_.track, source.movie().timescale),
-          piece_(solePiece(timeline_)),
-          builder_(builderFor(plan.freezeCodec, video_)) {
+          piece_(solePiece(timeline_)) {
         if (video_.track.isEncrypted()) {
             throw MediaError(MediaError::Cause::unsupported, "the movie is encrypted");
         }
-        cut(info, plan);
-        plan_ = &builder_->plan(cut_);
+        planBestWay(info, plan);
     }
 
     passthrough::VideoTrackBuilder& builder() { return *builder_; }
@@ -107,6 +114,22 @@ public:
     }
 
 private:
+    /// The reason that is told where no way will do is the last one's, which asks for least.
+    void planBestWay(const SourceInfo& info, const RenderPlan& plan) {
+        const auto ways = waysFor(plan.freezeCodec);
+        for (auto way = ways.begin(); plan_ == nullptr; ++way) {
+            try {
+                builder_ = (*way)(video_);
+                cut(info, plan);
+                plan_ = &builder_->plan(cut_);
+            } catch (const CannotPassThrough&) {
+                if (std::next(way) == ways.end()) {
+                    throw;
+                }
+            }
+        }
+    }
+
     void cut(const SourceInfo& info, const RenderPlan& plan) {
         const passthrough::SourcePictures& pictures = builder_->pictures();
         const passthrough::VisiblePictures visible{

@@ -3,6 +3,7 @@
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <numeric>
 
@@ -58,6 +59,22 @@ std::int64_t FreezeClock::atFrame(std::int64_t frame) const {
 std::int64_t FreezeClock::totalUpTo(std::uint32_t rank) const {
     const auto after = std::ranges::upper_bound(cut_.freezes, rank, {}, &VideoCut::Freeze::position);
     return starts_[static_cast<std::size_t>(after - cut_.freezes.begin())];
+}
+
+std::vector<std::int64_t> stillFrames(std::int64_t frames, const CMTime& frameDuration) {
+    constexpr std::int64_t dense = 8;
+    const auto half = std::max<std::int64_t>(1, std::llround(0.5 / frameDuration.seconds()));
+    std::vector<std::int64_t> result;
+    for (std::int64_t frame = 0; frame < std::min(dense, frames); ++frame) {
+        result.push_back(frame);
+    }
+    for (std::int64_t frame = (dense + half - 1) / half * half; frame < frames; frame += half) {
+        result.push_back(frame);
+    }
+    if (result.back() != frames - 1) {
+        result.push_back(frames - 1);
+    }
+    return result;
 }
 
 } // namespace zelvra::passthrough

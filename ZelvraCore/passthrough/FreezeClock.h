@@ -32,4 +32,9 @@ private:
     std::vector<std::int64_t> starts_; ///< running sum of the lengths
 };
 
+/// Frames of a freeze at which its still is repeated, from 0: the first ones feed decoders that give a
+/// picture out only after several more came in; one each half second and the last make every seek into the
+/// freeze land on it.
+std::vector<std::int64_t> stillFrames(std::int64_t frames, const CMTime& frameDuration);
+
 } // namespace zelvra::passthrough

@@ -35,9 +35,10 @@ std::uint32_t SourcePictures::rankAfter(std::int64_t time) const {
     return static_cast<std::uint32_t>(after - order_.begin());
 }
 
-std::uint32_t SourcePictures::syncBefore(std::uint32_t index) const {
+std::uint32_t SourcePictures::syncBefore(std::uint32_t index,
+                                         const std::function<bool(std::uint32_t)>& suits) const {
     for (std::uint32_t i = index + 1; i-- > 0;) {
-        if (samples_[i].sync && presentationTime(i) <= presentationTime(index)) {
+        if (samples_[i].sync && presentationTime(i) <= presentationTime(index) && (!suits || suits(i))) {
             return i;
         }
     }

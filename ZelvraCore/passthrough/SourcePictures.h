@@ -3,6 +3,7 @@
 #include "ZelvraCore/isobmff/Movie.h"
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -34,8 +35,9 @@ public:
     std::uint32_t rankAfter(std::int64_t time) const;
 
     /// The sync sample to decode from so that the picture at `index` comes out: the last one that is neither
-    /// decoded nor shown after it. Throws CannotPassThrough where there is none.
-    std::uint32_t syncBefore(std::uint32_t index) const;
+    /// decoded nor shown after it, of those that `suits` approves. Throws CannotPassThrough where there is
+    /// none.
+    std::uint32_t syncBefore(std::uint32_t index, const std::function<bool(std::uint32_t)>& suits = {}) const;
 
 private:
     std::span<const isobmff::Sample> samples_;

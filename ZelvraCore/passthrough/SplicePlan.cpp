@@ -4,6 +4,8 @@
 #include "ZelvraCore/passthrough/FreezeClock.h"
 
 #include <algorithm>
+#include <limits>
+#include <numeric>
 
 namespace zelvra::passthrough {
 
@@ -12,6 +14,10 @@ namespace {
 using Kind = PlannedSample::Kind;
 
 constexpr std::int64_t longestRunSeconds = 20;
+/// Hidden pictures that are given out all the same take this part of a frame, too little to be caught.
+constexpr std::int64_t briefShare = 16;
+/// One could be held back until the next picture comes.
+constexpr std::uint32_t copiesBeforeRun = 2;
 
 /// A stretch of the source between two cuts, with what must be decoded around it.
 struct SourcePiece {
@@ -28,8 +34,8 @@ struct SourcePiece {
 class SplicePlanner {
 public:
     SplicePlanner(const SourcePictures& pictures, std::uint32_t timescale, const VideoCut& cut,
-                  const IsDisposable& isDisposable)
-        : pictures_(pictures), timescale_(timescale), cut_(cut), isDisposable_(isDisposable) {}
+                  const SpliceRules& rules)
+        : pictures_(pictures), timescale_(timescale), cut_(cut), rules_(rules) {}
 
     SamplePlan plan() {
         gatherPieces();
@@ -38,17 +44,20 @@ public:
         plan_.timescaleFactor = clock.factor();
         for (std::size_t k = 0; k <= cut_.freezes.size(); ++k) {
             if (const SourcePiece& piece = pieces_[k]; piece.firstRank < piece.endRank) {
-                emitSource(piece, clock.totalBefore(k), k == 0);
+                emitSource(k, clock.totalBefore(k));
             }
             if (k < cut_.freezes.size()) {
                 emitFreeze(k, clock);
             }
         }
+        emitLeadOut();
         finish(clock);
         return std::move(plan_);
     }
 
 private:
+    bool brief() const { return rules_.hiding == Hiding::brief; }
+
     std::int64_t scaled(std::int64_t mediaTime) const {
         return (mediaTime - cut_.start) * static_cast<std::int64_t>(plan_.timescaleFactor);
     }
@@ -68,7 +77,7 @@ private:
         if (firstRank == endRank) {
             return piece;
         }
-        const std::uint32_t head = pictures_.syncBefore(pictures_.indexAt(firstRank));
+        const std::uint32_t head = pictures_.syncBefore(pictures_.indexAt(firstRank), rules_.canResumeAt);
         std::uint32_t last = head;
         for (std::uint32_t rank = firstRank; rank < endRank; ++rank) {
             if (pictures_.indexAt(rank) < head) {
@@ -77,10 +86,11 @@ private:
             last = std::max(last, pictures_.indexAt(rank));
         }
         for (std::uint32_t i = head; i <= last; ++i) {
-            // Leading pictures refer to the group before, which is not decoded again.
-            const bool leads = pictures_.presentationTime(i) < pictures_.presentationTime(head);
+            // Leading pictures refer to the group before, which is not decoded again. H.264 resumes at IDR
+            // pictures, behind which there are none.
+            const bool leads = !brief() && pictures_.presentationTime(i) < pictures_.presentationTime(head);
             const bool shown = piece.shows(pictures_.rankOf(i));
-            if (shown || (!leads && !isDisposable_(i))) {
+            if (shown || (!leads && !rules_.isDisposable(i))) {
                 piece.indexes.push_back(i);
                 piece.hiddenBefore += pictures_.rankOf(i) < firstRank ? 1 : 0;
                 piece.hiddenAfter += pictures_.rankOf(i) >= endRank ? 1 : 0;
@@ -108,15 +118,38 @@ private:
         }
     }
 
-    /// Hidden pictures take a tick each, and all of a piece's together less than a frame.
+    /// Samples that are hidden in front of a piece's pictures, copies of a still included.
+    std::size_t hiddenBefore(const SourcePiece& piece) const {
+        return piece.hiddenBefore + (brief() && piece.hiddenBefore > 0 ? copiesBeforeRun : 0);
+    }
+
+    /// The source's ticks that the last picture of a piece is shown for.
+    std::int64_t lastFrame(const SourcePiece& piece) const {
+        const std::uint32_t rank = piece.endRank - 1;
+        return cut_.momentOf(piece.endRank, pictures_) - cut_.momentOf(rank, pictures_);
+    }
+
+    /// Hidden pictures take a tick each; all that stand before a piece fit into the last frame of the freeze
+    /// there, all behind it into its last picture's time, or into a small part of either.
     std::uint32_t factorForHidden() const {
-        std::size_t most = 0;
+        const std::int64_t freezeFrame =
+            cut_.frameDuration.converted(static_cast<std::int32_t>(timescale_), Rounding::down).value;
+        std::int64_t factor = 1;
+        const auto makeRoom = [&factor, this](std::size_t hidden, std::int64_t ticks) {
+            const std::int64_t needed = (static_cast<std::int64_t>(hidden) + 2) * (brief() ? briefShare : 1);
+            ticks = std::max<std::int64_t>(ticks, 1);
+            factor = std::max(factor, (needed + ticks - 1) / ticks);
+        };
         for (std::size_t k = 0; k < pieces_.size(); ++k) {
-            most = std::max({most, k > 0 ? pieces_[k].hiddenBefore : 0, pieces_[k].hiddenAfter});
+            if (k > 0 || brief()) {
+                makeRoom(hiddenBefore(pieces_[k]), freezeFrame);
+            }
+            if (pieces_[k].hiddenAfter > 0) {
+                makeRoom(pieces_[k].hiddenAfter, std::min(freezeFrame, lastFrame(pieces_[k])));
+            }
         }
-        const std::int64_t frame = std::max<std::int64_t>(
-            cut_.frameDuration.converted(static_cast<std::int32_t>(timescale_), Rounding::down).value, 1);
-        return static_cast<std::uint32_t>((static_cast<std::int64_t>(most + 2) + frame - 1) / frame);
+        return static_cast<std::uint32_t>(
+            std::min<std::int64_t>(factor, std::numeric_limits<std::int32_t>::max()));
     }
 
     /// What a hidden picture at the range's start lasts: nobody sees it, and nothing presses.
@@ -126,35 +159,53 @@ private:
         return std::max<std::int64_t>(frame, 1) * plan_.timescaleFactor;
     }
 
-    void emitSource(const SourcePiece& piece, std::int64_t frozenBefore, bool firstPiece) {
-        const std::int64_t start = scaled(cut_.momentOf(piece.firstRank, pictures_)) + frozenBefore;
-        const std::int64_t end = scaled(cut_.momentOf(piece.endRank, pictures_)) + frozenBefore;
-        const std::int64_t tickBefore = firstPiece ? naturalFrame(piece) : 1;
+    void emitSource(std::size_t pieceNumber, std::int64_t frozenBefore) {
+        const SourcePiece& piece = pieces_[pieceNumber];
+        const std::int64_t tickBefore = pieceNumber == 0 && !brief() ? naturalFrame(piece) : 1;
         const std::size_t base = plan_.samples.size();
+        emitCopies(pieceNumber);
         std::size_t firstShown = 0;
         std::uint32_t nextShownRank = piece.firstRank;
-        for (std::size_t k = 0; k < piece.indexes.size(); ++k) {
+        for (const std::uint32_t index : piece.indexes) {
             PlannedSample sample;
-            sample.index = piece.indexes[k];
-            sample.shown = piece.shows(pictures_.rankOf(sample.index));
-            sample.sync = sample.shown && pictures_.sample(sample.index).sync;
-            sample.startsRun = k == 0;
-            sample.presentationTime = sample.shown ? shownTime(piece, sample.index, frozenBefore) : 0;
+            sample.index = index;
+            sample.shown = piece.shows(pictures_.rankOf(index));
+            sample.sync = sample.shown && pictures_.sample(index).sync;
+            sample.startsRun = index == piece.indexes.front();
+            sample.presentationTime = sample.shown ? shownTime(piece, index, frozenBefore) : 0;
             if (sample.shown) {
                 // In decode order the n-th picture decodes when the n-th is shown: monotonous, and evenly
                 // spaced.
                 sample.decodeTime = shownTime(piece, pictures_.indexAt(nextShownRank), frozenBefore);
-                firstShown = nextShownRank == piece.firstRank ? k : firstShown;
+                firstShown = nextShownRank == piece.firstRank ? plan_.samples.size() : firstShown;
                 ++nextShownRank;
             } else if (nextShownRank > piece.firstRank) {
                 sample.decodeTime = plan_.samples.back().decodeTime + 1;
             }
             plan_.samples.push_back(sample);
         }
-        for (std::size_t k = firstShown; k-- > 0;) {
-            plan_.samples[base + k].decodeTime = plan_.samples[base + k + 1].decodeTime - tickBefore;
+        for (std::size_t k = firstShown; k-- > base;) {
+            plan_.samples[k].decodeTime = plan_.samples[k + 1].decodeTime - tickBefore;
         }
-        presentHidden(piece, base, start, end, tickBefore);
+        presentHidden(pieceNumber, base, frozenBefore, tickBefore);
+    }
+
+    /// Copies of the still that is on screen before a hidden run; of the first shown picture at the very
+    /// start.
+    void emitCopies(std::size_t pieceNumber) {
+        if (!brief() || pieces_[pieceNumber].hiddenBefore == 0) {
+            return;
+        }
+        const std::uint32_t parts =
+            pieceNumber == 0 ? 0 : static_cast<std::uint32_t>(framesOf(pieceNumber - 1).size());
+        for (std::uint32_t copy = 0; copy < copiesBeforeRun; ++copy) {
+            PlannedSample still;
+            still.kind = pieceNumber == 0 ? Kind::leadIn : Kind::freeze;
+            still.shown = false;
+            still.index = pieceNumber == 0 ? 0 : static_cast<std::uint32_t>(pieceNumber - 1);
+            still.part = parts + copy;
+            plan_.samples.push_back(still);
+        }
     }
 
     std::int64_t shownTime(const SourcePiece& piece, std::uint32_t index, std::int64_t frozenBefore) const {
@@ -165,38 +216,73 @@ private:
     }
 
     /// Hidden pictures keep their order: those of before right ahead of the piece, those of after at its very
-    /// end.
-    void presentHidden(const SourcePiece& piece, std::size_t base, std::int64_t start, std::int64_t end,
+    /// end; behind it where nothing else comes and they would be seen.
+    void presentHidden(std::size_t pieceNumber, std::size_t base, std::int64_t frozenBefore,
                        std::int64_t tickBefore) {
+        const SourcePiece& piece = pieces_[pieceNumber];
+        const std::int64_t start = scaled(cut_.momentOf(piece.firstRank, pictures_)) + frozenBefore;
+        const std::int64_t end = scaled(cut_.momentOf(piece.endRank, pictures_)) + frozenBefore;
+        const bool behindTheEnd =
+            brief() && piece.endRank == cut_.endRank && pieceNumber + 1 == pieces_.size();
         std::vector<std::size_t> hidden;
-        for (std::size_t k = 0; k < piece.indexes.size(); ++k) {
-            if (!plan_.samples[base + k].shown) {
-                hidden.push_back(base + k);
+        for (std::size_t k = base; k < plan_.samples.size(); ++k) {
+            if (!plan_.samples[k].shown) {
+                hidden.push_back(k);
             }
         }
-        std::ranges::sort(hidden, {},
-                          [&](std::size_t s) { return pictures_.rankOf(plan_.samples[s].index); });
-        for (std::size_t k = 0; k < hidden.size(); ++k) {
-            const auto place = static_cast<std::int64_t>(k);
-            const auto before = static_cast<std::int64_t>(piece.hiddenBefore);
-            plan_.samples[hidden[k]].presentationTime =
-                place < before ? start - (before - place) * tickBefore
-                               : end - (static_cast<std::int64_t>(hidden.size()) - place);
+        std::ranges::stable_sort(hidden, {}, [&](std::size_t k) {
+            const PlannedSample& sample = plan_.samples[k];
+            return sample.kind == Kind::source ? std::int64_t{pictures_.rankOf(sample.index)} : -1;
+        });
+        const auto before = static_cast<std::int64_t>(hiddenBefore(piece));
+        const auto count = static_cast<std::int64_t>(hidden.size());
+        for (std::int64_t place = 0; place < count; ++place) {
+            const std::int64_t after = behindTheEnd ? end + place - before : end - (count - place);
+            plan_.samples[hidden[static_cast<std::size_t>(place)]].presentationTime =
+                place < before ? start - (before - place) * tickBefore : after;
         }
+    }
+
+    /// Frames of a freeze that are stored.
+    std::vector<std::int64_t> framesOf(std::size_t freeze) const {
+        const std::int64_t count = cut_.freezes[freeze].frames;
+        if (brief()) {
+            return stillFrames(count, cut_.frameDuration);
+        }
+        std::vector<std::int64_t> frames(static_cast<std::size_t>(count));
+        std::iota(frames.begin(), frames.end(), std::int64_t{0});
+        return frames;
     }
 
     void emitFreeze(std::size_t freeze, const FreezeClock& clock) {
         const std::int64_t start =
             scaled(cut_.momentOf(cut_.freezes[freeze].position, pictures_)) + clock.totalBefore(freeze);
-        for (std::int64_t frame = 0; frame < cut_.freezes[freeze].frames; ++frame) {
+        std::uint32_t part = 0;
+        for (const std::int64_t frame : framesOf(freeze)) {
             PlannedSample sample;
             sample.kind = Kind::freeze;
-            sample.sync = frame == 0;
+            sample.sync = frame == 0 || brief();
             sample.index = static_cast<std::uint32_t>(freeze);
-            sample.part = static_cast<std::uint32_t>(frame);
+            sample.part = part++;
             sample.decodeTime = sample.presentationTime = start + clock.atFrame(frame);
             plan_.samples.push_back(sample);
         }
+    }
+
+    /// References that follow the end are decoded, and a player that ignores edits would rest on the last of
+    /// them.
+    void emitLeadOut() {
+        if (!brief() || pieces_.back().hiddenAfter == 0) {
+            return;
+        }
+        PlannedSample still;
+        still.kind = Kind::leadOut;
+        still.shown = false;
+        still.decodeTime = plan_.samples.back().decodeTime + 1;
+        for (const PlannedSample& sample : plan_.samples) {
+            still.presentationTime = std::max(still.presentationTime, sample.presentationTime + 1);
+        }
+        plan_.samples.push_back(still);
     }
 
     /// Delays the presentation so that nothing is shown before it is decoded, and starts decoding at 0.
@@ -225,7 +311,7 @@ private:
     const SourcePictures& pictures_;
     const std::uint32_t timescale_;
     const VideoCut& cut_;
-    const IsDisposable& isDisposable_;
+    const SpliceRules& rules_;
     std::vector<SourcePiece> pieces_;
     SamplePlan plan_;
 };
@@ -233,8 +319,8 @@ private:
 } // namespace
 
 SamplePlan planSplice(const SourcePictures& pictures, std::uint32_t timescale, const VideoCut& cut,
-                      const IsDisposable& isDisposable) {
-    return SplicePlanner(pictures, timescale, cut, isDisposable).plan();
+                      const SpliceRules& rules) {
+    return SplicePlanner(pictures, timescale, cut, rules).plan();
 }
 
 } // namespace zelvra::passthrough

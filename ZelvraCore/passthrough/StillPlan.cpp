@@ -4,7 +4,6 @@
 #include "ZelvraCore/passthrough/FreezeClock.h"
 
 #include <algorithm>
-#include <cmath>
 #include <set>
 
 namespace zelvra::passthrough {
@@ -328,22 +327,6 @@ private:
 };
 
 } // namespace
-
-std::vector<std::int64_t> stillFrames(std::int64_t frames, const CMTime& frameDuration) {
-    constexpr std::int64_t dense = 8;
-    const auto half = std::max<std::int64_t>(1, std::llround(0.5 / frameDuration.seconds()));
-    std::vector<std::int64_t> result;
-    for (std::int64_t frame = 0; frame < std::min(dense, frames); ++frame) {
-        result.push_back(frame);
-    }
-    for (std::int64_t frame = (dense + half - 1) / half * half; frame < frames; frame += half) {
-        result.push_back(frame);
-    }
-    if (result.back() != frames - 1) {
-        result.push_back(frames - 1);
-    }
-    return result;
-}
 
 StillPlan planStills(const SourcePictures& pictures, std::uint32_t timescale, const VideoCut& cut,
                      const TraitsOf& traitsOf) {

@@ -49,9 +49,4 @@ using TraitsOf = std::function<PictureTraits(std::uint32_t index)>;
 StillPlan planStills(const SourcePictures& pictures, std::uint32_t timescale, const VideoCut& cut,
                      const TraitsOf& traitsOf);
 
-/// Frames of a freeze at which its still is repeated, from 0: the first ones feed decoders that give a
-/// picture out only after several more came in; one each half second and the last make every seek into the
-/// freeze land on it.
-std::vector<std::int64_t> stillFrames(std::int64_t frames, const CMTime& frameDuration);
-
 } // namespace zelvra::passthrough

@@ -45,8 +45,9 @@ public:
     TraitsOf traits() const {
         return [this](std::uint32_t i) { return PictureTraits{types_[i] == 'I', types_[i] != 'b'}; };
     }
-    IsDisposable disposable() const {
-        return [this](std::uint32_t i) { return types_[i] == 'b'; };
+    SpliceRules rules(Hiding hiding) const {
+        return {hiding, [this](std::uint32_t i) { return types_[i] == 'b'; },
+                [this, hiding](std::uint32_t i) { return hiding == Hiding::neverShown || types_[i] == 'I'; }};
     }
 
     std::vector<isobmff::Sample> samples;
@@ -88,18 +89,25 @@ std::multimap<std::int64_t, std::string> shown(const SamplePlan& plan, const Sou
                                      ? "S" + std::to_string(pictures.rankOf(sample.index))
                                      : "F" + std::to_string(sample.index));
         } else {
-            EXPECT_TRUE(time < 0 || time >= plan.editDuration || sample.kind == Kind::source)
+            EXPECT_TRUE(time < 0 || time >= plan.editDuration || sample.kind == Kind::source ||
+                        sample.kind == Kind::freeze)
                 << "hidden, yet within";
         }
     }
     return result;
 }
 
+enum class Layout {
+    stills,        ///< among the source's samples, which stay as they are
+    clips,         ///< spliced in frame by frame
+    splicedStills, ///< spliced in, where some frames stand for those up to the next
+};
+
 /// Laws of every plan: decode times start at 0 and increase, nothing is presented before it is decoded, the
 /// first sample is a sync sample, every source sample keeps its order, and all within the edit is what was
 /// asked for.
 void expectSound(const SamplePlan& plan, const SourcePictures& pictures, const VideoCut& cut,
-                 std::int64_t frame, bool stills) {
+                 std::int64_t frame, Layout layout) {
     ASSERT_FALSE(plan.samples.empty());
     EXPECT_EQ(plan.samples.front().decodeTime, 0);
     EXPECT_TRUE(plan.samples.front().sync);
@@ -112,7 +120,7 @@ void expectSound(const SamplePlan& plan, const SourcePictures& pictures, const V
             EXPECT_FALSE(!sample.shown && sample.sync);
         }
         before = &sample;
-        if (sample.kind == Kind::source && stills) {
+        if (sample.kind == Kind::source && layout == Layout::stills) {
             EXPECT_GT(std::int64_t{sample.index}, lastIndex) << "each once, in order";
             lastIndex = sample.index;
         }
@@ -139,7 +147,7 @@ void expectSound(const SamplePlan& plan, const SourcePictures& pictures, const V
     EXPECT_EQ(plan.editDuration, (cut.end - cut.start) * factor + frozen);
     EXPECT_GE(plan.mediaDuration, plan.editStart + plan.editDuration);
     const auto actual = shown(plan, pictures);
-    if (!stills) {
+    if (layout == Layout::clips) {
         EXPECT_EQ(actual, expected);
         return;
     }
@@ -172,6 +180,29 @@ void expectSyncOnlyWhereDecodingCanStart(const StillPlan& plan, const Stream& st
                 ? stream.samples[sample.index].sync
                 : sample.kind == Kind::freeze && plan.freezes[sample.index].coding == StillSite::Coding::idr;
         EXPECT_TRUE(intra || !sample.sync) << "sample " << i;
+    }
+}
+
+/// What is hidden for want of a better means is over within ticks, and led by a copy of what was on screen.
+void expectBriefRuns(const SamplePlan& plan, const Stream& stream, std::int64_t frame) {
+    std::map<std::int64_t, const PlannedSample*> byTime;
+    for (std::size_t i = 0; i < plan.samples.size(); ++i) {
+        const PlannedSample& sample = plan.samples[i];
+        EXPECT_TRUE(byTime.emplace(sample.presentationTime, &sample).second) << "two at one time";
+        if (sample.startsRun) {
+            EXPECT_TRUE(stream.traits()(sample.index).idr);
+            EXPECT_TRUE(sample.shown || (i >= 2 && !plan.samples[i - 1].shown && !plan.samples[i - 2].shown &&
+                                         plan.samples[i - 1].kind != Kind::source &&
+                                         plan.samples[i - 2].kind != Kind::source));
+        }
+    }
+    std::int64_t run = 0;
+    for (auto here = byTime.begin(); std::next(here) != byTime.end(); ++here) {
+        run = here->second->shown ? 0 : run + 1;
+        if (run > 0) {
+            EXPECT_EQ(std::next(here)->first, here->first + 1);
+            EXPECT_LE(run, frame * plan.timescaleFactor / 8) << "behind one piece, before the next";
+        }
     }
 }
 
@@ -215,12 +246,19 @@ TEST(SamplePlan, ShowsExactlyWhatWasAskedForWhereverItIsCut) {
             SCOPED_TRACE(testing::Message()
                          << (open ? "open " : "closed ") << asked.start << ".." << asked.end);
             const StillPlan stills = planStills(pictures, 15360, cut, stream.traits());
-            expectSound(stills.samples, pictures, cut, 512, true);
+            expectSound(stills.samples, pictures, cut, 512, Layout::stills);
             expectSyncOnlyWhereDecodingCanStart(stills, stream);
-            try {
-                expectSound(planSplice(pictures, 15360, cut, stream.disposable()), pictures, cut, 512, false);
-            } catch (const CannotPassThrough& e) {
-                EXPECT_STREQ(e.what(), "more of it would have to be stored twice than once");
+            for (const Hiding hiding : {Hiding::neverShown, Hiding::brief}) {
+                try {
+                    const SamplePlan splice = planSplice(pictures, 15360, cut, stream.rules(hiding));
+                    const bool brief = hiding == Hiding::brief;
+                    expectSound(splice, pictures, cut, 512, brief ? Layout::splicedStills : Layout::clips);
+                    if (brief) {
+                        expectBriefRuns(splice, stream, 512);
+                    }
+                } catch (const CannotPassThrough& e) {
+                    EXPECT_STREQ(e.what(), "more of it would have to be stored twice than once");
+                }
             }
             if (HasFailure()) {
                 return;

@@ -1,17 +1,13 @@
 #pragma once
 
 #include "ZelvraCore/bitstream/hevc/CarriedMetadata.h"
-#include "ZelvraCore/bitstream/hevc/HevcConfiguration.h"
 #include "ZelvraCore/bitstream/hevc/Hiding.h"
 #include "ZelvraCore/bitstream/hevc/Identity.h"
-#include "ZelvraCore/bitstream/hevc/PictureScanner.h"
-#include "ZelvraCore/passthrough/PictureWindow.h"
+#include "ZelvraCore/passthrough/SourceStream.h"
 #include "ZelvraCore/passthrough/VideoTrackBuilder.h"
 
 #include <filesystem>
 #include <map>
-#include <optional>
-#include <set>
 #include <vector>
 
 namespace zelvra::passthrough {
@@ -22,14 +18,14 @@ namespace zelvra::passthrough {
 ///
 /// One movie, one thread. Whatever rules a passthrough out throws CannotPassThrough or
 /// bitstream::BitstreamError.
-class SpliceTrack final : public VideoTrackBuilder {
+class HevcSpliceTrack final : public VideoTrackBuilder {
 public:
     /// `source` is borrowed for as long as this lives.
-    explicit SpliceTrack(const SourceVideo& source);
+    explicit HevcSpliceTrack(const SourceVideo& source);
 
-    const SourcePictures& pictures() const override { return pictures_; }
-    bool fullRange() const override { return sps_->vui && sps_->vui->fullRange; }
-    FreezeEncoding freezeEncoding() const override;
+    const SourcePictures& pictures() const override { return stream_.pictures(); }
+    bool fullRange() const override { return stream_.sps().vui && stream_.sps().vui->fullRange; }
+    FreezeEncoding freezeEncoding() const override { return encoding_; }
     SamplePlan& plan(const VideoCut& cut) override;
     OutputTrack build(const Clips& clips, SpoolStore& spool) override;
 
@@ -42,7 +38,6 @@ private:
         hevc::CarriedMetadata metadata; ///< of the frozen picture
     };
 
-    void observe(const hevc::PictureScanner& scanner, const hevc::PictureFacts& facts);
     Clip readClip(const SourceVideo& clip, std::uint32_t freeze);
     hevc::Identity identify(const hevc::HevcConfiguration& configuration);
     StoredBytes sourceBytes(const PlannedSample& planned, SpoolStore& spool);
@@ -52,14 +47,9 @@ private:
     bitstream::Bytes sampleEntry() const;
 
     const SourceVideo& source_;
-    hevc::HevcConfiguration configuration_;
-    SourcePictures pictures_;
-    PictureWindow<hevc::PictureScanner, hevc::PictureFacts> window_;
-    std::optional<hevc::Sps> sps_; ///< of the first picture, and so of all
-    std::set<int> vpsIds_;         ///< used by the source, then by clips too
-    std::set<int> spsIds_;
-    std::set<int> ppsIds_;
-    bool parameterSetsInSamples_ = false;
+    SourceStream<HevcCodec> stream_;
+    FreezeEncoding encoding_;
+    ParameterSetIds usedIds_; ///< by the source, then by clips and twins too
     hevc::TwinIds twins_;
     hevc::ParameterSets runSets_; ///< in force at the sample being written
     /// Parameter sets of clips that were given ids, by their bytes; clips of one source mostly share theirs.

@@ -20,7 +20,9 @@ struct OutputChunk {
     bool operator==(const OutputChunk&) const = default;
 };
 
-/// Half a second of each track in turn, by decode time, so that a player reads the file forwards.
+/// By decode time, so that a player reads the file forwards. But samples that lie together in a store stay
+/// together while no track gets more than half a second ahead: a source's own order of sound and picture goes
+/// over as it is, and its bytes in few large pieces.
 std::vector<OutputChunk> layOutChunks(const OutputMovie& movie);
 
 } // namespace zelvra::passthrough

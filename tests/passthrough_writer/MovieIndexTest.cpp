@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace zelvra::passthrough {
 namespace {
 
@@ -101,13 +103,37 @@ bool holds(const Bytes& index, FourCharCode type) {
     return text.find(fourCharString(type)) != std::string::npos;
 }
 
-TEST(ChunkLayout, PutsHalfASecondOfEachTrackInTurn) {
-    const std::vector<OutputChunk> chunks = layOutChunks(movieOf(45, 1000)); // 1.5 s at 30 a second
+TEST(ChunkLayout, KeepsASourcesOwnOrderOfSoundAndPicture) {
+    OutputMovie plan = movieOf(6, 1000); // nine packets of sound, in the source after every second picture
+    for (std::size_t i = 0; i < 9; ++i) {
+        plan.tracks[1].samples[i].bytes.offset = (i / 3 + 1) * 2000 + i * 300;
+    }
+    for (std::size_t i = 0; i < 6; ++i) {
+        plan.tracks[0].samples[i].bytes.offset = i * 1000 + i / 2 * 900;
+    }
+    const std::vector<OutputChunk> chunks = layOutChunks(plan);
     ASSERT_EQ(chunks.size(), 6u);
-    EXPECT_EQ(chunks[0], (OutputChunk{0, 0, 15, 0, 15000}));
-    EXPECT_EQ(chunks[1], (OutputChunk{1, 0, 24, 15000, 7200}));
-    EXPECT_EQ(chunks[2], (OutputChunk{0, 15, 15, 22200, 15000}));
-    EXPECT_EQ(chunks[3].track, 1u);
+    EXPECT_EQ(chunks[0], (OutputChunk{0, 0, 2, 0, 2000}));
+    EXPECT_EQ(chunks[1], (OutputChunk{1, 0, 3, 2000, 900}));
+    EXPECT_EQ(chunks[5], (OutputChunk{1, 6, 3, 7800, 900}));
+}
+
+TEST(ChunkLayout, LetsNoTrackGetFarAheadAndNoChunkGrowLong) {
+    const OutputMovie plan = movieOf(300, 1000); // each track lies together in its store
+    std::vector<double> reached(2);
+    std::size_t dealt = 0;
+    for (const OutputChunk& chunk : layOutChunks(plan)) {
+        const OutputTrack& track = plan.tracks[chunk.track];
+        const auto seconds = [&track](std::size_t sample) {
+            return static_cast<double>(track.samples[sample].decodeTime) / track.timescale;
+        };
+        EXPECT_LE(seconds(chunk.firstSample + chunk.samples - 1) - seconds(chunk.firstSample), 0.5);
+        reached[chunk.track] = seconds(chunk.firstSample + chunk.samples - 1);
+        if (dealt += chunk.samples; dealt < 700) {
+            EXPECT_LE(std::abs(reached[0] - reached[1]), 0.6);
+        }
+    }
+    EXPECT_EQ(dealt, 750u);
 }
 
 TEST(MovieIndex, SaysWhatThePlanSays) {

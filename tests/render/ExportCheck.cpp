@@ -29,7 +29,7 @@ ExportedMovie::ExportedMovie(const Export& job, const std::filesystem::path& fol
     }
     double frozen = 0;
     const double frame = static_cast<double>(movie.ratePer) / movie.rate;
-    auto outputTime = [&](int number) {
+    auto outputTime = [&, first = first](int number) {
         return (movie.timeOf(number) - movie.timeOf(first)).seconds() + frozen;
     };
     int next = first;
@@ -145,7 +145,7 @@ void ExportedMovie::expectRightSound(double apart) const {
         const auto heard = sound.between(expected_[k].time, frame);
         if (expected_[k].marker) {
             // A packet and its overlap with the next may reach into a freeze.
-            if (freezeBefore && freezeAfter && k > 1 && expected_[k - 2].marker && heard.size() > 0) {
+            if (freezeBefore && freezeAfter && k > 1 && expected_[k - 2].marker && !heard.empty()) {
                 EXPECT_LT(peak(heard), 0.01) << "at " << expected_[k].time;
             }
             continue;

@@ -1,3 +1,4 @@
+#include "ZelvraCore/records/ZVError.h"
 #include "tests/render/ExportCheck.h"
 #include "tests/render/UnusualMovies.h"
 #include "tests/support/Files.h"
@@ -82,6 +83,19 @@ TEST(H264SpliceLimit, ReencodesWhatWouldBeStoredTwiceForTheMostPart) {
               std::vector<std::string>{
                   "Re-encoding the video, because more of it would have to be stored twice than once."});
     movie.expectRightOnScreen(movie.file());
+}
+
+TEST(H264SpliceLimit, FailsInPlainWordsWhereNothingCanBeDecoded) {
+    const TemporaryFolder folder;
+    const std::filesystem::path source =
+        withPlanesApart({.frames = 30, .pixelFormat = "yuv444p"}, folder.path());
+    std::vector<std::string> notices;
+    RenderOptions options;
+    options.notice = [&](const std::string& line) { notices.push_back(line); };
+    options.sourceRange = CMTimeRange::fromStartToEnd(CMTime(1, 5), CMTime(4, 5));
+    EXPECT_THROW(renderHighlights(source, {}, folder / "export.mov", options), ZVError);
+    EXPECT_EQ(notices, std::vector<std::string>{"Re-encoding the video, because its coding stands in the "
+                                                "way: The video's colour planes are coded apart."});
 }
 
 } // namespace

@@ -28,7 +28,7 @@ std::optional<OutputLocationMode> outputLocationMode(const QString& rawValue);
 struct OutputLocation {
     OutputLocationMode mode = OutputLocationMode::subfolder;
     QString subfolderName = QStringLiteral("highlighted");
-    QString customFolderPath; ///< absolute; empty where none was chosen
+    QString customFolderPath = {}; ///< absolute; empty where none was chosen
     bool includeAudio = true;
 
     static OutputLocation loadFromUserDefaults(const PreferenceStore& store);

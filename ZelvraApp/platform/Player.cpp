@@ -76,10 +76,12 @@ void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
     setMuted(muted_);
     complaint_.clear();
     entryStarted_ = false;
+    startedAgain_ = false;
     item_ = std::move(item);
     if (item_) {
         state_ = State::loading;
         restingTime_ = CMTime(0, frames().timescale());
+        syncTimes_ = syncTimes(*item_->asset);
         picture_->setNaturalSize(wholePixels(item_->info.naturalSize));
         entry_ = mpv_->load(item_->path, videoNumber(*item_->asset));
     } else {
@@ -239,7 +241,7 @@ QFuture<bool> Player::moveTo(const CMTime& time, bool exact) {
     if (item_ && time.isNumeric()) {
         const CMTime inside = insideMovie(time);
         if (const auto frame = frames().containing(inside)) {
-            return begin({*frame, inside, exact, {}});
+            return begin({*frame, inside, exact});
         }
     }
     return QtFuture::makeReadyFuture(false);
@@ -258,7 +260,7 @@ QFuture<bool> Player::moveBy(int frameCount) {
         return QtFuture::makeReadyFuture(false);
     }
     const FrameIndex::Frame frame = frames().frame(static_cast<std::size_t>(goal));
-    return begin({frame, frame.time, true, {}});
+    return begin({frame, frame.time});
 }
 
 QFuture<bool> Player::begin(Move move) {
@@ -316,8 +318,9 @@ void Player::carryOutWaiting() {
 
 void Player::seekCore(const Move& move) {
     if (move.exact) {
-        const SeekAim aim = aimAt(frames(), move.frame.index);
-        mpv_->set("hr-seek-demuxer-offset", aim.demuxerOffset);
+        constexpr double secondTry = 10;
+        const SeekAim aim = aimAt(frames(), syncTimes_, move.frame.index);
+        mpv_->set("hr-seek-demuxer-offset", aim.demuxerOffset + (move.isSecondTry ? secondTry : 0));
         mpv_->command(moveId_, {"seek", spelled(aim.seconds).c_str(), "absolute+exact"});
     } else {
         mpv_->command(moveId_, {"seek", spelled(move.frame.time.seconds()).c_str(), "absolute+keyframes"});
@@ -338,6 +341,35 @@ std::optional<std::size_t> Player::framesToPlay(const Move& move) const {
         return std::nullopt;
     }
     return move.frame.index - shown->index;
+}
+
+/// Whether the core, after loading, has to be sent to the first picture: of a movie of several pieces it
+/// starts at another one.
+bool Player::startsAgain() {
+    const auto shown = frameOnScreen();
+    if (startedAgain_ || !shown || shown->index == 0) {
+        return false;
+    }
+    startedAgain_ = true;
+    ++moveId_;
+    seekCore({.frame = frames().first(), .restingTime = CMTime::zero(), .isSecondTry = true});
+    return true;
+}
+
+/// An exact seek may have missed where the file's sync samples are none, or its index is odd: once more, from
+/// farther back.
+bool Player::triesAgain() {
+    if (!underWay_->exact || underWay_->isSecondTry || rate_ > 0 || waiting_) {
+        return false;
+    }
+    const auto shown = frameOnScreen();
+    if (shown && shown->index == underWay_->frame.index) {
+        return false;
+    }
+    underWay_->isSecondTry = true;
+    ++moveId_;
+    seekCore(*underWay_);
+    return true;
 }
 
 void Player::arrive(bool shown) {
@@ -390,9 +422,11 @@ void Player::handle(const mpv_event& event) {
         }
         break;
     case MPV_EVENT_PLAYBACK_RESTART:
-        if (state_ == State::loading && entryStarted_) {
-            becomeReady();
-        } else if (underWay_ && !stepping_) {
+        if (state_ == State::loading) {
+            if (entryStarted_ && !startsAgain()) {
+                becomeReady();
+            }
+        } else if (underWay_ && !stepping_ && !triesAgain()) {
             arrive(true);
         }
         break;

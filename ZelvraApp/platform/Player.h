@@ -17,6 +17,7 @@
 #include <memory>
 #include <optional>
 #include <qcoro/qcorotask.h>
+#include <vector>
 
 struct mpv_event;
 
@@ -126,7 +127,8 @@ private:
         CMTime
             restingTime;   ///< the current time while it is under way, and where the player then stays paused
         bool exact = true; ///< else to the sync frame at or before
-        std::shared_ptr<QPromise<bool>> arrived;
+        std::shared_ptr<QPromise<bool>> arrived = {};
+        bool isSecondTry = false;
     };
 
     const FrameIndex& frames() const { return item_->asset->frames(); }
@@ -140,6 +142,8 @@ private:
     void carryOutWaiting();
     std::optional<std::size_t> framesToPlay(const Move& move) const;
     void seekCore(const Move& move);
+    bool startsAgain();
+    bool triesAgain();
     void arrive(bool shown);
     void overtakeMoves();
     static void answer(Move& move, bool shown);
@@ -156,9 +160,11 @@ private:
     void observe();
 
     std::optional<PlayerItem> item_;
+    std::vector<std::int64_t> syncTimes_; ///< of the item, see SeekAim.h
     State state_ = State::empty;
     std::int64_t entry_ = 0; ///< the core's name of the item; its events of earlier ones are ignored
     bool entryStarted_ = false;
+    bool startedAgain_ = false;
     QString complaint_; ///< the core's first one while loading
 
     std::optional<Move> underWay_;

@@ -5,7 +5,7 @@
 #include "ZelvraCore/SourceProbe.h"
 #include "tests/grab/ReadImage.h"
 
-#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QImage>
 #include <QTimer>

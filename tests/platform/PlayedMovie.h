@@ -2,7 +2,6 @@
 
 #include "ZelvraApp/platform/Player.h"
 
-#include <QElapsedTimer>
 #include <filesystem>
 #include <functional>
 #include <optional>

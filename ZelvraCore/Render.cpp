@@ -100,8 +100,7 @@ private:
         } catch (const passthrough::CannotPassThrough& e) {
             notice(std::string("Re-encoding the video, because ") + e.what() + ".");
         } catch (const bitstream::BitstreamError& e) {
-            notice(std::string("Re-encoding the video, because its coding cannot be read: ") + e.what() +
-                   ".");
+            notice(std::string("Re-encoding the video, because its coding stands in the way: ") + e.what());
         }
         passthrough_.reset();
         freezeEncoding_ = {};

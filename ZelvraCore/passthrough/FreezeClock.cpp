@@ -21,7 +21,7 @@ constexpr std::uint64_t greatestExactFactor = 1000;
 std::uint64_t exactFactor(const CMTime& frameDuration, std::uint32_t timescale) {
     const auto denominator = static_cast<std::uint64_t>(frameDuration.timescale);
     const auto ticks = static_cast<std::uint64_t>(frameDuration.value) * timescale;
-    return denominator / std::gcd(denominator, ticks);
+    return std::max<std::uint64_t>(denominator / std::gcd(denominator, ticks), 1);
 }
 
 } // namespace

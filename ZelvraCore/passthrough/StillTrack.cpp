@@ -70,7 +70,7 @@ StillPlace StillTrack::idrPlaceFor(const StillSite& site) {
     if (site.decodedBefore) {
         taken.insert(stream_.at(*site.decodedBefore).idrPicId);
     }
-    const StillPlace place = idrPlace(stream_.sps(), taken);
+    StillPlace place = idrPlace(stream_.sps(), taken);
     lastIdrPicIds_ = idrPicIdsOf(place);
     return place;
 }

@@ -97,6 +97,10 @@ std::multimap<std::int64_t, std::string> shown(const SamplePlan& plan, const Sou
     return result;
 }
 
+bool hasName(const auto& range, const std::string& name) {
+    return std::any_of(range.first, range.second, [&](const auto& e) { return e.second == name; });
+}
+
 enum class Layout {
     stills,        ///< among the source's samples, which stay as they are
     clips,         ///< spliced in frame by frame
@@ -159,15 +163,12 @@ void expectSound(const SamplePlan& plan, const SourcePictures& pictures, const V
     }
     for (const auto& [time, name] : actual) {
         const auto range = expected.equal_range(time);
-        EXPECT_TRUE(std::any_of(range.first, range.second, [&](const auto& e) { return e.second == name; }))
-            << name << " at " << time;
+        EXPECT_TRUE(hasName(range, name)) << name << " at " << time;
     }
     for (const auto& [name, span] : ends) {
         for (const std::int64_t time : {span.first, span.second}) {
             const auto range = actual.equal_range(time);
-            EXPECT_TRUE(
-                std::any_of(range.first, range.second, [&](const auto& e) { return e.second == name; }))
-                << name << " missing at " << time;
+            EXPECT_TRUE(hasName(range, name)) << name << " missing at " << time;
         }
     }
 }

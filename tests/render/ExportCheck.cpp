@@ -16,7 +16,9 @@ constexpr double tolerance = 0.0015; // containers of millisecond ticks
 }
 
 ExportedMovie::ExportedMovie(const Export& job, const std::filesystem::path& folder)
-    : job_(job), source_(movieFile(job.movie)), file_(folder / ("export" + job.extension)) {
+    : job_(job),
+      source_(job.file.empty() ? movieFile(job.movie) : job.file),
+      file_(folder / ("export" + job.extension)) {
     const NumberedMovie& movie = job.movie;
     RenderOptions options;
     options.includeAudio = job.includeAudio;
@@ -27,7 +29,7 @@ ExportedMovie::ExportedMovie(const Export& job, const std::filesystem::path& fol
     }
     double frozen = 0;
     const double frame = static_cast<double>(movie.ratePer) / movie.rate;
-    auto outputTime = [&](int number) {
+    auto outputTime = [&, first = first](int number) {
         return (movie.timeOf(number) - movie.timeOf(first)).seconds() + frozen;
     };
     int next = first;
@@ -87,17 +89,40 @@ void ExportedMovie::expectRightPictures(const std::filesystem::path& file, const
     EXPECT_EQ(k, expected_.size()) << "pictures are missing at the end";
 }
 
+void ExportedMovie::expectRightOnScreen(const std::filesystem::path& file,
+                                        const std::vector<std::string>& decoderArguments) const {
+    ShownMovie shown = showMovie(file, decoderArguments);
+    EXPECT_EQ(shown.complaints, std::vector<std::string>());
+    ASSERT_FALSE(shown.frames.empty());
+    const CMTime start = shown.frames.front().time;
+    std::ranges::stable_sort(shown.frames, {}, &ShownFrame::time);
+    const double frame = static_cast<double>(job_.movie.ratePer) / job_.movie.rate;
+    for (const ExpectedFrame& expected : expected_) {
+        for (const double part : {0.01, 0.5, 0.93}) {
+            const double time = expected.time + part * frame;
+            const auto next = std::ranges::find_if(
+                shown.frames, [&](const ShownFrame& f) { return (f.time - start).seconds() > time; });
+            ASSERT_NE(next, shown.frames.begin());
+            const ShownFrame& seen = *std::prev(next);
+            ASSERT_TRUE(seen.number == expected.number && seen.marker == expected.marker)
+                << seen << " after " << start.seconds() << ", expected " << expected.number
+                << (expected.marker ? " frozen" : "") << " at " << time;
+        }
+    }
+    EXPECT_LT((shown.frames.back().time - start).seconds(), duration_);
+}
+
 const ExpectedFrame& ExportedMovie::at(double time) const {
     const auto after = std::ranges::upper_bound(expected_, time, {}, &ExpectedFrame::time);
     return *std::prev(after);
 }
 
-void ExportedMovie::expectRightSeeks(const std::filesystem::path& file, int seeks) const {
+void ExportedMovie::expectRightSeeks(const std::filesystem::path& file, int seeks, double ahead) const {
     for (int i = 0; i < seeks; ++i) {
         // In the middle of a frame: ffmpeg gives the next one that starts, so ask a hair before a start.
         const auto& target =
             expected_[expected_.size() * static_cast<std::size_t>(i) / static_cast<std::size_t>(seeks)];
-        const auto frame = seekFrame(file, CMTime::fromSeconds(std::max(0.0, target.time - 0.002), 90000));
+        const auto frame = seekFrame(file, CMTime::fromSeconds(std::max(0.0, target.time - ahead), 90000));
         ASSERT_TRUE(frame) << "nothing at " << target.time;
         EXPECT_TRUE(frame->number == target.number || frame->marker == target.marker)
             << *frame << " for " << target.time;
@@ -120,7 +145,7 @@ void ExportedMovie::expectRightSound(double apart) const {
         const auto heard = sound.between(expected_[k].time, frame);
         if (expected_[k].marker) {
             // A packet and its overlap with the next may reach into a freeze.
-            if (freezeBefore && freezeAfter && k > 1 && expected_[k - 2].marker && heard.size() > 0) {
+            if (freezeBefore && freezeAfter && k > 1 && expected_[k - 2].marker && !heard.empty()) {
                 EXPECT_LT(peak(heard), 0.01) << "at " << expected_[k].time;
             }
             continue;

@@ -16,6 +16,7 @@ namespace zelvra::test {
 /// What to export of a numbered movie, in its frames.
 struct Export {
     NumberedMovie movie;
+    std::filesystem::path file = {}; ///< that shows the same as `movie`, in its place
     struct Freeze {
         int frame = 0; ///< of the source; the number of frames = at its end
         double seconds = 0.5;
@@ -48,8 +49,13 @@ public:
     /// frame to their last; nothing else is shown.
     void expectRightPictures(const std::filesystem::path& file, const std::string& tolerated = "",
                              const std::vector<std::string>& decoderArguments = {}) const;
-    /// Accurate seeks by ffmpeg all over the movie find the picture that belongs there.
-    void expectRightSeeks(const std::filesystem::path& file, int seeks) const;
+    /// The same, seen on a screen that catches each frame early, in its middle and late: pictures that are
+    /// gone before the eye meets them do not count.
+    void expectRightOnScreen(const std::filesystem::path& file,
+                             const std::vector<std::string>& decoderArguments = {}) const;
+    /// Accurate seeks by ffmpeg all over the movie, `ahead` seconds before a frame starts, find the picture
+    /// that belongs there.
+    void expectRightSeeks(const std::filesystem::path& file, int seeks, double ahead = 0.002) const;
     /// Sound goes on where it stopped, at most `apart` seconds from its picture; freezes are silent.
     void expectRightSound(double apart) const;
     /// All of the source's pictures within the range decode to the very same samples as in the source.

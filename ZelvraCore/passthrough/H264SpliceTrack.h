@@ -11,8 +11,8 @@ namespace zelvra::passthrough {
 /// resumes at IDR pictures only. Stills are decoded with the sequence parameter set of the stream that
 /// follows, and thus make no decoder set its buffers up anew. Source samples are named, never rewritten.
 ///
-/// Nothing in H.264 hides a picture: players show those in front of a resuming one for a tick each, which no
-/// screen is fast enough for. StillTrack, which hides nothing, is to be preferred.
+/// Nothing in H.264 hides a picture: players show those in front of a resuming one for a tick each, which few
+/// screens are fast enough for. StillTrack, which hides nothing in the middle, is to be preferred.
 ///
 /// One movie, one thread. What rules a splice out throws CannotPassThrough or bitstream::BitstreamError, and
 /// is known when the movie is planned.

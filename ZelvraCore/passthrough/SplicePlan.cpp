@@ -14,8 +14,9 @@ namespace {
 using Kind = PlannedSample::Kind;
 
 constexpr std::int64_t longestRunSeconds = 20;
-/// Hidden pictures that are given out all the same take this part of a frame, too little to be caught.
-constexpr std::int64_t briefShare = 16;
+/// Hidden pictures that are given out all the same take this part of a frame: with a sixteenth, Chromium was
+/// seen to stay on one of them.
+constexpr std::int64_t briefShare = 256;
 /// One could be held back until the next picture comes.
 constexpr std::uint32_t copiesBeforeRun = 2;
 

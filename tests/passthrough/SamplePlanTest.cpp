@@ -202,7 +202,7 @@ void expectBriefRuns(const SamplePlan& plan, const Stream& stream, std::int64_t 
         run = here->second->shown ? 0 : run + 1;
         if (run > 0) {
             EXPECT_EQ(std::next(here)->first, here->first + 1);
-            EXPECT_LE(run, frame * plan.timescaleFactor / 8) << "behind one piece, before the next";
+            EXPECT_LE(run, frame * plan.timescaleFactor / 128) << "behind one piece, before the next";
         }
     }
 }

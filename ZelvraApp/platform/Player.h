@@ -1,0 +1,126 @@
+#pragma once
+
+#include "ZelvraApp/platform/PlayerPicture.h"
+#include "ZelvraCore/media/Asset.h"
+#include "ZelvraCore/media/FrameIndex.h"
+#include "ZelvraCore/records/CMTime.h"
+#include "ZelvraCore/records/SourceInfo.h"
+
+#include <QObject>
+#include <QPromise>
+#include <QTimer>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <qcoro/qcorotask.h>
+
+namespace zelvra {
+
+class Mpv;
+
+/// A movie to be played, as the engine knows it. `asset` is an opened one, never null, whose frame index the
+/// player seeks by: the frame that it shows is the frame that the engine grabs.
+struct PlayerItem {
+    std::filesystem::path path;
+    std::shared_ptr<const Asset> asset;
+    SourceInfo info;
+    /// Playback bounds; an invalid time is none. See Player::setPlaybackBounds.
+    CMTime reversePlaybackEndTime = CMTime::invalid();
+    CMTime forwardPlaybackEndTime = CMTime::invalid();
+};
+
+/// Plays one movie at a time, exact to the frame: a libmpv core behind the operations that a session needs.
+/// It knows nothing of highlights, trims or windows; the picture is shown by whoever takes `picture()`.
+///
+/// Lives on the thread of the application object, which must exist and run its event loop: all operations and
+/// all signals are on that thread. None of them waits for decoding or for the disk. What arrives late from an
+/// item that has been replaced is dropped.
+///
+/// With ZELVRA_AUDIO=null in the environment sound is played at its pace, but not heard.
+class Player : public QObject {
+    Q_OBJECT
+public:
+    /// Throws MediaError where no player core can be made.
+    explicit Player(QObject* parent = nullptr);
+    ~Player() override;
+
+    /// Loads an item, paused at its first frame, or unloads (nothing). Seeks that are under way are
+    /// overtaken. `itemReady` or `itemFailed` follows; seeks and `play` before that are carried out when it
+    /// is ready.
+    void replaceCurrentItem(std::optional<PlayerItem> item);
+    /// Null where none is loaded. An item that failed stays the current one.
+    const PlayerItem* currentItem() const;
+    bool isReady() const { return state_ == State::ready; }
+
+    /// Bounds of forward playback; the playhead is not moved. At `forward` playback pauses: current time is
+    /// then `forward` exactly, the picture the frame at it (past the last frame, the last one). Playing on
+    /// from there, or from beyond, starts at `reverse`, else at the movie's start. Kept in the current item;
+    /// does nothing without one.
+    void setPlaybackBounds(const CMTime& reverse, const CMTime& forward);
+
+    /// Plays at the default rate. At the movie's end, from the start or the lower bound.
+    void play();
+    void pause();
+    /// 0 while paused, else the rate asked for, from `play` on and until `pause`, a bound or the end, also
+    /// while a seek is under way.
+    double rate() const { return rate_; }
+    /// Positive; a playing movie takes it at once.
+    void setDefaultRate(double rate);
+    double defaultRate() const { return defaultRate_; }
+
+    /// Linear gain, 0 to 1.
+    void setVolume(double volume);
+    double volume() const { return volume_; }
+    void setMuted(bool muted);
+    bool isMuted() const { return muted_; }
+
+    /// Where the playhead is. Paused after an exact seek: the time that was asked for, moved into the movie;
+    /// the picture is the frame that contains it. At a bound: the bound. Otherwise when the picture on screen
+    /// appeared, in ticks of the video track; at the movie's end that of the last frame, so that this frame
+    /// can be grabbed. While a seek is under way: its target. Zero without an item.
+    CMTime currentTime() const;
+
+    /// Moves exactly to the frame that contains `time`, paused or playing, and goes on as before. True when
+    /// its picture is there; false when a later seek, step, scrub or item overtook it, or nothing can be
+    /// shown. One seek is carried out at a time; of those that wait only the latest.
+    QCoro::Task<bool> seek(CMTime time);
+    /// Moves to the sync frame at or before `time`, which is quick: for drags, followed by a `seek` where the
+    /// drag ends.
+    void scrub(const CMTime& time);
+    /// Pauses and moves by that many frames from the one on screen (or from the target of the seek under
+    /// way), as far as there are frames. As `seek`; false also where there is no frame to move to.
+    QCoro::Task<bool> step(int frames);
+
+    /// Whether `periodicTime` is emitted: 30 times a second while playing, and whenever the playhead has
+    /// moved otherwise or playback has stopped. Only while an item is loaded.
+    void setPeriodicTimeObservation(bool on);
+
+    /// What the window shows. The player owns it.
+    PlayerPicture& picture() const { return *picture_; }
+
+Q_SIGNALS:
+    void periodicTime(zelvra::CMTime time);
+    void rateChanged(double rate);
+    /// The item's first picture is there.
+    void itemReady();
+    /// The current item cannot be played (any further); one line says why.
+    void itemFailed(QString reason);
+    /// Playback paused at the upper bound or at the movie's end.
+    void reachedEnd();
+    /// `picture()` has something new to show.
+    void pictureChanged();
+
+private:
+    enum class State { empty, loading, ready, failed };
+
+    std::unique_ptr<Mpv> mpv_;
+    std::unique_ptr<PlayerPicture> picture_;
+    std::optional<PlayerItem> item_;
+    State state_ = State::empty;
+    double rate_ = 0;
+    double defaultRate_ = 1;
+    double volume_ = 1;
+    bool muted_ = false;
+};
+
+} // namespace zelvra

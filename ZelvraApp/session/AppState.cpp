@@ -1,0 +1,61 @@
+#include "ZelvraApp/session/AppState.h"
+
+#include "ZelvraApp/platform/FilePaths.h"
+
+namespace zelvra {
+
+AppState::AppState(PreferenceStore& preferences, const ShellServices& services, QObject* parent)
+    : QObject(parent),
+      preferences_(preferences),
+      services_(services),
+      player_(std::make_unique<Player>()),
+      recents_(RecentItem::loadFromUserDefaults(preferences)),
+      sessionDefaults_(HighlightDefaults::loadFromUserDefaults(preferences)),
+      clipDefaults_(sessionDefaults_),
+      lastSeenSavedDefaults_(sessionDefaults_) {
+    previewTimer_.setSingleShot(true);
+    previewTimer_.setTimerType(Qt::PreciseTimer);
+    connect(&previewTimer_, &QTimer::timeout, this, &AppState::endHighlightPreview);
+    connect(player_.get(), &Player::periodicTime, this, &AppState::observePlaybackTime);
+    connect(player_.get(), &Player::itemFailed, this,
+            [this](const QString& reason) { setErrorMessage(QStringLiteral("Failed to load: ") + reason); });
+    // Queued, so that whoever writes preferences has finished with them when the session looks.
+    connect(&preferences_, &PreferenceStore::changed, this, &AppState::savedDefaultsMayHaveChanged,
+            Qt::QueuedConnection);
+}
+
+AppState::~AppState() {
+    exportStop_.request_stop();
+}
+
+void AppState::setErrorMessage(const QString& line) {
+    publish(errorMessage_, line, &AppState::errorMessageChanged);
+}
+
+void AppState::observePlaybackTime(const CMTime& time) {
+    const double previous = lastObservedTime_.seconds();
+    lastObservedTime_ = time;
+    publish(currentTime_, time, &AppState::currentTimeChanged);
+    previewCrossing(previous, time);
+}
+
+QUrl AppState::urlOf(const std::optional<std::filesystem::path>& file) {
+    return file ? QUrl::fromLocalFile(textOf(*file)) : QUrl();
+}
+
+void AppState::publishDerived() {
+    const auto tell = [this](auto& known, auto now, Changed changed) {
+        if (known != now) {
+            known = std::move(now);
+            Q_EMIT(this->*changed)();
+        }
+    };
+    tell(derived_.canGoNext, canGoNext(), &AppState::canGoNextChanged);
+    tell(derived_.queueLabel, queueLabel(), &AppState::queueLabelChanged);
+    tell(derived_.timelineHasContent, timelineHasContent(), &AppState::timelineHasContentChanged);
+    tell(derived_.canUndo, canUndo(), &AppState::canUndoChanged);
+    tell(derived_.canRedo, canRedo(), &AppState::canRedoChanged);
+    tell(derived_.canExport, canExport(), &AppState::canExportChanged);
+}
+
+} // namespace zelvra

@@ -1,0 +1,38 @@
+#include "ZelvraApp/session/Background.h"
+
+#include <QThreadPool>
+#include <QtConcurrentRun>
+
+namespace zelvra {
+
+namespace {
+
+/// Most of this work waits for a disk or a network rather than for a processor, and a folder that does not
+/// answer must not keep the next clip from opening.
+constexpr int workerThreads = 8;
+
+QThreadPool& workers() {
+    static QThreadPool pool;
+    pool.setMaxThreadCount(workerThreads);
+    return pool;
+}
+
+QCoro::Task<> runToTheEnd(QCoro::Task<> task) {
+    try {
+        co_await task;
+    } catch (const std::exception& error) {
+        qCritical("A task of the session failed: %s", error.what());
+    }
+}
+
+} // namespace
+
+QFuture<void> onWorkerThread(std::function<void()> work) {
+    return QtConcurrent::run(&workers(), std::move(work));
+}
+
+void letRun(QCoro::Task<> task) {
+    runToTheEnd(std::move(task));
+}
+
+} // namespace zelvra

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "ZelvraCore/records/Highlight.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace zelvra {
+
+/// "#" and six upper-case hexadecimal digits. Components are cut off, not rounded, to whole 255ths; alpha is
+/// left out. A colour whose components are no numbers is told as a fixed blue.
+QString hexString(const Color& color);
+
+/// The opaque colour of six hexadecimal digits in either case, with or without one "#" before them; nothing
+/// for any other text.
+std::optional<Color> colorFrom(const QString& hex);
+
+/// Whether red, green and blue each differ by less than 0.003. Alpha does not count.
+bool colorsApproximatelyEqual(const Color& a, const Color& b);
+
+} // namespace zelvra

@@ -1,0 +1,200 @@
+#include "ZelvraApp/platform/FilePaths.h"
+#include "ZelvraApp/session/AppState.h"
+#include "ZelvraApp/session/Background.h"
+#include "ZelvraCore/Render.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+namespace zelvra {
+
+/// One file of an export.
+struct AppState::Export {
+    std::shared_ptr<const Asset> source; ///< as it was when the export began
+    std::vector<Highlight> highlights;
+    std::optional<CMTimeRange> range;
+    std::filesystem::path output;
+    double progressStart = 0; ///< its share of the progress over all files
+    double progressLength = 1;
+};
+
+bool AppState::canExport() const {
+    return videoFile_ && !isExporting_ && (!markedClips_.empty() || !highlights_.empty());
+}
+
+QCoro::Task<> AppState::exportMovies() {
+    if (!videoFile_ || isExporting_) {
+        co_return;
+    }
+    cancelHighlightPreview();
+    if (markedClips_.empty() && highlights_.empty()) {
+        co_return;
+    }
+    QCoro::Task<> exporting = markedClips_.empty() ? exportSingleClip() : exportMarkedClips();
+    co_await exporting;
+}
+
+QCoro::Task<> AppState::exportSingleClip() {
+    const OutputLocation location = OutputLocation::loadFromUserDefaults(preferences_);
+    Export job{.source = asset_,
+               .highlights = highlights_,
+               .range = trimRange_,
+               .output = location.resolveOutputURL(*videoFile_)};
+    if (!prepareOutputs({job.output}, QStringLiteral("Export failed: "))) {
+        co_return;
+    }
+    beginExporting();
+    const QPointer<AppState> self(this);
+    std::filesystem::path written;
+    QString failure;
+    try {
+        QCoro::Task<std::filesystem::path> rendering = render(std::move(job));
+        written = co_await rendering;
+    } catch (const std::exception& error) {
+        failure = QStringLiteral("Export failed: ") + QString::fromUtf8(error.what());
+    }
+    if (!self) {
+        co_return;
+    }
+    if (failure.isEmpty()) {
+        finishExporting(std::move(written));
+    } else {
+        failExporting(failure);
+    }
+}
+
+QCoro::Task<> AppState::exportMarkedClips() {
+    const std::vector<MarkedClip> clips = markedClips_;
+    const std::shared_ptr<const Asset> source = asset_;
+    const OutputLocation location = OutputLocation::loadFromUserDefaults(preferences_);
+    std::vector<std::filesystem::path> outputs;
+    for (int number = 1; number <= static_cast<int>(clips.size()); ++number) {
+        outputs.push_back(location.resolveOutputURL(*videoFile_, number));
+    }
+    if (!prepareOutputs(outputs, QStringLiteral("Clip %1 failed: "))) {
+        co_return;
+    }
+    beginExporting();
+    const QPointer<AppState> self(this);
+    const double share = 1.0 / static_cast<double>(clips.size());
+    std::filesystem::path written;
+    for (std::size_t k = 0; k < clips.size(); ++k) {
+        Export job{.source = source,
+                   .highlights = clips[k].highlights,
+                   .range = clips[k].range,
+                   .output = outputs[k],
+                   .progressStart = static_cast<double>(k) * share,
+                   .progressLength = share};
+        QString failure;
+        try {
+            QCoro::Task<std::filesystem::path> rendering = render(std::move(job));
+            written = co_await rendering;
+        } catch (const std::exception& error) {
+            failure = QStringLiteral("Clip %1 failed: ").arg(k + 1) + QString::fromUtf8(error.what());
+        }
+        if (!self) {
+            co_return;
+        }
+        if (!failure.isEmpty()) {
+            failExporting(failure);
+            co_return;
+        }
+    }
+    finishExporting(std::move(written));
+}
+
+/// Before anything is touched: no output may be the source itself. Then makes the folder, which is the same
+/// for all of them. `refusal` begins the message, with the file's number in it where it has a place for one.
+bool AppState::prepareOutputs(const std::vector<std::filesystem::path>& outputs, const QString& refusal) {
+    std::error_code error;
+    for (std::size_t k = 0; k < outputs.size(); ++k) {
+        if (std::filesystem::equivalent(*videoFile_, outputs[k], error)) {
+            const QString start = refusal.contains(QLatin1String("%1")) ? refusal.arg(k + 1) : refusal;
+            setErrorMessage(start + QStringLiteral("the output would replace the source movie: ") +
+                            textOf(outputs[k]));
+            return false;
+        }
+    }
+    error.clear();
+    std::filesystem::create_directories(outputs.front().parent_path(), error);
+    if (error) {
+        setErrorMessage(QStringLiteral("Couldn't create output folder: ") +
+                        QString::fromStdString(error.message()));
+        return false;
+    }
+    return true;
+}
+
+void AppState::beginExporting() {
+    publish(isExporting_, true, &AppState::isExportingChanged);
+    publish(exportProgress_, 0, &AppState::exportProgressChanged);
+    setErrorMessage({});
+    publish(lastExportFile_, std::nullopt, &AppState::lastExportURLChanged);
+}
+
+void AppState::finishExporting(std::filesystem::path lastFile) {
+    publish(lastExportFile_, std::move(lastFile), &AppState::lastExportURLChanged);
+    setShowPostExportDialog(true);
+    publish(isExporting_, false, &AppState::isExportingChanged);
+}
+
+void AppState::failExporting(const QString& line) {
+    setErrorMessage(line);
+    publish(isExporting_, false, &AppState::isExportingChanged);
+}
+
+/// Renders one file from the open asset, so that the index of a long recording is read once for all its
+/// clips. Throws what the engine throws.
+QCoro::Task<std::filesystem::path> AppState::render(Export job) {
+    RenderOptions options;
+    options.sourceRange = job.range;
+    // Read anew for each file: a user may change it between two clips.
+    options.includeAudio = OutputLocation::loadFromUserDefaults(preferences_).includeAudio;
+    options.stop = exportStop_.get_token();
+    options.progress = [self = QPointer(this), start = job.progressStart,
+                        length = job.progressLength](double fraction) {
+        const double overall = start + fraction * length;
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [self, overall] {
+                if (self) {
+                    self->publish(self->exportProgress_, overall, &AppState::exportProgressChanged);
+                }
+            },
+            Qt::QueuedConnection);
+    };
+    auto work = [job = std::move(job), options = std::move(options)] {
+        return renderHighlights(*job.source, job.highlights, job.output, options).outputURL;
+    };
+    QCoro::Task<std::filesystem::path> rendering = inBackground(std::move(work));
+    std::filesystem::path written = co_await rendering;
+    co_return written;
+}
+
+void AppState::setShowPostExportDialog(bool on) {
+    publish(showPostExportDialog_, on, &AppState::showPostExportDialogChanged);
+}
+
+void AppState::closeAndOpenVideo() {
+    closeVideo();
+    setTriggerOpen(true);
+}
+
+void AppState::closeAndOpenFolder() {
+    closeVideo();
+    setTriggerOpenFolder(true);
+}
+
+void AppState::quit() {
+    if (services_.terminator) {
+        services_.terminator->terminate();
+    }
+}
+
+void AppState::revealLastExport() {
+    if (services_.fileViewer && lastExportFile_) {
+        services_.fileViewer->reveal(*lastExportFile_);
+    }
+}
+
+} // namespace zelvra

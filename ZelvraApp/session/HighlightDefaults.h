@@ -1,0 +1,29 @@
+#pragma once
+
+#include "ZelvraApp/platform/PreferenceStore.h"
+#include "ZelvraCore/records/Highlight.h"
+
+namespace zelvra {
+
+/// The style that a new highlight starts from.
+struct HighlightDefaults {
+    Color color;
+    double radiusRatio = 0;      ///< of a new circle, as a fraction of the picture's height
+    double strokeWidthRatio = 0; ///< of the picture's height
+    double durationSec = 0;      ///< of the freeze
+
+    /// What a user who has never saved a style starts from.
+    static HighlightDefaults factory();
+
+    /// The saved style. What is absent, of the wrong type or unreadable is the factory's, field by field.
+    static HighlightDefaults loadFromUserDefaults(const PreferenceStore& store);
+
+    /// Saves all four fields in one step.
+    void saveTo(PreferenceStore& store) const;
+};
+
+/// Equal as far as a user can tell: radius and stroke within 0.0001, duration within 0.01 s, colours
+/// approximately. Not to be used to tell whether a value has changed.
+bool operator==(const HighlightDefaults& a, const HighlightDefaults& b);
+
+} // namespace zelvra

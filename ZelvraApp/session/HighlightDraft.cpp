@@ -1,0 +1,46 @@
+#include "ZelvraApp/session/HighlightDraft.h"
+
+#include "ZelvraApp/session/SessionTime.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zelvra {
+
+double HighlightDraft::circleRadiusRatio() const {
+    if (shape.kind != HighlightShapeKind::circle) {
+        return 0;
+    }
+    const double aspect = videoDisplaySize.width / std::max(videoDisplaySize.height, 1.0);
+    return std::hypot(aspect * (shape.p2.x - shape.p1.x), shape.p2.y - shape.p1.y);
+}
+
+Highlight HighlightDraft::highlight() const {
+    return {.id = id,
+            .timestamp = timestamp,
+            .duration = sessionTime(durationSec),
+            .shape = {.id = shape.id,
+                      .kind = shape.kind,
+                      .p1 = shape.p1,
+                      .p2 = shape.p2,
+                      .strokeColor = shape.color,
+                      .strokeWidthRatio = shape.strokeWidthRatio}};
+}
+
+HighlightDraft HighlightDraft::editing(const Highlight& highlight, Image frame, Size videoDisplaySize) {
+    const HighlightShape& shape = highlight.shape;
+    return {.id = highlight.id,
+            .timestamp = highlight.timestamp,
+            .durationSec = highlight.duration.seconds(),
+            .frame = std::move(frame),
+            .videoDisplaySize = videoDisplaySize,
+            .shape = {.id = shape.id,
+                      .kind = shape.kind,
+                      .p1 = shape.p1,
+                      .p2 = shape.p2,
+                      .color = shape.strokeColor,
+                      .strokeWidthRatio = shape.strokeWidthRatio},
+            .isEditing = true};
+}
+
+} // namespace zelvra

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "ZelvraCore/media/Image.h"
+#include "ZelvraCore/records/Highlight.h"
+
+namespace zelvra {
+
+/// The figure in the editor. Anchors as in HighlightShape.
+struct DraftShape {
+    Uuid id; ///< of the HighlightShape that it becomes
+    HighlightShapeKind kind = HighlightShapeKind::circle;
+    Point p1;
+    Point p2;
+    Color color;
+    double strokeWidthRatio = 0; ///< of the picture's height
+};
+
+/// The editor's working copy of a highlight, with the frame that is drawn over. It becomes a highlight when
+/// it is committed; nobody else sees it before.
+struct HighlightDraft {
+    static constexpr Color defaultColor{10 / 255.0, 132 / 255.0, 1, 1};
+
+    Uuid id; ///< of the highlight that it re-edits or becomes
+    CMTime timestamp;
+    double durationSec = 0;
+    Image frame; ///< what the source shows at `timestamp`
+    Size videoDisplaySize;
+    DraftShape shape;
+    bool isEditing = false; ///< an existing highlight is edited again
+
+    /// The circle's radius as a fraction of the picture's height; 0 for other figures.
+    double circleRadiusRatio() const;
+
+    /// What is stored when the draft is committed. The duration has the timescale 600.
+    Highlight highlight() const;
+
+    /// The draft that edits `highlight` again.
+    static HighlightDraft editing(const Highlight& highlight, Image frame, Size videoDisplaySize);
+};
+
+} // namespace zelvra

@@ -1,0 +1,52 @@
+#include "ZelvraApp/session/RecentItem.h"
+
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace zelvra {
+
+namespace {
+
+constexpr std::size_t mostRecents = 10;
+constexpr QLatin1String pathKey("path");
+constexpr QLatin1String isFolderKey("isFolder");
+
+} // namespace
+
+std::vector<RecentItem> RecentItem::loadFromUserDefaults(const PreferenceStore& store) {
+    const QJsonArray entries = store.read(preferences::recents).value_or(QJsonArray());
+    if (!std::ranges::all_of(entries, [](const QJsonValue& entry) { return entry.isObject(); })) {
+        return {};
+    }
+    std::vector<RecentItem> items;
+    for (const QJsonValue entry : entries) {
+        const QJsonValue path = entry[pathKey];
+        if (path.isString()) {
+            items.push_back({path.toString(), entry[isFolderKey].toBool(false)});
+        }
+    }
+    return items;
+}
+
+void RecentItem::save(const std::vector<RecentItem>& items, PreferenceStore& store) {
+    QJsonArray entries;
+    for (const RecentItem& item : items) {
+        entries.append(QJsonObject{{pathKey, item.path}, {isFolderKey, item.isFolder}});
+    }
+    store.write(preferences::recents, entries);
+}
+
+std::vector<RecentItem> noting(const RecentItem& item, std::vector<RecentItem> recents) {
+    recents = forgetting(item.path, std::move(recents));
+    recents.insert(recents.begin(), item);
+    recents.resize(std::min(recents.size(), mostRecents));
+    return recents;
+}
+
+std::vector<RecentItem> forgetting(const QString& path, std::vector<RecentItem> recents) {
+    std::erase_if(recents, [&](const RecentItem& item) { return item.path == path; });
+    return recents;
+}
+
+} // namespace zelvra

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QString>
+
+#include <filesystem>
+#include <functional>
+
+namespace zelvra {
+
+/// What the session asks of the window system around it. The shell gives these; a session without them (on a
+/// command line) leaves out what they would do. Main thread; not owned, and they outlive the session.
+
+struct OpenPanelRequest {
+    enum class Choice {
+        movie, ///< one file of the kinds that are opened: .mov, .mp4, .m4v in either case
+        folder,
+    };
+    Choice choice = Choice::movie;
+    QString prompt;  ///< on the button that confirms
+    QString message; ///< tells what to choose
+};
+
+class OpenPanel {
+public:
+    virtual ~OpenPanel() = default;
+    /// Lets the user choose, now or later, and calls `chosen` once; not at all if the user cancels.
+    virtual void ask(const OpenPanelRequest& request,
+                     std::function<void(const std::filesystem::path&)> chosen) = 0;
+};
+
+class FileViewer {
+public:
+    virtual ~FileViewer() = default;
+    /// Shows the folder of that file, the file selected.
+    virtual void reveal(const std::filesystem::path& file) = 0;
+};
+
+class Terminator {
+public:
+    virtual ~Terminator() = default;
+    /// Ends the program.
+    virtual void terminate() = 0;
+};
+
+class RecentDocuments {
+public:
+    virtual ~RecentDocuments() = default;
+    /// Tells the desktop that this clip or folder was opened.
+    virtual void note(const std::filesystem::path& path) = 0;
+};
+
+struct ShellServices {
+    OpenPanel* openPanel = nullptr;
+    FileViewer* fileViewer = nullptr;
+    Terminator* terminator = nullptr;
+    RecentDocuments* recentDocuments = nullptr;
+};
+
+} // namespace zelvra

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "ZelvraCore/records/CMTime.h"
+
+#include <QString>
+
+namespace zelvra {
+
+/// Minutes and seconds as the whole user interface shows them: "62:05.00", without hours; "--:--.--" for a
+/// time that is no finite number.
+QString timecode(const CMTime& time);
+
+} // namespace zelvra

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "ZelvraApp/platform/Player.h"
+#include "ZelvraApp/session/PlayerController.h"
+
+#include <memory>
+
+namespace zelvra {
+
+/// The trim editor of the player's view, apart from its looks: in and out points over the whole source that
+/// the user moves, then confirms or cancels. Only confirming changes the player's bounds.
+///
+/// Main thread. `player` outlives it.
+class TrimEditor : public PlayerView {
+    Q_OBJECT
+    Q_PROPERTY(bool isActive READ isActive NOTIFY changed)
+    Q_PROPERTY(zelvra::CMTime inPoint READ inPoint NOTIFY changed)
+    Q_PROPERTY(zelvra::CMTime outPoint READ outPoint NOTIFY changed)
+
+public:
+    explicit TrimEditor(Player& player, QObject* parent = nullptr);
+
+    /// A movie is loaded and the editor is not open yet.
+    bool canBeginTrimming() const override;
+    /// Opens with the points at the player's bounds, where there are none at the movie's ends.
+    void beginTrimming(std::function<void(TrimResult)> completion) override;
+
+    bool isActive() const { return completion_ != nullptr; }
+    CMTime inPoint() const { return inPoint_; }
+    CMTime outPoint() const { return outPoint_; }
+
+    /// Kept inside the movie and 0.1 s apart; nothing while the editor is closed.
+    void setInPoint(const CMTime& time);
+    void setOutPoint(const CMTime& time);
+
+    /// Makes the points the player's bounds. If another movie has been loaded meanwhile it is a cancel.
+    void confirm();
+    void cancel();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    bool showsSameMovie() const;
+    void end(TrimResult result);
+
+    Player& player_;
+    std::weak_ptr<const Asset> movie_; ///< that the points belong to
+    CMTime duration_;
+    CMTime inPoint_;
+    CMTime outPoint_;
+    std::function<void(TrimResult)> completion_;
+};
+
+} // namespace zelvra

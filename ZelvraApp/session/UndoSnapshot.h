@@ -1,0 +1,17 @@
+#pragma once
+
+#include "ZelvraApp/session/MarkedClip.h"
+
+#include <optional>
+
+namespace zelvra {
+
+/// The annotations as they were before one step of editing.
+struct UndoSnapshot {
+    std::vector<Highlight> highlights;
+    std::optional<CMTimeRange> trimRange;
+    std::vector<MarkedClip> markedClips;
+    std::optional<Uuid> editingClipID;
+};
+
+} // namespace zelvra

@@ -35,7 +35,7 @@ void attempt(Operation operation) {
 
 template <class Record>
 Record parseBothWays(ByteView content) {
-    const Record record = Record::parse(content);
+    Record record = Record::parse(content);
     const auto written = record.serialise();
     if (!std::equal(written.begin(), written.end(), content.begin(), content.end()))
         std::abort();

@@ -6,13 +6,20 @@
 #include "ZelvraCore/records/CMTime.h"
 #include "ZelvraCore/records/SourceInfo.h"
 
+#include <QFuture>
 #include <QObject>
 #include <QPromise>
 #include <QTimer>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <qcoro/qcorotask.h>
+#include <vector>
+
+struct mpv_event;
 
 namespace zelvra {
 
@@ -33,7 +40,8 @@ struct PlayerItem {
 /// It knows nothing of highlights, trims or windows; the picture is shown by whoever takes `picture()`.
 ///
 /// Lives on the thread of the application object, which must exist and run its event loop: all operations and
-/// all signals are on that thread. None of them waits for decoding or for the disk. What arrives late from an
+/// all signals are on that thread. None of them waits for
+/// the disk, or for longer than a picture takes to be decoded. What arrives late from an
 /// item that has been replaced is dropped.
 ///
 /// With ZELVRA_AUDIO=null in the environment sound is played at its pace, but not heard.
@@ -64,7 +72,7 @@ public:
     /// 0 while paused, else the rate asked for, from `play` on and until `pause`, a bound or the end, also
     /// while a seek is under way.
     double rate() const { return rate_; }
-    /// Positive; a playing movie takes it at once.
+    /// 0.01 to 100; a playing movie takes it at once.
     void setDefaultRate(double rate);
     double defaultRate() const { return defaultRate_; }
 
@@ -89,7 +97,7 @@ public:
     void scrub(const CMTime& time);
     /// Pauses and moves by that many frames from the one on screen (or from the target of the seek under
     /// way), as far as there are frames. As `seek`; false also where there is no frame to move to.
-    QCoro::Task<bool> step(int frames);
+    QCoro::Task<bool> step(int frameCount);
 
     /// Whether `periodicTime` is emitted: 30 times a second while playing, and whenever the playhead has
     /// moved otherwise or playback has stopped. Only while an item is loaded.
@@ -113,14 +121,70 @@ Q_SIGNALS:
 private:
     enum class State { empty, loading, ready, failed };
 
-    std::unique_ptr<Mpv> mpv_;
-    std::unique_ptr<PlayerPicture> picture_;
+    /// A way to another frame, asked for or under way.
+    struct Move {
+        FrameIndex::Frame frame; ///< to be on screen at the end
+        CMTime
+            restingTime;   ///< the current time while it is under way, and where the player then stays paused
+        bool exact = true; ///< else to the sync frame at or before
+        std::shared_ptr<QPromise<bool>> arrived = {};
+        bool isSecondTry = false;
+    };
+
+    const FrameIndex& frames() const { return item_->asset->frames(); }
+    CMTime screenTime() const;
+    std::optional<FrameIndex::Frame> frameOnScreen() const;
+    CMTime insideMovie(const CMTime& time) const;
+
+    QFuture<bool> moveTo(const CMTime& time, bool exact);
+    QFuture<bool> moveBy(int frameCount);
+    QFuture<bool> begin(Move move);
+    void carryOutWaiting();
+    std::optional<std::size_t> framesToPlay(const Move& move) const;
+    void seekCore(const Move& move);
+    bool startsAgain();
+    bool triesAgain();
+    void arrive(bool shown);
+    void overtakeMoves();
+    static void answer(Move& move, bool shown);
+
+    void handleEvents();
+    void handle(const mpv_event& event);
+    void followCore();
+    void watchBound();
+    void stopAt(const CMTime& time);
+    void becomeReady();
+    void fail(const QString& reason);
+    bool takeRate(double rate);
+    void applyRate();
+    void observe();
+
     std::optional<PlayerItem> item_;
+    std::vector<std::int64_t> syncTimes_; ///< of the item, see SeekAim.h
     State state_ = State::empty;
+    std::int64_t entry_ = 0; ///< the core's name of the item; its events of earlier ones are ignored
+    bool entryStarted_ = false;
+    bool startedAgain_ = false;
+    QString complaint_; ///< the core's first one while loading
+
+    std::optional<Move> underWay_;
+    std::optional<Move> waiting_;
+    bool stepping_ = false;    ///< `underWay_` is played frame by frame, not sought
+    std::uint64_t moveId_ = 0; ///< of the core's command that carries out `underWay_`
+    /// The playhead while it rests; nothing while only the core knows it.
+    mutable std::optional<CMTime> restingTime_;
+
     double rate_ = 0;
     double defaultRate_ = 1;
     double volume_ = 1;
     bool muted_ = false;
+    bool observed_ = false;
+    QTimer periodicTimer_;
+    QTimer boundTimer_;
+
+    std::atomic<bool> wakeupQueued_ = false;
+    std::unique_ptr<Mpv> mpv_;
+    std::unique_ptr<PlayerPicture> picture_;
 };
 
 } // namespace zelvra

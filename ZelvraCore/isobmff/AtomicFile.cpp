@@ -141,17 +141,12 @@ void AtomicFile::fail(int error) const {
 }
 
 void sweepStrays(const std::filesystem::path& folder) {
-    sweepUnlockedFiles(folder, hiddenPrefix, hiddenSuffix);
-}
-
-void sweepUnlockedFiles(const std::filesystem::path& folder, std::string_view prefix,
-                        std::string_view suffix) {
     std::error_code error;
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
         const std::string name = entry->path().filename().string();
-        if (name.starts_with(prefix) && name.ends_with(suffix) &&
-            name.size() > prefix.size() + suffix.size()) {
+        if (name.starts_with(hiddenPrefix) && name.ends_with(hiddenSuffix) &&
+            name.size() > hiddenPrefix.size() + hiddenSuffix.size()) {
             removeIfUnlocked(entry->path());
         }
     }

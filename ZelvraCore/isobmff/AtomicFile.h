@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
-#include <string_view>
 
 namespace zelvra::isobmff {
 
@@ -49,9 +48,5 @@ private:
 /// Removes hidden files of AtomicFile that no living program holds. What cannot be looked at or removed
 /// stays; nothing is thrown.
 void sweepStrays(const std::filesystem::path& folder);
-
-/// The same for regular files of other names, whose writers hold `flock` on them.
-void sweepUnlockedFiles(const std::filesystem::path& folder, std::string_view prefix,
-                        std::string_view suffix);
 
 } // namespace zelvra::isobmff

@@ -62,17 +62,17 @@ std::int64_t FreezeClock::totalUpTo(std::uint32_t rank) const {
 }
 
 std::vector<std::int64_t> stillFrames(std::int64_t frames, const CMTime& frameDuration) {
-    constexpr std::int64_t dense = 8;
-    const auto half = std::max<std::int64_t>(1, std::llround(0.5 / frameDuration.seconds()));
+    constexpr std::int64_t denseStart = 8;
+    constexpr std::int64_t denseEnd = 3;
+    constexpr std::int64_t leastStep = 3;
+    constexpr double mostPerSecond = 20;
+    const std::int64_t step =
+        std::max<std::int64_t>(leastStep, std::llround(1 / (mostPerSecond * frameDuration.seconds())));
     std::vector<std::int64_t> result;
-    for (std::int64_t frame = 0; frame < std::min(dense, frames); ++frame) {
-        result.push_back(frame);
-    }
-    for (std::int64_t frame = (dense + half - 1) / half * half; frame < frames; frame += half) {
-        result.push_back(frame);
-    }
-    if (result.back() != frames - 1) {
-        result.push_back(frames - 1);
+    for (std::int64_t frame = 0; frame < frames; ++frame) {
+        if (frame < denseStart || frame >= frames - denseEnd || (frame - denseStart + 1) % step == 0) {
+            result.push_back(frame);
+        }
     }
     return result;
 }

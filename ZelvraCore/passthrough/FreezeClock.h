@@ -32,9 +32,11 @@ private:
     std::vector<std::int64_t> starts_; ///< running sum of the lengths
 };
 
-/// Frames of a freeze at which its still is repeated, from 0: the first ones feed decoders that give a
-/// picture out only after several more came in; one each half second and the last make every seek into the
-/// freeze land on it.
+/// Frames of a freeze at which its still is stored, from 0. The first ones feed decoders that give a picture
+/// out only after several more came in. Every third one after them (at most twenty a second) makes seeks into
+/// the freeze land on it, and spares players that plan their screen by the mean length of the last frames:
+/// where stills stand for half a second, Chromium leaves pictures out behind them. The last ones keep
+/// converters to a constant rate from repeating a freeze at the movie's end once more.
 std::vector<std::int64_t> stillFrames(std::int64_t frames, const CMTime& frameDuration);
 
 } // namespace zelvra::passthrough

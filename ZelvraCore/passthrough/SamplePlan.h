@@ -13,7 +13,9 @@ struct PlannedSample {
         source,  ///< `index` counts the source's samples in decode order
         freeze,  ///< `index` counts the freezes
         leadIn,  ///< a copy of the first shown picture, for players that ignore edits
-        leadOut, ///< a copy of the last shown one, likewise
+        cover,   ///< a copy of the first shown picture right before it, so that what had to be decoded is not
+                 ///< seen
+        leadOut, ///< a copy of the last shown one, for players that ignore edits
     };
 
     Kind kind = Kind::source;

@@ -21,7 +21,8 @@ constexpr int ppsIdLimit = 256; // ITU-T H.264 clause 7.4.2.2
 
 const std::filesystem::path& clipOf(const PlannedSample& still, const VideoTrackBuilder::Clips& clips) {
     switch (still.kind) {
-    case Kind::leadIn: return clips.leadIn;
+    case Kind::leadIn:
+    case Kind::cover: return clips.leadIn;
     case Kind::leadOut: return clips.leadOut;
     default: return clips.freezes[still.index];
     }
@@ -32,6 +33,7 @@ const std::filesystem::path& clipOf(const PlannedSample& still, const VideoTrack
 const StillPlace& StillPlaces::of(const PlannedSample& still) const {
     switch (still.kind) {
     case Kind::leadIn: return *leadIn;
+    case Kind::cover: return *cover;
     case Kind::leadOut: return *leadOut;
     default: return freezes[still.index];
     }

@@ -27,6 +27,7 @@ struct StillPlace {
 
 struct StillPlaces {
     std::optional<StillPlace> leadIn;
+    std::optional<StillPlace> cover;
     std::vector<StillPlace> freezes; ///< one for each freeze of the cut
     std::optional<StillPlace> leadOut;
 

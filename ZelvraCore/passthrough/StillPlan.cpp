@@ -20,6 +20,7 @@ public:
         : pictures_(pictures), cut_(cut), traitsOf_(traitsOf) {
         keepSamples();
         findSites();
+        findCover();
     }
 
     StillPlan plan(std::uint32_t timescale) {
@@ -81,6 +82,22 @@ private:
         }
     }
 
+    /// Where pictures are hidden before the range, its first picture covers the last of them. It comes after
+    /// all that is shown before it, as a freeze there would.
+    void findCover() {
+        if (hiddenRunLength() == 0) {
+            return;
+        }
+        for (std::size_t k = 0; k < kept_.size(); ++k) {
+            if (isAhead(kept_[k])) {
+                coverPlace_ = k + 1;
+            }
+        }
+        result_.cover = siteAt(coverPlace_, cut_.firstRank);
+    }
+
+    bool isAhead(std::uint32_t index) const { return pictures_.rankOf(index) < cut_.firstRank; }
+
     StillSite siteAt(std::size_t place, std::uint32_t position) const {
         StillSite site;
         if (place > 0) {
@@ -108,7 +125,7 @@ private:
     }
 
     /// The hidden run takes a tick for each picture; all of it together should not last longer than one
-    /// frame.
+    /// frame. Between any two source samples there is a tick for the cover.
     std::uint32_t factorForHidden() const {
         const std::size_t run = hiddenRunLength();
         if (run == 0) {
@@ -118,7 +135,7 @@ private:
         const std::int64_t frame =
             std::max<std::int64_t>(pictures_.endAtRank(rank) - pictures_.timeAtRank(rank), 1);
         const auto ticks = static_cast<std::int64_t>(2 * run + 4);
-        return static_cast<std::uint32_t>((ticks + frame - 1) / frame);
+        return static_cast<std::uint32_t>(std::max<std::int64_t>((ticks + frame - 1) / frame, 2));
     }
 
     /// Output ticks from the start of what is shown, freezes left out.
@@ -138,7 +155,13 @@ private:
 
     void emitStream(const FreezeClock& clock) {
         std::size_t freeze = 0;
-        for (std::size_t place = hiddenRunLength(); place <= kept_.size(); ++place) {
+        const std::size_t run = hiddenRunLength();
+        for (std::size_t place = run; place <= kept_.size(); ++place) {
+            if (place == coverPlace_ && place > run) {
+                PlannedSample cover = coverSample();
+                cover.decodeTime = result_.samples.samples.back().decodeTime + 1;
+                result_.samples.samples.push_back(cover);
+            }
             for (; freeze < places_.size() && places_[freeze] == place; ++freeze) {
                 emitFreeze(clock, freeze);
             }
@@ -234,38 +257,56 @@ private:
         }
     }
 
-    /// Pictures before the first shown one take a tick each. Two copies of the first shown picture come
-    /// before them: what a player that ignores edits shows at once.
-    void prependHiddenRun() {
-        const std::size_t run = hiddenRunLength();
+    static PlannedSample coverSample() {
+        PlannedSample cover;
+        cover.kind = Kind::cover;
+        cover.shown = false;
+        return cover;
+    }
+
+    /// What is decoded before the first sample that is shown, a tick each. Two copies of the first shown
+    /// picture come before it: what a player that ignores edits shows at once.
+    std::vector<PlannedSample> hiddenRun() {
         std::vector<PlannedSample> hidden;
-        if (run > 0) {
-            StillSite site;
-            site.head = kept_.front();
-            site.coding = traitsOf_(kept_.front()).idr ? Coding::idr : Coding::recovery;
-            result_.leadIn = site;
-            for (std::uint32_t part = 0; part < 2; ++part) {
-                PlannedSample still;
-                still.kind = Kind::leadIn;
-                still.shown = false;
-                still.sync = part == 0;
-                still.part = part;
-                hidden.push_back(still);
-            }
-            for (std::size_t k = 0; k < run; ++k) {
-                PlannedSample sample;
-                sample.shown = false;
-                sample.index = kept_[k];
-                hidden.push_back(sample);
-            }
+        const std::size_t run = hiddenRunLength();
+        if (run == 0) {
+            return hidden;
         }
-        const std::int64_t delay = orderHidden(hidden);
+        StillSite site;
+        site.head = kept_.front();
+        site.coding = traitsOf_(kept_.front()).idr ? Coding::idr : Coding::recovery;
+        result_.leadIn = site;
+        for (std::uint32_t part = 0; part < 2; ++part) {
+            PlannedSample still;
+            still.kind = Kind::leadIn;
+            still.shown = false;
+            still.sync = part == 0;
+            still.part = part;
+            hidden.push_back(still);
+        }
+        for (std::size_t k = 0; k < run; ++k) {
+            PlannedSample sample;
+            sample.shown = false;
+            sample.index = kept_[k];
+            hidden.push_back(sample);
+        }
+        if (coverPlace_ == run) {
+            hidden.push_back(coverSample());
+        }
+        for (std::size_t i = 0; i < hidden.size(); ++i) {
+            hidden[i].decodeTime = static_cast<std::int64_t>(i);
+        }
+        return hidden;
+    }
+
+    void prependHiddenRun() {
+        const std::vector<PlannedSample> hidden = hiddenRun();
         auto& samples = result_.samples.samples;
         std::int64_t earliest = samples.front().decodeTime;
         for (const PlannedSample& sample : samples) {
             earliest = std::min({earliest, sample.decodeTime, sample.presentationTime});
         }
-        const std::int64_t shift = static_cast<std::int64_t>(hidden.size()) + delay - earliest;
+        const std::int64_t shift = static_cast<std::int64_t>(hidden.size()) - earliest;
         for (PlannedSample& sample : samples) {
             sample.decodeTime += shift;
             sample.presentationTime += shift;
@@ -273,30 +314,37 @@ private:
         result_.samples.editStart = shift;
         samples.insert(samples.begin(), hidden.begin(), hidden.end());
         samples.front().sync = true;
+        if (result_.cover) {
+            presentAhead(hidden.size());
+        }
     }
 
-    /// Gives hidden samples consecutive ticks in both orders; returns by how much the presentation is delayed
-    /// so that none is presented before it is decoded.
-    std::int64_t orderHidden(std::vector<PlannedSample>& hidden) const {
-        std::vector<std::size_t> byPresentation(hidden.size());
-        for (std::size_t i = 0; i < hidden.size(); ++i) {
-            byPresentation[i] = i;
-            hidden[i].decodeTime = static_cast<std::int64_t>(i);
+    /// Presents what lies before the range as early as it is decoded, a tick each, so that the cover stands
+    /// for most of the time that a player may spend there.
+    void presentAhead(std::size_t run) {
+        auto& samples = result_.samples.samples;
+        std::vector<std::size_t> ahead;
+        for (std::size_t i = 0; i < samples.size(); ++i) {
+            const bool isHidden = !samples[i].shown && samples[i].kind == Kind::source;
+            if (i < run || samples[i].kind == Kind::cover || (isHidden && isAhead(samples[i].index))) {
+                ahead.push_back(i);
+            }
         }
-        std::ranges::stable_sort(byPresentation, {}, [&](std::size_t i) {
-            return hidden[i].kind == Kind::leadIn ? std::int64_t{-1}
-                                                  : std::int64_t{pictures_.rankOf(hidden[i].index)};
+        std::ranges::stable_sort(ahead, {}, [&](std::size_t i) -> std::int64_t {
+            switch (samples[i].kind) {
+            case Kind::leadIn: return -1;
+            case Kind::cover: return cut_.firstRank;
+            default: return pictures_.rankOf(samples[i].index);
+            }
         });
-        std::int64_t delay = 0;
-        for (std::size_t rank = 0; rank < hidden.size(); ++rank) {
-            PlannedSample& sample = hidden[byPresentation[rank]];
-            sample.presentationTime = static_cast<std::int64_t>(rank);
-            delay = std::max(delay, sample.decodeTime - sample.presentationTime);
+        std::int64_t time = -1;
+        for (const std::size_t i : ahead) {
+            time = std::max(time + 1, samples[i].decodeTime);
+            samples[i].presentationTime = time;
         }
-        for (PlannedSample& sample : hidden) {
-            sample.presentationTime += delay;
+        if (time >= result_.samples.editStart) {
+            throw CannotPassThrough("its pictures' times leave no room in front of the range");
         }
-        return delay;
     }
 
     void finish(const FreezeClock& clock) {
@@ -322,6 +370,7 @@ private:
     const TraitsOf& traitsOf_;
     std::vector<std::uint32_t> kept_; ///< indexes of the stored source samples, in decode order
     std::vector<std::size_t> places_; ///< for each freeze: how many kept samples are decoded before it
+    std::size_t coverPlace_ = 0;      ///< the same for the cover
     std::uint32_t factor_ = 1;
     StillPlan result_;
 };

@@ -35,6 +35,7 @@ struct StillPlan {
     SamplePlan samples;
     std::vector<StillSite> freezes; ///< one for each freeze of the cut
     std::optional<StillSite> leadIn;
+    std::optional<StillSite> cover; ///< where there is a lead-in
     std::optional<StillSite> leadOut;
 };
 

@@ -40,6 +40,7 @@ StillPlaces StillTrack::placeAll() {
     StillPlaces places;
     if (plan_.leadIn) {
         places.leadIn = placeFor(*plan_.leadIn);
+        places.cover = placeFor(*plan_.cover);
     }
     for (const StillSite& site : plan_.freezes) {
         places.freezes.push_back(placeFor(site));

@@ -1,8 +1,8 @@
 #include "ZelvraCore/bitstream/h264/Sps.h"
 
-#include "ZelvraCore/bitstream/AspectRatio.h"
 #include "ZelvraCore/bitstream/BitReader.h"
 #include "ZelvraCore/bitstream/BitstreamError.h"
+#include "ZelvraCore/bitstream/VideoSignal.h"
 #include "ZelvraCore/bitstream/h264/Levels.h"
 #include "ZelvraCore/bitstream/h264/NalType.h"
 #include "ZelvraCore/bitstream/h264/ScalingLists.h"
@@ -95,59 +95,31 @@ void skipHrd(BitReader& reader) {
     reader.skip(20);
 }
 
-BufferRestriction parseRestriction(BitReader& reader) {
+/// bitstream_restriction: max_dec_frame_buffering is its last field.
+int parseMaxDecFrameBuffering(BitReader& reader) {
     reader.skip(1);
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 5; ++i)
         reader.ue();
-    BufferRestriction restriction;
-    restriction.numReorderFrames = static_cast<int>(reader.ue(16));
-    restriction.maxDecFrameBuffering = static_cast<int>(reader.ue(16));
-    return restriction;
-}
-
-void parseVideoSignal(BitReader& reader, Vui& vui) {
-    reader.skip(3);
-    vui.fullRange = reader.flag();
-    if (!reader.flag())
-        return;
-    vui.colour.emplace();
-    vui.colour->primaries = static_cast<int>(reader.bits(8));
-    vui.colour->transfer = static_cast<int>(reader.bits(8));
-    vui.colour->matrix = static_cast<int>(reader.bits(8));
+    return static_cast<int>(reader.ue(16));
 }
 
 Vui parseVui(BitReader& reader) {
     Vui vui;
-    if (reader.flag()) {
-        const auto ratio = bitstream::parseAspectRatio(reader);
-        vui.sarWidth = ratio.width;
-        vui.sarHeight = ratio.height;
-    }
+    vui.fullRange = bitstream::parseFullRange(reader);
     if (reader.flag())
-        reader.skip(1); // overscan_appropriate_flag
-    if (reader.flag())
-        parseVideoSignal(reader, vui);
-    if (reader.flag()) { // chroma sample location
-        reader.ue();
-        reader.ue();
-    }
-    if (reader.flag()) {
-        vui.timing.emplace();
-        vui.timing->unitsInTick = reader.bits(32);
-        vui.timing->timeScale = reader.bits(32);
-        vui.timing->fixedFrameRate = reader.flag();
-    }
+        reader.skip(65); // num_units_in_tick, time_scale, fixed_frame_rate_flag
+    bool hrdPresent = false;
     for (int i = 0; i < 2; ++i) {
         if (reader.flag()) {
             skipHrd(reader);
-            vui.hrdPresent = true;
+            hrdPresent = true;
         }
     }
-    if (vui.hrdPresent)
+    if (hrdPresent)
         reader.skip(1); // low_delay_hrd_flag
-    vui.picStructPresent = reader.flag();
+    reader.skip(1);     // pic_struct_present_flag
     if (reader.flag())
-        vui.restriction = parseRestriction(reader);
+        vui.maxDecFrameBuffering = parseMaxDecFrameBuffering(reader);
     return vui;
 }
 
@@ -187,8 +159,8 @@ FreezeEncoding::CodedFrame Sps::codedFrame() const {
 }
 
 int Sps::decodedPictureBufferFrames() const {
-    if (vui && vui->restriction)
-        return std::max({1, vui->restriction->maxDecFrameBuffering, maxNumRefFrames});
+    if (vui && vui->maxDecFrameBuffering)
+        return std::max({1, *vui->maxDecFrameBuffering, maxNumRefFrames});
     const int macroblocks = widthInMacroblocks * codedHeight() / 16;
     return std::clamp(levelLimits(*this).maxDpbMacroblocks / macroblocks, 1, 16);
 }

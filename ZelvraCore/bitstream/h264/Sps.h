@@ -7,34 +7,11 @@
 
 namespace zelvra::h264 {
 
-/// bitstream_restriction_flag's part of the video usability information: how far pictures are reordered.
-struct BufferRestriction {
-    int numReorderFrames = 0;     ///< max_num_reorder_frames
-    int maxDecFrameBuffering = 0; ///< max_dec_frame_buffering
-};
-
-struct ColourDescription {
-    int primaries = 2; ///< as in ITU-T H.273; 2: unspecified
-    int transfer = 2;
-    int matrix = 2;
-};
-
-struct FrameTiming {
-    std::uint32_t unitsInTick = 0;
-    std::uint32_t timeScale = 0;
-    bool fixedFrameRate = false;
-};
-
-/// The video usability information that output order, timing and colour depend on (ITU-T H.264 annex E).
+/// The video usability information that the look and the output order of pictures depend on (ITU-T H.264
+/// annex E).
 struct Vui {
-    int sarWidth = 0; ///< 0: not given
-    int sarHeight = 0;
     bool fullRange = false;
-    std::optional<ColourDescription> colour;
-    std::optional<FrameTiming> timing;
-    bool hrdPresent = false; ///< NAL or VCL hypothetical reference decoder parameters
-    bool picStructPresent = false;
-    std::optional<BufferRestriction> restriction;
+    std::optional<int> maxDecFrameBuffering; ///< of bitstream_restriction
 };
 
 /// A sequence parameter set (ITU-T H.264 clause 7.3.2.1.1): how pictures are laid out, how their order counts

@@ -1,8 +1,8 @@
 #include "ZelvraCore/bitstream/hevc/Sps.h"
 
-#include "ZelvraCore/bitstream/AspectRatio.h"
 #include "ZelvraCore/bitstream/BitReader.h"
 #include "ZelvraCore/bitstream/BitstreamError.h"
+#include "ZelvraCore/bitstream/VideoSignal.h"
 #include "ZelvraCore/bitstream/hevc/NalType.h"
 #include "ZelvraCore/bitstream/hevc/ScalingLists.h"
 #include "ZelvraCore/bitstream/hevc/ShortTermRefs.h"
@@ -167,19 +167,8 @@ void skipHrd(BitReader& reader, int maxSubLayers) {
     }
 }
 
-void parseVideoSignal(BitReader& reader, Vui& vui) {
-    reader.skip(3);
-    vui.fullRange = reader.flag();
-    if (!reader.flag())
-        return;
-    vui.primaries = static_cast<int>(reader.bits(8));
-    vui.transfer = static_cast<int>(reader.bits(8));
-    vui.matrix = static_cast<int>(reader.bits(8));
-}
-
-void parseTiming(BitReader& reader, Vui& vui, int maxSubLayers) {
-    vui.unitsInTick = reader.bits(32);
-    vui.timeScale = reader.bits(32);
+void skipTiming(BitReader& reader, int maxSubLayers) {
+    reader.skip(64); // units in a tick, time scale
     if (reader.flag())
         reader.ue(); // vui_num_ticks_poc_diff_one_minus1
     if (reader.flag())
@@ -188,32 +177,19 @@ void parseTiming(BitReader& reader, Vui& vui, int maxSubLayers) {
 
 Vui parseVui(BitReader& reader, int maxSubLayers) {
     Vui vui;
-    if (reader.flag()) {
-        const auto ratio = bitstream::parseAspectRatio(reader);
-        vui.sarWidth = ratio.width;
-        vui.sarHeight = ratio.height;
-    }
-    if (reader.flag())
-        reader.skip(1); // overscan_appropriate_flag
-    if (reader.flag())
-        parseVideoSignal(reader, vui);
-    if (reader.flag()) { // chroma sample location
-        reader.ue();
-        reader.ue();
-    }
+    vui.fullRange = bitstream::parseFullRange(reader);
     reader.skip(1); // neutral_chroma_indication_flag
     vui.fieldSequence = reader.flag();
-    vui.frameFieldInfoPresent = reader.flag();
+    reader.skip(1);      // frame_field_info_present_flag
     if (reader.flag()) { // default display window
         for (int i = 0; i < 4; ++i)
             reader.ue();
     }
     if (reader.flag())
-        parseTiming(reader, vui, maxSubLayers);
+        skipTiming(reader, maxSubLayers);
     if (reader.flag()) {
         reader.skip(3);
-        vui.minSpatialSegmentationIdc = static_cast<int>(reader.ue(4095));
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 5; ++i)
             reader.ue();
     }
     return vui;

@@ -34,19 +34,10 @@ struct SubLayerOrdering {
     std::uint32_t maxLatencyIncreasePlus1 = 0; ///< 0: no limit
 };
 
-/// The video usability information that timing and colour depend on (annex E).
+/// Of the video usability information (annex E), what decides whether and how freezes fit.
 struct Vui {
-    int sarWidth = 0; ///< 0: not given
-    int sarHeight = 0;
     bool fullRange = false;
-    int primaries = 2;
-    int transfer = 2;
-    int matrix = 2;
     bool fieldSequence = false; ///< field_seq_flag: pictures are fields
-    bool frameFieldInfoPresent = false;
-    std::uint32_t unitsInTick = 0; ///< 0: no timing
-    std::uint32_t timeScale = 0;
-    int minSpatialSegmentationIdc = 0;
 };
 
 /// A video parameter set, of which only the ids and layers matter here (clause 7.3.2.1).

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "ZelvraCore/media/Asset.h"
+#include "ZelvraCore/media/FrameIndex.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace zelvra {
+
+/// What to ask of mpv to have a certain frame on the screen. An exact seek of mpv to T decodes from the sync
+/// sample that its demuxer finds at or before T and shows the first frame at or after T - 5 ms. That misses
+/// frames which are closer than that to their predecessors, and those which lead the next sync sample: they
+/// are stored after it, appear before it, and cannot be decoded from it. A pure value.
+struct SeekAim {
+    double seconds = 0; ///< the time to seek to
+    /// How much earlier (seconds) the demuxer is to look for the sync sample.
+    double demuxerOffset = 0;
+};
+
+/// When the pictures appear that decoding can start at, in ticks of the video track and in order. Without the
+/// hidden ones. One pass over the track's samples.
+std::vector<std::int64_t> syncTimes(const Asset& asset);
+
+/// `index` < frames.count(); `syncs` of the same movie.
+SeekAim aimAt(const FrameIndex& frames, const std::vector<std::int64_t>& syncs, std::size_t index);
+
+} // namespace zelvra

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "ZelvraCore/bitstream/BitReader.h"
+
+namespace zelvra::bitstream {
+
+/// Reads the head of the video usability information, which is the same in ITU-T H.264 (E.1.1) and H.265
+/// (E.2.1): aspect ratio, overscan, video signal, place of the chroma samples. Gives the only thing wanted of
+/// it, `video_full_range_flag`: the rest is taken from the decoder.
+bool parseFullRange(BitReader& reader);
+
+} // namespace zelvra::bitstream

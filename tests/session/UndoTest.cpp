@@ -127,7 +127,7 @@ protected:
         case 1:
         case 2: add(seconds()); break;
         case 3: session_->deleteHighlight(anyHighlight()); break;
-        case 4: session_->setTrim(range(seconds(), seconds() + 0.2)); break;
+        case 4: setAnyTrim(); break;
         case 5: session_->setTrim(std::nullopt); break;
         case 6: session_->dragTrimStart(seconds() * 1.5 - 0.5); break;
         case 7: session_->dragTrimEnd(seconds() * 1.5 - 0.5); break;
@@ -189,6 +189,10 @@ protected:
 private:
     int pick(int count) { return std::uniform_int_distribution(0, count - 1)(dice_); }
     double seconds() { return std::uniform_real_distribution(0.0, 2.0)(dice_); }
+    void setAnyTrim() {
+        const double start = seconds() * 0.9;
+        session_->setTrim(range(start, start + 0.2));
+    }
     /// Mostly one that exists, sometimes one that does not any more.
     Highlight anyHighlight() {
         const auto& all = session_->highlights();

@@ -40,6 +40,12 @@ std::vector<Highlight> committing(const Highlight& highlight, std::vector<Highli
     return highlights;
 }
 
+/// What is on screen at `time`. A player that rests at the movie's very end shows the last picture.
+Image frameOnScreen(const Asset& asset, const CMTime& time) {
+    const bool atTheEnd = time == asset.duration() && !asset.frames().empty();
+    return extractFrame(asset, atTheEnd ? asset.frames().last().time : time);
+}
+
 } // namespace
 
 void AppState::setDraft(std::optional<HighlightDraft> draft) {
@@ -51,7 +57,7 @@ QCoro::Task<std::optional<Image>> AppState::grabFrame(std::shared_ptr<const Asse
     const QPointer<AppState> self(this);
     QString failure;
     try {
-        auto grab = [asset, time] { return extractFrame(*asset, time); };
+        auto grab = [asset, time] { return frameOnScreen(*asset, time); };
         QCoro::Task<Image> grabbing = inBackground(std::move(grab));
         Image frame = co_await grabbing;
         co_return frame;

@@ -16,6 +16,9 @@ ZVError noBuffer(int errorNumber) {
     return ZVError::contextCreationFailed("CVPixelBuffer (status " + std::to_string(-errorNumber) + ")");
 }
 
+/// More than any picture takes.
+constexpr std::size_t mostBytes = std::size_t{1} << 36;
+
 /// Rows begin where vector instructions like them to.
 constexpr std::size_t rowAlignment = 64;
 
@@ -28,11 +31,14 @@ std::shared_ptr<std::vector<std::uint8_t>> allocate(int width, int height) {
     if (width <= 0 || height <= 0) {
         throw noBuffer(EINVAL);
     }
+    // Scalers write whole vectors, also at the end of the last row.
+    const std::size_t bytes = alignedRow(width) * static_cast<std::size_t>(height) + rowAlignment;
+    if (bytes > mostBytes) {
+        throw noBuffer(ENOMEM);
+    }
     try {
-        // Scalers write whole vectors, also at the end of the last row.
-        return std::make_shared<std::vector<std::uint8_t>>(
-            alignedRow(width) * static_cast<std::size_t>(height) + rowAlignment);
-    } catch (const std::exception&) { // more than memory, or than a vector, holds
+        return std::make_shared<std::vector<std::uint8_t>>(bytes);
+    } catch (const std::bad_alloc&) {
         throw noBuffer(ENOMEM);
     }
 }

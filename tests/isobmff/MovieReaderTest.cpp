@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string_view>
+
 #include <functional>
 
 namespace zelvra::isobmff {
@@ -266,9 +268,10 @@ TEST(MovieReader, ReadsMediaThatReachesToTheEndAndALongIndex) {
     bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(index),
                 bytes.begin() + static_cast<std::ptrdiff_t>(index + 8));
     bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(index), longIndex.begin(), longIndex.end());
-    for (const char* text : {"", "\0\0\0\0free and more"}) {
+    using namespace std::string_view_literals;
+    for (const std::string_view behind : {""sv, "\0\0\0\0free and more"sv}) {
         Bytes followed = bytes;
-        followed.insert(followed.end(), text, text + (*text == 0 && text[4] != 0 ? 17 : 0));
+        followed.insert(followed.end(), behind.begin(), behind.end());
         EXPECT_EQ(readMovie(MemoryByteSource(followed)).tracks.at(0).samples, expected.tracks[0].samples);
     }
 }

@@ -125,14 +125,17 @@ TEST(CommandLine, IsCompletedAndExplainedOptionByOption) {
 TEST(CommandLine, LeavesNothingBehindWhenInterrupted) {
     const TemporaryFolder folder;
     const std::string movie = movieFile({.width = 1280, .height = 720, .frames = 30});
-    std::string command =
-        std::string(ZELVRA_CLI) + " export " + movie + " --output " + (folder / "out.mp4").string();
+    std::string command = "TMPDIR=" + folder.path().string() + " " + ZELVRA_CLI + " export " + movie +
+                          " --output " + (folder / "out.mp4").string();
     for (int i = 0; i < 40; ++i) { // enough to be busy with when the signal comes
         command += " --highlight at=0.5,duration=0.1";
     }
-    // Job control keeps a background job's SIGINT alive.
-    const ProcessResult result =
-        runProcess({"bash", "-c", "set -m; " + command + " & sleep 0.4; kill -INT $!; wait $!"});
+    // Job control keeps a background job's SIGINT alive. The export is under way when its first clip is
+    // there.
+    const std::string underWay = "ls " + folder.path().string() + " | grep -q zv_freeze_";
+    const ProcessResult result = runProcess(
+        {"bash", "-c",
+         "set -m; " + command + " & until " + underWay + "; do sleep 0.02; done; kill -INT $!; wait $!"});
     EXPECT_EQ(result.exitCode, 1) << result.errors;
     EXPECT_TRUE(folder.names().empty());
 }

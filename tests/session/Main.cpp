@@ -1,0 +1,14 @@
+#include <QGuiApplication>
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("ZELVRA_AUDIO", "null");
+    const QGuiApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

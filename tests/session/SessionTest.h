@@ -1,0 +1,73 @@
+#pragma once
+
+#include "ZelvraApp/session/AppState.h"
+#include "tests/support/Files.h"
+#include "tests/support/NumberedMovie.h"
+
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zelvra::test {
+
+/// What the window system would do, noted down.
+struct Desk : OpenPanel, FileViewer, Terminator, RecentDocuments {
+    void ask(const OpenPanelRequest& request,
+             std::function<void(const std::filesystem::path&)> chosen) override {
+        asked = request;
+        if (!answer.empty()) {
+            chosen(answer);
+        }
+    }
+    void reveal(const std::filesystem::path& file) override { revealed = file; }
+    void terminate() override { terminated = true; }
+    void note(const std::filesystem::path& path) override { noted.push_back(path); }
+
+    OpenPanelRequest asked;
+    std::filesystem::path answer; ///< to the open panel; empty cancels
+    std::filesystem::path revealed;
+    bool terminated = false;
+    std::vector<std::filesystem::path> noted;
+};
+
+/// A session as a user finds it, in a folder of its own: real player, real engine, preferences of its own.
+class SessionTest : public testing::Test {
+protected:
+    SessionTest();
+
+    /// Runs the program until the task, or the condition, is through. A condition gives up after 20 s.
+    static void run(QCoro::Task<> task);
+    static bool comesTrue(const std::function<bool()>& condition);
+    static void letPass(double seconds);
+
+    /// A copy of that movie in the test's folder.
+    std::filesystem::path clip(const std::string& name, const NumberedMovie& movie = {}) const;
+    /// Opens it and waits for its first picture.
+    void open(const std::filesystem::path& clip);
+    /// Moves the playhead exactly there.
+    void seek(double seconds);
+
+    /// A finished highlight, as the editor leaves it, with a figure that can be found again in the finished
+    /// movie; `add` commits it too.
+    static HighlightDraft draftAt(double seconds, double duration = 3, int marker = 0);
+    Highlight add(double seconds, double duration = 3, int marker = 0);
+    /// Moments of the highlights, in seconds.
+    std::vector<double> moments() const;
+    /// Start and end of the marked clips, in seconds.
+    std::vector<std::pair<double, double>> clips() const;
+    static CMTimeRange range(double start, double end);
+    /// What a movie shows: "0-29, 30 frozen 1.0 s #2, 30-59", numbers of the source's pictures.
+    static std::string story(const std::filesystem::path& movie);
+
+    TemporaryFolder folder_;
+    PreferenceStore preferences_{folder_ / "preferences.json"};
+    Desk desk_;
+    std::unique_ptr<AppState> session_;
+};
+
+} // namespace zelvra::test

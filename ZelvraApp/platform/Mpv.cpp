@@ -37,6 +37,8 @@ constexpr std::array options{
     Option{"idle", "yes"},
     Option{"pause", "yes"},
     Option{"vo", "libmpv"},
+    // Pictures keep their own colours, as grabbed ones do; zimg would map HDR to something far too bright.
+    Option{"sws-allow-zimg", "no"},
     // A machine without a sound device plays at the right pace all the same.
     Option{"audio-fallback-to-null", "yes"},
     // The engine's timeline and the engine's frames.

@@ -356,14 +356,15 @@ bool Player::startsAgain() {
     return true;
 }
 
-/// An exact seek may have missed where the file's sync samples are none, or its index is odd: once more, from
-/// farther back.
+/// An exact seek may have missed where the file's sync samples are none, or its index is odd; where the core
+/// found nothing to show it is at the end. Once more, from farther back.
 bool Player::triesAgain() {
     if (!underWay_->exact || underWay_->isSecondTry || rate_ > 0 || waiting_) {
         return false;
     }
     const auto shown = frameOnScreen();
-    if (shown && shown->index == underWay_->frame.index) {
+    const bool foundNothing = mpv_->flag("eof-reached");
+    if (!foundNothing && shown && shown->index == underWay_->frame.index) {
         return false;
     }
     underWay_->isSecondTry = true;

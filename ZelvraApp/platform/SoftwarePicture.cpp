@@ -37,6 +37,15 @@ RenderContext makeContext(mpv_handle& core) {
     return RenderContext(context);
 }
 
+/// The core leaves anything in the fourth byte; Format_RGB32 promises 255.
+void makeOpaque(QImage& image) {
+    for (int y = 0; y < image.height(); ++y) {
+        auto* pixels = reinterpret_cast<QRgb*>(image.scanLine(y));
+        std::transform(pixels, pixels + image.width(), pixels,
+                       [](QRgb pixel) { return pixel | 0xff000000U; });
+    }
+}
+
 void drawInto(mpv_render_context& context, QImage& image) {
     std::array size{image.width(), image.height()};
     std::string format = "bgr0"; // the bytes of Format_RGB32 on a little-endian machine
@@ -47,6 +56,7 @@ void drawInto(mpv_render_context& context, QImage& image) {
                           mpv_render_param{MPV_RENDER_PARAM_SW_POINTER, image.bits()},
                           mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
     mpv_render_context_render(&context, parameters.data());
+    makeOpaque(image);
 }
 
 /// Takes a frame that nobody wants to see, as the core waits for that.

@@ -50,15 +50,17 @@ void PlayedMovie::playUntil(const std::function<bool()>& done) {
     }
 }
 
-std::optional<int> PlayedMovie::numberOnScreen() {
+QImage PlayedMovie::pictureOnScreen() {
     auto& picture = dynamic_cast<SoftwarePicture&>(player_.picture());
-    constexpr int lastQueuedPicture = 60; // ms that one may take to come up after a pause
+    constexpr int lastQueuedPicture = 45; // ms that one may take to come up after a pause
     spinFor(lastQueuedPicture);
     spinUntil([&] { return !picture.isDrawing(); });
     const AffineTransform& turn = player_.currentItem()->info.preferredTransform;
-    const QImage grey = picture.image()
-                            .transformed(QTransform(turn.a, turn.b, turn.c, turn.d, 0, 0))
-                            .convertToFormat(QImage::Format_Grayscale8);
+    return picture.image().transformed(QTransform(turn.a, turn.b, turn.c, turn.d, 0, 0));
+}
+
+std::optional<int> PlayedMovie::numberOnScreen() {
+    const QImage grey = pictureOnScreen().convertToFormat(QImage::Format_Grayscale8);
     return readPicture(grey.constBits(), grey.width(), grey.height(),
                        static_cast<std::size_t>(grey.bytesPerLine()))
         .number;

@@ -2,6 +2,7 @@
 
 #include "ZelvraApp/platform/Player.h"
 
+#include <QImage>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -29,7 +30,9 @@ public:
     bool step(int count) { return QCoro::waitFor(player_.step(count)); }
     void playUntil(const std::function<bool()>& done);
 
-    /// The number in the player's picture, turned upright.
+    /// The player's picture, turned upright, when it has settled.
+    QImage pictureOnScreen();
+    /// The number in it.
     std::optional<int> numberOnScreen();
     /// The number in the picture that the engine grabs at the player's current time.
     std::optional<int> numberGrabbed();

@@ -53,13 +53,21 @@ void throwFailure(const AppState& session) {
     }
 }
 
-void exportClips(AppState& session, bool quiet) {
-    ProgressReport report(std::cerr, progressStyle(quiet));
-    QObject::connect(&session, &AppState::exportProgressChanged, &session,
-                     [&] { report.update(session.exportProgress()); });
-    QCoro::Task<> exporting = session.exportMovies();
-    QCoro::waitFor(exporting);
+/// Waits for what the session does, unless the user interrupts it.
+void await(QCoro::Task<> task, const Interrupt& interrupt) {
+    QCoro::waitFor(task);
+    if (interrupt.token().stop_requested()) {
+        throw MediaError(MediaError::Cause::cancelled, "cancelled");
+    }
 }
+
+/// Cleaning up is the workers' part, also when a session is left early.
+struct WorkersEnd {
+    WorkersEnd() = default;
+    WorkersEnd(const WorkersEnd&) = delete;
+    WorkersEnd& operator=(const WorkersEnd&) = delete;
+    ~WorkersEnd() { finishWorkers(); }
+};
 
 } // namespace
 
@@ -76,30 +84,31 @@ void clipsCommand(const ClipsRequest& request) {
     const QCoreApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
     const std::stop_callback endEarly(interrupt.token(), [] {
-        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
-                                  Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
     });
 
     const QTemporaryDir own;
     PreferenceStore preferences(pathOf(own.filePath(QStringLiteral("preferences.json"))));
     preferences.write(placesOf(request, annotations));
-    auto session = std::make_unique<AppState>(preferences);
-    QCoro::Task<> loading = session->load(std::filesystem::absolute(request.movie));
-    QCoro::waitFor(loading);
-    throwFailure(*session);
+    const WorkersEnd workersEnd; // after the session, which tells its export to stop
+    AppState session(preferences);
+    await(session.load(std::filesystem::absolute(request.movie)), interrupt);
+    throwFailure(session);
     for (const AnnotatedClip& clip : annotations.clips) {
-        mark(*session, clip);
+        mark(session, clip);
     }
-    exportClips(*session, request.quiet);
-    if (interrupt.token().stop_requested()) {
-        session.reset();
-        finishWorkers();
-        throw MediaError(MediaError::Cause::cancelled, "the export was cancelled");
+    {
+        ProgressReport report(std::cerr, progressStyle(request.quiet));
+        const auto reporting = QObject::connect(&session, &AppState::exportProgressChanged, &session,
+                                                [&] { report.update(session.exportProgress()); });
+        await(session.exportMovies(), interrupt);
+        QObject::disconnect(reporting);
     }
-    throwFailure(*session);
+    throwFailure(session);
     const OutputLocation location = OutputLocation::loadFromUserDefaults(preferences);
     for (int number = 1; number <= static_cast<int>(annotations.clips.size()); ++number) {
-        std::cout << location.resolveOutputURL(*session->videoFile(), number).string() << '\n';
+        std::cout << location.resolveOutputURL(*session.videoFile(), number).string() << '\n';
     }
 }
 

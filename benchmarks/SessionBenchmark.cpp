@@ -1,0 +1,60 @@
+#include "ZelvraApp/session/AppState.h"
+#include "ZelvraApp/session/SessionTime.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <clocale>
+#include <iostream>
+
+namespace zelvra {
+namespace {
+
+/// Any movie; it only has to be playing.
+std::filesystem::path movie;
+
+/// One report of the player's position, 30 of which come a second, with that many highlights on the clip.
+void observePlaybackTime(benchmark::State& state) {
+    const QTemporaryDir folder;
+    PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
+    AppState session(preferences);
+    QCoro::Task<> loading = session.load(movie);
+    QCoro::waitFor(loading);
+    const auto pixel =
+        std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)});
+    for (int i = 0; i < state.range(0); ++i) {
+        const Highlight highlight{Uuid::random(), sessionTime(1000 + i), sessionTime(3), {}};
+        session.setDraft(HighlightDraft::editing(highlight, Image(pixel, {}), {1920, 1080}));
+        session.commitDraft();
+    }
+    session.player().play();
+    if (!(session.player().rate() > 0)) {
+        state.SkipWithError("the movie does not play");
+        return;
+    }
+    std::int64_t tick = 0;
+    for (auto _ : state) {
+        session.observePlaybackTime(CMTime(++tick, 30)); // crosses none: all highlights are looked at
+        tick %= 3000;
+    }
+}
+BENCHMARK(observePlaybackTime)->Arg(10)->Arg(1000);
+
+} // namespace
+} // namespace zelvra
+
+int main(int argc, char** argv) {
+    qputenv("ZELVRA_AUDIO", "null");
+    const QCoreApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
+    benchmark::Initialize(&argc, argv);
+    if (argc != 2) {
+        std::cerr << "usage: session-benchmark MOVIE\n";
+        return 2;
+    }
+    zelvra::movie = argv[1];
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -30,8 +30,7 @@ void sortInNaturalOrder(std::vector<std::filesystem::path>& paths) {
     std::vector<Entry> entries;
     entries.reserve(paths.size());
     for (std::filesystem::path& path : paths) {
-        QCollatorSortKey key = collator.sortKey(textOf(path.filename()));
-        entries.push_back({std::move(key), std::move(path)});
+        entries.push_back({collator.sortKey(textOf(path.filename())), std::move(path)});
     }
     std::ranges::stable_sort(entries,
                              [](const Entry& a, const Entry& b) { return a.key.compare(b.key) < 0; });

@@ -65,7 +65,7 @@ std::filesystem::path PreferenceStore::standardFile() {
     return pathOf(named.isEmpty() ? folder + QStringLiteral("/zelvra/preferences.json") : named);
 }
 
-PreferenceStore::PreferenceStore(std::filesystem::path file, QObject* parent)
+PreferenceStore::PreferenceStore(const std::filesystem::path& file, QObject* parent)
     : QObject(parent), file_(std::filesystem::absolute(file)) {
     QDir().mkpath(QFileInfo(textOf(file_)).path());
     values_ = readContent(textOf(file_)).values;

@@ -30,7 +30,7 @@ public:
     /// user's folder of configurations.
     static std::filesystem::path standardFile();
 
-    explicit PreferenceStore(std::filesystem::path file = standardFile(), QObject* parent = nullptr);
+    explicit PreferenceStore(const std::filesystem::path& file = standardFile(), QObject* parent = nullptr);
 
     const std::filesystem::path& file() const { return file_; }
 

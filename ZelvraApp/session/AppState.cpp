@@ -13,6 +13,7 @@ AppState::AppState(PreferenceStore& preferences, const ShellServices& services, 
       sessionDefaults_(HighlightDefaults::loadFromUserDefaults(preferences)),
       clipDefaults_(sessionDefaults_),
       lastSeenSavedDefaults_(sessionDefaults_) {
+    keepRowsUpToDate();
     previewTimer_.setSingleShot(true);
     previewTimer_.setTimerType(Qt::PreciseTimer);
     connect(&previewTimer_, &QTimer::timeout, this, &AppState::endHighlightPreview);
@@ -26,6 +27,14 @@ AppState::AppState(PreferenceStore& preferences, const ShellServices& services, 
 
 AppState::~AppState() {
     exportStop_.request_stop();
+}
+
+/// Connected before any other observer, so that lists and their rows are never seen apart.
+void AppState::keepRowsUpToDate() {
+    recentRows_.update(recents_);
+    connect(this, &AppState::recentsChanged, this, [this] { recentRows_.update(recents_); });
+    connect(this, &AppState::highlightsChanged, this, [this] { highlightRows_.update(highlights_); });
+    connect(this, &AppState::markedClipsChanged, this, [this] { markedClipRows_.update(markedClips_); });
 }
 
 void AppState::setErrorMessage(const QString& line) {

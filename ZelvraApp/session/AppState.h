@@ -9,6 +9,7 @@
 #include "ZelvraApp/session/OutputLocation.h"
 #include "ZelvraApp/session/PlayerController.h"
 #include "ZelvraApp/session/RecentItem.h"
+#include "ZelvraApp/session/SessionModels.h"
 #include "ZelvraApp/session/ShellServices.h"
 #include "ZelvraApp/session/UndoSnapshot.h"
 #include "ZelvraCore/media/Asset.h"
@@ -54,6 +55,7 @@ class AppState : public QObject {
                    triggerOpenFolderChanged)
     Q_PROPERTY(std::vector<zelvra::RecentItem> recents READ recents NOTIFY recentsChanged)
     Q_PROPERTY(std::vector<std::filesystem::path> clipQueue READ clipQueue NOTIFY clipQueueChanged)
+    Q_PROPERTY(QAbstractItemModel* recentRows READ recentRows CONSTANT)
     Q_PROPERTY(int queueIndex READ queueIndex NOTIFY queueIndexChanged)
     Q_PROPERTY(bool canGoNext READ canGoNext NOTIFY canGoNextChanged)
     Q_PROPERTY(QString queueLabel READ queueLabel NOTIFY queueLabelChanged)
@@ -61,6 +63,7 @@ class AppState : public QObject {
                    showCloseConfirmationChanged)
     // Highlights
     Q_PROPERTY(std::vector<zelvra::Highlight> highlights READ highlights NOTIFY highlightsChanged)
+    Q_PROPERTY(QAbstractItemModel* highlightRows READ highlightRows CONSTANT)
     Q_PROPERTY(std::optional<zelvra::HighlightDraft> draft READ draft WRITE setDraft NOTIFY draftChanged)
     Q_PROPERTY(bool timelineHasContent READ timelineHasContent NOTIFY timelineHasContentChanged)
     // Style defaults
@@ -77,6 +80,7 @@ class AppState : public QObject {
     // Trim and marked clips
     Q_PROPERTY(std::optional<zelvra::CMTimeRange> trimRange READ trimRange NOTIFY trimRangeChanged)
     Q_PROPERTY(std::vector<zelvra::MarkedClip> markedClips READ markedClips NOTIFY markedClipsChanged)
+    Q_PROPERTY(QAbstractItemModel* markedClipRows READ markedClipRows CONSTANT)
     Q_PROPERTY(std::optional<zelvra::Uuid> editingClipID READ editingClipID NOTIFY editingClipIDChanged)
     Q_PROPERTY(
         std::optional<zelvra::Uuid> activeRoughClipID READ activeRoughClipID NOTIFY activeRoughClipIDChanged)
@@ -142,6 +146,8 @@ public:
 
     /// Newest first.
     const std::vector<RecentItem>& recents() const { return recents_; }
+    /// The same as rows for a view, as are `highlightRows` and `markedClipRows`.
+    RecentItemModel* recentRows() { return &recentRows_; }
     /// Opens it as what is found on disk now; forgets it where nothing is found.
     void openRecent(const RecentItem& item);
 
@@ -156,6 +162,7 @@ public:
 
     /// In ascending order of time.
     const std::vector<Highlight>& highlights() const { return highlights_; }
+    HighlightModel* highlightRows() { return &highlightRows_; }
     const std::optional<HighlightDraft>& draft() const { return draft_; }
     /// What the editor has made of the draft so far; nothing closes the editor and changes nothing else.
     void setDraft(std::optional<HighlightDraft> draft);
@@ -211,6 +218,7 @@ public:
 
     /// In the order in which they were made; they are exported and numbered so.
     const std::vector<MarkedClip>& markedClips() const { return markedClips_; }
+    MarkedClipModel* markedClipRows() { return &markedClipRows_; }
     const std::optional<Uuid>& editingClipID() const { return editingClipID_; }
     /// The clip whose end the next out-point moves.
     const std::optional<Uuid>& activeRoughClipID() const { return activeRoughClipID_; }
@@ -291,6 +299,8 @@ private:
         Q_EMIT(this->*changed)();
         publishDerived();
     }
+    /// Lets the rows for views follow their lists.
+    void keepRowsUpToDate();
     /// Tells of those values that follow from others.
     void publishDerived();
 
@@ -346,11 +356,13 @@ private:
     bool triggerOpen_ = false;
     bool triggerOpenFolder_ = false;
     std::vector<RecentItem> recents_;
+    RecentItemModel recentRows_;
     std::vector<std::filesystem::path> clipQueue_;
     int queueIndex_ = 0;
     bool showCloseConfirmation_ = false;
 
     std::vector<Highlight> highlights_;
+    HighlightModel highlightRows_;
     std::optional<HighlightDraft> draft_;
 
     HighlightDefaults sessionDefaults_;
@@ -367,6 +379,7 @@ private:
 
     std::optional<CMTimeRange> trimRange_;
     std::vector<MarkedClip> markedClips_;
+    MarkedClipModel markedClipRows_;
     std::optional<Uuid> editingClipID_;
     std::optional<Uuid> activeRoughClipID_;
 

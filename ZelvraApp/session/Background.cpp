@@ -31,6 +31,10 @@ QFuture<void> onWorkerThread(std::function<void()> work) {
     return QtConcurrent::run(&workers(), std::move(work));
 }
 
+void finishWorkers() {
+    workers().waitForDone();
+}
+
 void letRun(QCoro::Task<> task) {
     runToTheEnd(std::move(task));
 }

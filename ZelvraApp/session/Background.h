@@ -45,6 +45,9 @@ QCoro::Task<std::invoke_result_t<Work>> inBackground(Work work) {
     co_return std::move(*outcome->value);
 }
 
+/// Waits until all worker threads are done: before a program ends whose session is gone.
+void finishWorkers();
+
 /// Lets a task run on by itself. An exception that reaches its end is a fault of ours; it is logged, as
 /// nobody is left to catch it.
 void letRun(QCoro::Task<> task);

@@ -5,11 +5,15 @@ _zelvra_cli() {
     local command=${COMP_WORDS[1]}
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "probe frame export --help --version" -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W "probe frame export clips --help --version" -- "$current")
         return
     fi
     case $previous in
     --at | --from | --to) return ;; # a time: nothing to propose
+    --mode)
+        mapfile -t COMPREPLY < <(compgen -W "sameAsSource subfolder custom" -- "$current")
+        return
+        ;;
     --highlight)
         compopt -o nospace 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -W "at=" -- "$current")
@@ -20,6 +24,7 @@ _zelvra_cli() {
         local options=--help
         case $command in
         frame) options+=" --at --output" ;;
+        clips) options+=" --annotations --mode --folder --subfolder --quiet" ;;
         export) options+=" --output --from --to --no-audio --highlight --annotations --quiet" ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")

@@ -4,7 +4,7 @@
 _arguments -C \
     '--help[show a summary with examples]' \
     '--version[show the version]' \
-    '1:command:((probe\:"print what a movie is, as JSON" frame\:"save the frame that is on screen at a time" export\:"write a movie with its highlights"))' \
+    '1:command:((probe\:"print what a movie is, as JSON" frame\:"save the frame that is on screen at a time" export\:"write a movie with its highlights" clips\:"write each marked clip as a movie of its own"))' \
     '*::rest:->rest'
 
 [[ $state == rest ]] || return
@@ -21,6 +21,14 @@ export)
         '--no-audio[leave the sound out]' \
         '*--highlight[add a highlight]:at=T,...:' \
         '--annotations[highlights, range and sound from a JSON file]:file:_files -g "*.json"' \
+        '--quiet[no progress]'
+    ;;
+clips)
+    _arguments '1:movie:_files' \
+        '--annotations[the clips, from a JSON file]:file:_files -g "*.json"' \
+        '--mode[where they go]:mode:(sameAsSource subfolder custom)' \
+        '--folder[the folder of mode custom]:folder:_files -/' \
+        '--subfolder[the name for mode subfolder]:name:' \
         '--quiet[no progress]'
     ;;
 esac

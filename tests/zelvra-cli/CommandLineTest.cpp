@@ -102,12 +102,42 @@ TEST(CommandLine, TellsFailureFromWrongUsageInOneLine) {
     EXPECT_EQ(cli({"--help"}).exitCode, 0);
 }
 
+TEST(CommandLine, ExportsEachMarkedClipAsTheApplicationDoes) {
+    const TemporaryFolder folder;
+    const std::filesystem::path game = folder / "game.mp4";
+    std::filesystem::copy_file(movieFile(numbered), game);
+    const auto clips = [&](const std::string& annotations, std::vector<std::string> more) {
+        std::ofstream(folder / "notes.json") << annotations;
+        std::vector<std::string> arguments{"clips", game, "--annotations", folder / "notes.json"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return cli(arguments);
+    };
+    const std::string two = R"({"clips": [{"start": 0, "end": 0.5},
+        {"start": 1, "end": "45/30", "highlights": [{"at": 1.2, "duration": 0.5}]}], "includeAudio": false})";
+    const ProcessResult result = clips(two, {"--folder", folder / "out"});
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    const std::filesystem::path second = folder / "out" / "game_clip_02_highlighted.mp4";
+    EXPECT_EQ(result.output,
+              (folder / "out" / "game_clip_01_highlighted.mp4").string() + "\n" + second.string() + "\n");
+    EXPECT_NEAR(std::stod(probe(second, {"-show_format"})["format"]["duration"].get<std::string>()), 1, 0.01);
+    EXPECT_EQ(probe(second, {"-show_streams"})["streams"].size(), 1U);
+
+    std::filesystem::create_directories(folder / "mine" / "game_clip_02_highlighted.mp4");
+    const ProcessResult failed = clips(two, {"--subfolder", "mine", "--quiet"});
+    EXPECT_EQ(failed.exitCode, 1);
+    EXPECT_TRUE(failed.errors.starts_with("Clip 2 failed: ")) << failed.errors;
+    EXPECT_TRUE(std::filesystem::is_regular_file(folder / "mine" / "game_clip_01_highlighted.mp4"));
+    for (const char* bad : {R"({"clips": [{"start": 1, "end": 1}]})", R"({"clips": [{"start": 1}]})", "{}"}) {
+        EXPECT_NE(clips(bad, {}).exitCode, 0) << bad;
+    }
+}
+
 TEST(CommandLine, IsCompletedAndExplainedOptionByOption) {
     const std::string packaging = ZELVRA_PACKAGING;
     const ProcessResult manual =
         runProcess({"groff", "-man", "-Tutf8", "-P-cbou", "-ww", packaging + "/man/zelvra-cli.1"});
     EXPECT_EQ(manual.errors, "") << "groff finds fault with the manual page";
-    for (const std::string command : {"probe", "frame", "export"}) {
+    for (const std::string command : {"probe", "frame", "export", "clips"}) {
         const std::string help = cli({command, "--help"}).output;
         const ProcessResult completed = runProcess({"bash", "-c",
                                                     "source \"$0\"; COMP_WORDS=(zelvra-cli \"$1\" --); "

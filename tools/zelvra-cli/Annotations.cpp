@@ -1,11 +1,14 @@
 #include "tools/zelvra-cli/Annotations.h"
 
 #include "ZelvraCore/records/ZVError.h"
+#include "tools/zelvra-cli/Commands.h"
 #include "tools/zelvra-cli/HighlightText.h"
 #include "tools/zelvra-cli/TimeText.h"
 
 #include <algorithm>
+#include <fstream>
 #include <initializer_list>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 namespace zelvra::cli {
@@ -83,6 +86,35 @@ Highlight highlight(const json& value) {
     return makeHighlight(request);
 }
 
+template <class Read>
+void reading(const std::string& where, Read read);
+
+std::vector<Highlight> highlightList(const json& list) {
+    if (!list.is_array()) {
+        throw BadRequest("highlights: a list is expected");
+    }
+    std::vector<Highlight> highlights;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        reading("highlight " + std::to_string(i + 1), [&] { highlights.push_back(highlight(list[i])); });
+    }
+    return highlights;
+}
+
+AnnotatedClip clip(const json& value) {
+    object(value, {"start", "end", "highlights"});
+    AnnotatedClip result;
+    with(value, "start", [&](const json& start) { result.start = time(start); });
+    with(value, "end", [&](const json& end) { result.end = time(end); });
+    with(value, "highlights", [&](const json& list) { result.highlights = highlightList(list); });
+    if (!result.start.isValid() || !result.end.isValid()) {
+        throw BadRequest("\"start\" and \"end\" are needed");
+    }
+    if (result.end <= result.start) {
+        throw BadRequest("it ends before it starts");
+    }
+    return result;
+}
+
 /// Runs `read`; what is wrong there is told with `where` in front.
 template <class Read>
 void reading(const std::string& where, Read read) {
@@ -106,15 +138,15 @@ Annotations parseAnnotations(std::string_view source) {
     } catch (const json::out_of_range&) {
         throw BadRequest("no JSON: a number is too large");
     }
-    object(root, {"highlights", "range", "includeAudio"});
+    object(root, {"highlights", "range", "includeAudio", "clips"});
     Annotations annotations;
-    with(root, "highlights", [&](const json& list) {
+    with(root, "highlights", [&](const json& list) { annotations.highlights = highlightList(list); });
+    with(root, "clips", [&](const json& list) {
         if (!list.is_array()) {
-            throw BadRequest("highlights: a list is expected");
+            throw BadRequest("clips: a list is expected");
         }
         for (std::size_t i = 0; i < list.size(); ++i) {
-            reading("highlight " + std::to_string(i + 1),
-                    [&] { annotations.highlights.push_back(highlight(list[i])); });
+            reading("clip " + std::to_string(i + 1), [&] { annotations.clips.push_back(clip(list[i])); });
         }
     });
     reading("range", [&] {
@@ -128,6 +160,20 @@ Annotations parseAnnotations(std::string_view source) {
         with(root, "includeAudio", [&](const json& include) { annotations.includeAudio = truth(include); });
     });
     return annotations;
+}
+
+Annotations readAnnotations(const std::filesystem::path& file) {
+    requireFile(file);
+    std::ifstream stream(file, std::ios::binary);
+    const std::string content{std::istreambuf_iterator<char>(stream), {}};
+    if (!stream) {
+        throw MediaError(MediaError::Cause::unreadable, "cannot read " + file.string());
+    }
+    try {
+        return parseAnnotations(content);
+    } catch (const BadRequest& error) {
+        throw MediaError(MediaError::Cause::corrupt, file.string() + ": " + error.what());
+    }
 }
 
 } // namespace zelvra::cli

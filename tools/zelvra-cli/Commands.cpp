@@ -11,13 +11,9 @@
 #include "tools/zelvra-cli/ProgressReport.h"
 #include "tools/zelvra-cli/SourceInfoJson.h"
 
-#include <fstream>
 #include <iostream>
-#include <iterator>
-#include <unistd.h>
 
 namespace zelvra::cli {
-namespace {
 
 void requireFile(const std::filesystem::path& file) {
     std::error_code unknown; // then opening it tells
@@ -25,6 +21,8 @@ void requireFile(const std::filesystem::path& file) {
         throw ZVError::fileNotFound(file.string());
     }
 }
+
+namespace {
 
 std::optional<CMTimeRange> rangeOf(const ExportRequest& request, const Asset& asset) {
     if (!request.from && !request.to) {
@@ -36,12 +34,6 @@ std::optional<CMTimeRange> rangeOf(const ExportRequest& request, const Asset& as
         throw BadRequest("the range ends before it starts");
     }
     return CMTimeRange::fromStartToEnd(from, to);
-}
-
-ProgressReport::Style progressStyle(bool quiet) {
-    return quiet                          ? ProgressReport::Style::quiet
-           : ::isatty(STDERR_FILENO) == 1 ? ProgressReport::Style::bar
-                                          : ProgressReport::Style::lines;
 }
 
 } // namespace
@@ -58,22 +50,12 @@ void frameCommand(const std::filesystem::path& movie, CMTime at, const std::file
 }
 
 void addAnnotations(ExportRequest& request, const std::filesystem::path& file) {
-    requireFile(file);
-    std::ifstream stream(file, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream) {
-        throw MediaError(MediaError::Cause::unreadable, "cannot read " + file.string());
-    }
-    try {
-        Annotations annotations = parseAnnotations(text);
-        request.highlights.insert(request.highlights.end(), annotations.highlights.begin(),
-                                  annotations.highlights.end());
-        request.from = request.from ? request.from : annotations.from;
-        request.to = request.to ? request.to : annotations.to;
-        request.includeAudio = request.includeAudio && annotations.includeAudio.value_or(true);
-    } catch (const BadRequest& error) {
-        throw MediaError(MediaError::Cause::corrupt, file.string() + ": " + error.what());
-    }
+    const Annotations annotations = readAnnotations(file);
+    request.highlights.insert(request.highlights.end(), annotations.highlights.begin(),
+                              annotations.highlights.end());
+    request.from = request.from ? request.from : annotations.from;
+    request.to = request.to ? request.to : annotations.to;
+    request.includeAudio = request.includeAudio && annotations.includeAudio.value_or(true);
 }
 
 void exportCommand(const ExportRequest& request) {

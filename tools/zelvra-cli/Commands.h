@@ -12,6 +12,9 @@ namespace zelvra::cli {
 /// What the program does when its command line is understood. Each prints its result on standard output, and
 /// throws what the engine throws.
 
+/// Throws ZVError::fileNotFound for a file that is not there.
+void requireFile(const std::filesystem::path& file);
+
 void probeCommand(const std::filesystem::path& movie);
 
 void frameCommand(const std::filesystem::path& movie, CMTime at, const std::filesystem::path& output);

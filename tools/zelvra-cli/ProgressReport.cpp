@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <unistd.h>
 
 namespace zelvra::cli {
 namespace {
@@ -66,6 +67,12 @@ void ProgressReport::wipeBar() {
         stream_ << "\r\033[K"; // back to the line's start, and clear it
         barOnScreen_ = false;
     }
+}
+
+ProgressReport::Style progressStyle(bool quiet) {
+    return quiet                          ? ProgressReport::Style::quiet
+           : ::isatty(STDERR_FILENO) == 1 ? ProgressReport::Style::bar
+                                          : ProgressReport::Style::lines;
 }
 
 } // namespace zelvra::cli

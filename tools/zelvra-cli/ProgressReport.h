@@ -35,6 +35,9 @@ private:
     bool barOnScreen_ = false;
 };
 
+/// What suits standard error: a bar on a terminal, lines elsewhere.
+ProgressReport::Style progressStyle(bool quiet);
+
 /// "[=====>    ]  52 %  0:12 left": what a bar shows after `elapsed` seconds; no time before there is enough
 /// to judge by.
 std::string progressBar(double fraction, double elapsed);

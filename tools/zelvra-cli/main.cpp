@@ -1,6 +1,7 @@
 // zelvra-cli: the engine on a command line.
 
 #include "ZelvraCore/records/ZVError.h"
+#include "tools/zelvra-cli/ClipsCommand.h"
 #include "tools/zelvra-cli/Commands.h"
 #include "tools/zelvra-cli/HighlightText.h"
 #include "tools/zelvra-cli/TimeText.h"
@@ -77,6 +78,17 @@ int run(int argc, char** argv) {
         ->type_name("FILE");
     exporting.add_flag("--quiet", request.quiet, "No progress");
 
+    ClipsRequest clips;
+    CLI::App& marked = *program.add_subcommand("clips", "Write each marked clip as a movie of its own");
+    addPath(marked, "movie", clips.movie, "The movie");
+    addPath(marked, "--annotations", clips.annotations, "The clips, from a JSON file");
+    marked.add_option("--mode", clips.mode, "Where they go: sameAsSource, subfolder or custom")
+        ->check(CLI::IsMember({"sameAsSource", "subfolder", "custom"}))
+        ->type_name("MODE");
+    marked.add_option("--folder", clips.folder, "The folder of mode custom")->type_name("PATH");
+    marked.add_option("--subfolder", clips.subfolder, "The name for mode subfolder")->type_name("NAME");
+    marked.add_flag("--quiet", clips.quiet, "No progress");
+
     program.footer(std::string(examples) + notes);
     frame.footer(notes);
     exporting.footer(notes);
@@ -110,6 +122,8 @@ int run(int argc, char** argv) {
         probeCommand(movie);
     } else if (frame.parsed()) {
         frameCommand(movie, *moment, output);
+    } else if (marked.parsed()) {
+        clipsCommand(clips);
     } else {
         if (!annotations.empty()) {
             addAnnotations(request, annotations);

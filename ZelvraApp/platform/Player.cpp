@@ -454,7 +454,7 @@ void Player::followCore() {
         }
     } else if (rate_ > 0 && !underWay_ && mpv_->flag("eof-reached")) {
         const CMTime& bound = item_->forwardPlaybackEndTime;
-        stopAt(bound.isNumeric() ? bound : frames().last().time);
+        stopAt(bound.isNumeric() || frames().empty() ? bound : frames().last().time);
     } else {
         watchBound();
     }

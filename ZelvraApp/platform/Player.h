@@ -85,7 +85,8 @@ public:
     /// Where the playhead is. Paused after an exact seek: the time that was asked for, moved into the movie;
     /// the picture is the frame that contains it. At a bound: the bound. Otherwise when the picture on screen
     /// appeared, in ticks of the video track; at the movie's end that of the last frame, so that this frame
-    /// can be grabbed. While a seek is under way: its target. Zero without an item.
+    /// can be grabbed. While a seek is under way: its target. Zero without an item. A bound or a seek at the
+    /// movie's very end gives the movie's duration, at which there is nothing to grab: grab the last frame.
     CMTime currentTime() const;
 
     /// Moves exactly to the frame that contains `time`, paused or playing, and goes on as before. True when
@@ -124,9 +125,8 @@ private:
     /// A way to another frame, asked for or under way.
     struct Move {
         FrameIndex::Frame frame; ///< to be on screen at the end
-        CMTime
-            restingTime;   ///< the current time while it is under way, and where the player then stays paused
-        bool exact = true; ///< else to the sync frame at or before
+        CMTime restingTime;      ///< the current time on the way, and after it while paused
+        bool exact = true;       ///< else to the sync frame at or before
         std::shared_ptr<QPromise<bool>> arrived = {};
         bool isSecondTry = false;
     };

@@ -19,8 +19,8 @@ QImage gist(const QImage& picture) {
 
 QImage grabbed(PlayedMovie& movie, const CMTime& time) {
     const Image image = extractFrame(movie.asset(), time);
-    return gist(QImage(image.raster().rgba.data(), image.width(), image.height(), image.width() * 4,
-                       QImage::Format_RGBX8888));
+    return gist(QImage(image.raster().rgba.data(), image.width(), image.height(),
+                       qsizetype{4} * image.width(), QImage::Format_RGBX8888));
 }
 
 double distance(const QImage& a, const QImage& b) {

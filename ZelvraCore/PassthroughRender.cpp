@@ -40,11 +40,19 @@ std::vector<Builder (*)(const passthrough::SourceVideo&)> waysFor(VideoCodec cod
     return {makeBuilder<passthrough::StillTrack>, makeBuilder<passthrough::H264SpliceTrack>};
 }
 
-const isobmff::ShownPiece& solePiece(const isobmff::TrackTimeline& timeline) {
+/// What the source's edit shows of its video.
+struct ShownPart {
+    isobmff::ShownPiece piece;
+    std::uint32_t firstSample = 0; ///< in order of presentation
+    std::uint32_t lastSample = 0;
+};
+
+ShownPart shownPart(const isobmff::Track& track, std::uint32_t movieTimescale) {
+    const isobmff::TrackTimeline timeline(track, movieTimescale);
     if (timeline.pieces().size() != 1 || timeline.shown().empty()) {
         throw CannotPassThrough("it has been edited into several pieces");
     }
-    return timeline.pieces().front();
+    return {timeline.pieces().front(), timeline.shown().front().sample, timeline.shown().back().sample};
 }
 
 /// Tracks whose times would no longer be true, and all that nobody sees or hears.
@@ -69,8 +77,7 @@ class PassthroughRender::Pictures {
 public:
     Pictures(const Asset& source, const SourceInfo& info, const RenderPlan& plan)
         : video_{source.bytes(), *source.videoTrack()},
-          timeline_(video_.track, source.movie().timescale),
-          piece_(solePiece(timeline_)) {
+          shown_(shownPart(video_.track, source.movie().timescale)) {
         if (video_.track.isEncrypted()) {
             throw MediaError(MediaError::Cause::unsupported, "the movie is encrypted");
         }
@@ -133,10 +140,8 @@ private:
     void cut(const SourceInfo& info, const RenderPlan& plan) {
         const passthrough::SourcePictures& pictures = builder_->pictures();
         const passthrough::VisiblePictures visible{
-            pictures.rankOf(timeline_.shown().front().sample),
-            pictures.rankOf(timeline_.shown().back().sample) + 1,
-            std::min(piece_.mediaEnd(),
-                     pictures.endAtRank(pictures.rankOf(timeline_.shown().back().sample)))};
+            pictures.rankOf(shown_.firstSample), pictures.rankOf(shown_.lastSample) + 1,
+            std::min(shown_.piece.mediaEnd(), pictures.endAtRank(pictures.rankOf(shown_.lastSample)))};
         std::vector<passthrough::FreezeMoment> moments;
         moments.reserve(plan.highlights.size());
         for (const Highlight& highlight : plan.highlights) {
@@ -149,17 +154,16 @@ private:
 
     std::int64_t media(const CMTime& presentationTime) const {
         const CMTime ticks = presentationTime.converted(static_cast<std::int32_t>(video_.track.timescale));
-        return ticks.value - piece_.start + piece_.mediaStart;
+        return ticks.value - shown_.piece.start + shown_.piece.mediaStart;
     }
 
     CMTime presentation(std::int64_t mediaTime) const {
-        return {mediaTime - piece_.mediaStart + piece_.start,
+        return {mediaTime - shown_.piece.mediaStart + shown_.piece.start,
                 static_cast<std::int32_t>(video_.track.timescale)};
     }
 
     passthrough::SourceVideo video_;
-    isobmff::TrackTimeline timeline_;
-    isobmff::ShownPiece piece_;
+    ShownPart shown_;
     std::unique_ptr<passthrough::VideoTrackBuilder> builder_;
     VideoCut cut_;
     passthrough::SamplePlan* plan_ = nullptr;
@@ -223,6 +227,10 @@ void PassthroughRender::write(const Job& job) {
     }
     if (pictures_->builder().wantsLeadOut()) {
         clips.leadOut = pictures_->freezesLast() ? job.freezeClips.back() : job.extraClips[extra];
+    }
+    constexpr std::size_t samplesOfAnHour = 100'000;
+    if (pictures_->plan().samples.size() > samplesOfAnHour) {
+        source_.closeIdleReaders(); // the tables of a long movie take their place
     }
     passthrough::OutputTrack& video = output.tracks.emplace_back(pictures_->builder().build(clips, *spool));
     video.sampleEntry =

@@ -115,6 +115,9 @@ public:
         bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
     }
 
+    /// So many bytes are to be expected.
+    void reserve(std::size_t bytes) { bytes_.reserve(bytes); }
+
     std::size_t size() const { return bytes_.size(); }
     std::vector<std::uint8_t> take() { return std::exchange(bytes_, {}); }
 

@@ -42,6 +42,11 @@ void DemuxerPool::giveBack(std::unique_ptr<Demuxer> demuxer) {
     }
 }
 
+void DemuxerPool::clear() {
+    const std::scoped_lock lock(mutex_);
+    idle_.clear();
+}
+
 std::unique_ptr<Demuxer> takeDemuxer(const Asset& asset) {
     const isobmff::Track* track = asset.videoTrack();
     if (track == nullptr) {
@@ -245,6 +250,10 @@ const FrameIndex& Asset::frames() const {
         internals_->frames = readFrames(*this, *track);
     });
     return internals_->frames;
+}
+
+void Asset::closeIdleReaders() const {
+    internals_->demuxers.clear();
 }
 
 CMTime Asset::duration() const {

@@ -48,6 +48,10 @@ public:
     /// Where the presentation of what plays ends, the shown pictures or a sound track, in that track's ticks.
     CMTime duration() const;
 
+    /// Frees what waits for the next grab: its tables take tens of megabytes for a recording of hours, and
+    /// are read again when they are needed.
+    void closeIdleReaders() const;
+
     /// What the media layer keeps for itself.
     struct Internals;
     Internals& internals() const { return *internals_; }

@@ -20,6 +20,7 @@ public:
     /// simply destroyed.
     std::unique_ptr<Demuxer> take(const isobmff::ByteSource& bytes, std::uint32_t trackId);
     void giveBack(std::unique_ptr<Demuxer> demuxer);
+    void clear();
 
 private:
     std::mutex mutex_;

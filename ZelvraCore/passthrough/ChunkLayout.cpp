@@ -78,15 +78,20 @@ bool isInSameHalfSecond(const OutputTrack& track, std::size_t a, std::size_t b) 
 } // namespace
 
 std::vector<OutputChunk> layOutChunks(const OutputMovie& movie) {
+    std::size_t samples = 0;
+    for (const OutputTrack& track : movie.tracks) {
+        samples += track.samples.size();
+    }
     std::vector<OutputChunk> chunks;
-    std::vector<std::size_t> dealt(movie.tracks.size());
+    chunks.reserve(samples); // what is not used takes no memory; growing would take it twice
+    std::vector<std::uint32_t> dealt(movie.tracks.size());
     FileOrder order(movie);
     while (const std::optional<std::size_t> track = order.next()) {
-        const std::size_t sample = dealt[*track]++;
+        const std::uint32_t sample = dealt[*track]++;
         if (chunks.empty() || chunks.back().track != *track ||
             !isInSameHalfSecond(movie.tracks[*track], chunks.back().firstSample, sample)) {
             const std::uint64_t offset = chunks.empty() ? 0 : chunks.back().offset + chunks.back().bytes;
-            chunks.push_back({*track, sample, 0, offset, 0});
+            chunks.push_back({static_cast<std::uint32_t>(*track), sample, 0, offset, 0});
         }
         chunks.back().samples += 1;
         chunks.back().bytes += movie.tracks[*track].samples[sample].bytes.size;

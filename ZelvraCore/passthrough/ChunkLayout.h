@@ -2,7 +2,6 @@
 
 #include "ZelvraCore/passthrough/OutputMovie.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -12,9 +11,9 @@ namespace zelvra::passthrough {
 
 /// Samples of one track that lie one after another.
 struct OutputChunk {
-    std::size_t track = 0;       ///< index into OutputMovie::tracks
-    std::size_t firstSample = 0; ///< index into OutputTrack::samples
-    std::size_t samples = 0;
+    std::uint32_t track = 0;       ///< index into OutputMovie::tracks
+    std::uint32_t firstSample = 0; ///< index into OutputTrack::samples
+    std::uint32_t samples = 0;
     std::uint64_t offset = 0; ///< of its first byte, counted from the first byte of media
     std::uint64_t bytes = 0;
     bool operator==(const OutputChunk&) const = default;

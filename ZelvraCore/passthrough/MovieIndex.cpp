@@ -311,10 +311,22 @@ void writeMediaHeader(BoxWriter& writer, std::uint64_t mediaBytes) {
     }
 }
 
+/// No more than that for any usual movie.
+std::size_t expectedBytes(const OutputMovie& movie) {
+    constexpr std::size_t besideSamples = 65536;
+    constexpr std::size_t bytesOfASample = 48;
+    std::size_t bytes = besideSamples;
+    for (const OutputTrack& track : movie.tracks) {
+        bytes += track.samples.size() * bytesOfASample;
+    }
+    return bytes;
+}
+
 /// Everything in front of the media, for media that starts at `mediaOffset`.
 std::vector<std::uint8_t> buildAt(const OutputMovie& movie, std::span<const OutputChunk> chunks,
                                   std::uint64_t mediaOffset, bool wideOffsets) {
     BoxWriter writer;
+    writer.reserve(expectedBytes(movie)); // growing a long movie's index would hold it twice
     writeBox(writer, fileType(movie));
     writeContainer(writer, fourCharCode("moov"), [&] {
         writeBox(writer, movieHeader(movie));

@@ -39,6 +39,8 @@ public:
 
     /// Where the packets from `packet` on lie, at most `packets` of them.
     Stretch stretch(std::uint64_t packet, std::uint64_t packets) const;
+    /// All packets lie in no more stretches than that.
+    std::size_t mostStretches() const { return records_.size(); }
 
 private:
     std::size_t recordOf(std::uint64_t packet) const;

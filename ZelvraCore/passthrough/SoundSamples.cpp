@@ -40,6 +40,7 @@ void listSilence(const SoundRun& run, const StoredSilence& silence, std::vector<
 std::vector<OutputSample> soundSamples(const SoundPlan& plan, const SoundPackets& packets,
                                        std::uint32_t sourceStore, const StoredSilence& silence) {
     std::vector<OutputSample> samples;
+    samples.reserve(packets.mostStretches());
     for (const SoundRun& run : plan.runs) {
         if (run.kind == SoundRun::Kind::source) {
             listSource(run, packets, sourceStore, samples);

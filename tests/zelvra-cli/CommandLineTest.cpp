@@ -139,10 +139,10 @@ TEST(CommandLine, IsCompletedAndExplainedOptionByOption) {
     EXPECT_EQ(manual.errors, "") << "groff finds fault with the manual page";
     for (const std::string command : {"probe", "frame", "export", "clips"}) {
         const std::string help = cli({command, "--help"}).output;
-        const ProcessResult completed = runProcess({"bash", "-c",
-                                                    "source \"$0\"; COMP_WORDS=(zelvra-cli \"$1\" --); "
-                                                    "COMP_CWORD=2; _zelvra_cli; echo \"${COMPREPLY[*]} \"",
-                                                    packaging + "/completions/zelvra-cli.bash", command});
+        const std::string complete = "source \"$0\"; COMP_WORDS=(zelvra-cli \"$1\" --); COMP_CWORD=2; "
+                                     "_zelvra_cli; echo \"${COMPREPLY[*]} \"";
+        const ProcessResult completed =
+            runProcess({"bash", "-c", complete, packaging + "/completions/zelvra-cli.bash", command});
         const std::regex option("--[a-z-]+");
         for (std::sregex_iterator found(help.begin(), help.end(), option), end; found != end; ++found) {
             EXPECT_NE(completed.output.find(found->str() + " "), std::string::npos)

@@ -8,6 +8,7 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <malloc.h>
 
 namespace zelvra::cli {
 namespace {
@@ -138,6 +139,10 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     using namespace zelvra;
+    // Pictures and the tables of long movies go back to the system as soon as they are freed; left alone, the
+    // library raises this to 32 MiB with use, and keeps them.
+    constexpr int returnedAtOnce = 1 << 20;
+    ::mallopt(M_MMAP_THRESHOLD, returnedAtOnce);
     try {
         return cli::run(argc, argv);
     } catch (const cli::BadRequest& error) {

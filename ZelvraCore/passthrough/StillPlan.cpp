@@ -342,9 +342,16 @@ private:
             time = std::max(time + 1, samples[i].decodeTime);
             samples[i].presentationTime = time;
         }
-        if (time >= result_.samples.editStart) {
-            throw CannotPassThrough("its pictures' times leave no room in front of the range");
+        // Where they need longer than until the range starts, all that is shown waits for them.
+        const std::int64_t delay = std::max<std::int64_t>(time + 1 - result_.samples.editStart, 0);
+        std::vector<bool> waits(samples.size(), true);
+        for (const std::size_t i : ahead) {
+            waits[i] = false;
         }
+        for (std::size_t i = 0; i < samples.size(); ++i) {
+            samples[i].presentationTime += waits[i] ? delay : 0;
+        }
+        result_.samples.editStart += delay;
     }
 
     void finish(const FreezeClock& clock) {

@@ -62,8 +62,8 @@ public:
             }
         }
         std::vector<Frame> result;
+        const auto demuxer = takeDemuxer(source_);
         for (std::size_t place = 1; place <= places; ++place) {
-            const auto demuxer = takeDemuxer(source_);
             SequentialReader reader(*demuxer);
             const std::size_t first = moving.size() * place / (places + 1);
             for (std::size_t i = first; i < std::min(first + inARow, moving.size()); ++i) {

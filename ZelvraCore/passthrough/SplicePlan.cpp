@@ -14,8 +14,8 @@ namespace {
 using Kind = PlannedSample::Kind;
 
 constexpr std::int64_t longestRunSeconds = 20;
-/// Hidden pictures that are given out all the same take this part of a frame: with a sixteenth, Chromium was
-/// seen to stay on one of them.
+/// Hidden pictures that are given out all the same take this part of a frame together, so that a screen
+/// hardly catches one.
 constexpr std::int64_t briefShare = 256;
 /// One could be held back until the next picture comes.
 constexpr std::uint32_t copiesBeforeRun = 2;

@@ -299,6 +299,7 @@ private:
         return hidden;
     }
 
+    /// Puts the hidden run in front of all that is planned so far, which moves behind it.
     void prependHiddenRun() {
         const std::vector<PlannedSample> hidden = hiddenRun();
         auto& samples = result_.samples.samples;

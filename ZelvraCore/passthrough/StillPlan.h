@@ -11,7 +11,7 @@ namespace zelvra::passthrough {
 
 /// The layout of an H.264 movie whose freezes are *stills*: coded pictures inserted between the source's
 /// samples, which all stay, once each and in their order. Being intra pictures and no reference, stills
-/// change nothing after them. Pure: it decides places and times; StillWriter codes the stills.
+/// change nothing after them. Pure: it decides places and times; StillCoder codes the stills.
 
 /// Where a still stands in the coded stream, which decides how it is coded.
 struct StillSite {
@@ -35,7 +35,7 @@ struct StillPlan {
     SamplePlan samples;
     std::vector<StillSite> freezes; ///< one for each freeze of the cut
     std::optional<StillSite> leadIn;
-    std::optional<StillSite> cover; ///< where there is a lead-in
+    std::optional<StillSite> cover; ///< exactly where there is a lead-in
     std::optional<StillSite> leadOut;
 };
 

@@ -7,7 +7,7 @@
 #include "tests/support/Files.h"
 #include "tests/support/MovieReading.h"
 #include "tests/support/MovieSurgery.h"
-#include "tests/support/NumberedMovie.h"
+#include "tests/support/NamedMovie.h"
 #include "tests/support/Process.h"
 
 #include <algorithm>
@@ -16,19 +16,6 @@
 
 namespace zelvra::test {
 namespace {
-
-struct Kind {
-    const char* name;
-    NumberedMovie movie;
-};
-
-std::ostream& operator<<(std::ostream& stream, const Kind& kind) {
-    return stream << kind.name;
-}
-
-CMTime middleOf(const FrameIndex::Frame& frame) {
-    return {2 * frame.time.value + frame.duration.value, 2 * frame.time.timescale};
-}
 
 /// The index has the player's times, and grabs from start, middle and end give the player's pictures.
 void expectPlayersPictures(const std::filesystem::path& file) {
@@ -57,7 +44,7 @@ void expectPlayersPictures(const std::filesystem::path& file) {
     }
 }
 
-class FrameGrab : public testing::TestWithParam<Kind> {};
+class FrameGrab : public testing::TestWithParam<NamedMovie> {};
 
 TEST_P(FrameGrab, GivesThePictureThatAPlayerShows) {
     expectPlayersPictures(movieFile(GetParam().movie));
@@ -68,48 +55,49 @@ CMTimeRange stretch(int from, int to) {
 }
 const CMTimeRange gap{CMTime::invalid(), {1, 2}};
 
-INSTANTIATE_TEST_SUITE_P(Rates, FrameGrab,
-                         testing::Values(Kind{"constant", {}},
-                                         Kind{"29.97", {.rate = 30000, .ratePer = 1001}},
-                                         Kind{"240", {.rate = 240, .frames = 96}},
-                                         Kind{"25 without B", {.rate = 25, .bFrames = 0}},
-                                         Kind{"variable",
-                                              {.frames = 12,
-                                               .frameTicks = {20, 20, 40, 1, 19, 300, 20, 21, 19, 20, 60, 20},
-                                               .timescale = 600}}));
+INSTANTIATE_TEST_SUITE_P(
+    Rates, FrameGrab,
+    testing::Values(NamedMovie{"constant", {}}, NamedMovie{"29.97", {.rate = 30000, .ratePer = 1001}},
+                    NamedMovie{"240", {.rate = 240, .frames = 96}},
+                    NamedMovie{"25 without B", {.rate = 25, .bFrames = 0}},
+                    NamedMovie{"variable",
+                               {.frames = 12,
+                                .frameTicks = {20, 20, 40, 1, 19, 300, 20, 21, 19, 20, 60, 20},
+                                .timescale = 600}}));
 INSTANTIATE_TEST_SUITE_P(
     Streams, FrameGrab,
-    testing::Values(Kind{"one group", {.frames = 120, .gop = 250}},
-                    Kind{"open groups", {.gop = 12, .openGop = true}},
-                    Kind{"intra refresh", {.gop = 20, .bFrames = 0, .encoderParams = "intra-refresh=1"}},
-                    Kind{"interlaced", {.height = 192, .interlaced = true}},
-                    Kind{"hevc", {.codec = MovieCodec::hevc}},
-                    Kind{"hevc open 10 bit",
-                         {.codec = MovieCodec::hevc,
-                          .gop = 15,
-                          .openGop = true,
-                          .pixelFormat = "yuv420p10le",
-                          .sampleEntry = "hev1"}},
-                    Kind{"hevc layers", {.codec = MovieCodec::hevc, .encoderParams = "temporal-layers=2"}},
-                    Kind{"mpeg4", {.codec = MovieCodec::mpeg4}},
-                    Kind{"prores", {.frames = 20, .codec = MovieCodec::proRes, .pixelFormat = "yuv422p10le"}},
-                    Kind{"h264 4:4:4", {.frames = 20, .pixelFormat = "yuv444p"}}));
+    testing::Values(
+        NamedMovie{"one group", {.frames = 120, .gop = 250}},
+        NamedMovie{"open groups", {.gop = 12, .openGop = true}},
+        NamedMovie{"intra refresh", {.gop = 20, .bFrames = 0, .encoderParams = "intra-refresh=1"}},
+        NamedMovie{"interlaced", {.height = 192, .interlaced = true}},
+        NamedMovie{"hevc", {.codec = MovieCodec::hevc}},
+        NamedMovie{"hevc open 10 bit",
+                   {.codec = MovieCodec::hevc,
+                    .gop = 15,
+                    .openGop = true,
+                    .pixelFormat = "yuv420p10le",
+                    .sampleEntry = "hev1"}},
+        NamedMovie{"hevc layers", {.codec = MovieCodec::hevc, .encoderParams = "temporal-layers=2"}},
+        NamedMovie{"mpeg4", {.codec = MovieCodec::mpeg4}},
+        NamedMovie{"prores", {.frames = 20, .codec = MovieCodec::proRes, .pixelFormat = "yuv422p10le"}},
+        NamedMovie{"h264 4:4:4", {.frames = 20, .pixelFormat = "yuv444p"}}));
 INSTANTIATE_TEST_SUITE_P(
     Files, FrameGrab,
     testing::Values(
-        Kind{"fragmented", {.sound = SoundCodec::aac, .fragmented = true}},
-        Kind{"trimmed within a group",
-             {.frames = 90, .sound = SoundCodec::aac, .container = "mp4", .shown = {stretch(17, 70)}}},
-        Kind{"trimmed open group", {.frames = 90, .openGop = true, .shown = {stretch(34, 61)}}},
-        Kind{"two pieces", {.frames = 90, .shown = {stretch(5, 20), stretch(47, 80)}}},
-        Kind{"late picture", {.sound = SoundCodec::pcm, .shown = {gap, stretch(0, 60)}}},
-        Kind{"two sample entries", {.sound = SoundCodec::aac, .twoSampleEntries = true}},
-        Kind{"beyond 4 GiB", {.sound = SoundCodec::aac, .beyond4GiB = true}},
-        Kind{"quarter turn", {.orientation = Orientation::quarterTurn}},
-        Kind{"half turn", {.orientation = Orientation::halfTurn}},
-        Kind{"three quarter turn", {.orientation = Orientation::threeQuarterTurn}},
-        Kind{"mirrored", {.orientation = Orientation::mirrored}},
-        Kind{"long pixels", {.pixelAspect = "4/3", .orientation = Orientation::quarterTurn}}));
+        NamedMovie{"fragmented", {.sound = SoundCodec::aac, .fragmented = true}},
+        NamedMovie{"trimmed within a group",
+                   {.frames = 90, .sound = SoundCodec::aac, .container = "mp4", .shown = {stretch(17, 70)}}},
+        NamedMovie{"trimmed open group", {.frames = 90, .openGop = true, .shown = {stretch(34, 61)}}},
+        NamedMovie{"two pieces", {.frames = 90, .shown = {stretch(5, 20), stretch(47, 80)}}},
+        NamedMovie{"late picture", {.sound = SoundCodec::pcm, .shown = {gap, stretch(0, 60)}}},
+        NamedMovie{"two sample entries", {.sound = SoundCodec::aac, .twoSampleEntries = true}},
+        NamedMovie{"beyond 4 GiB", {.sound = SoundCodec::aac, .beyond4GiB = true}},
+        NamedMovie{"quarter turn", {.orientation = Orientation::quarterTurn}},
+        NamedMovie{"half turn", {.orientation = Orientation::halfTurn}},
+        NamedMovie{"three quarter turn", {.orientation = Orientation::threeQuarterTurn}},
+        NamedMovie{"mirrored", {.orientation = Orientation::mirrored}},
+        NamedMovie{"long pixels", {.pixelAspect = "4/3", .orientation = Orientation::quarterTurn}}));
 
 /// `ffmpeg -c copy` cuts as phones trim: whole groups are kept, an edit list hides what is too much.
 TEST(FrameGrabOfCopies, GivesThePictureThatAPlayerShows) {

@@ -3,7 +3,7 @@
 #include "ZelvraCore/Render.h"
 #include "tests/platform/PlayedMovie.h"
 #include "tests/support/Files.h"
-#include "tests/support/NumberedMovie.h"
+#include "tests/support/NamedMovie.h"
 #include "tests/support/NumberedPicture.h"
 
 #include <algorithm>
@@ -11,19 +11,6 @@
 
 namespace zelvra::test {
 namespace {
-
-struct Kind {
-    const char* name;
-    NumberedMovie movie;
-};
-
-std::ostream& operator<<(std::ostream& stream, const Kind& kind) {
-    return stream << kind.name;
-}
-
-CMTime middleOf(const FrameIndex::Frame& frame) {
-    return {2 * frame.time.value + frame.duration.value, 2 * frame.time.timescale};
-}
 
 void expectFrame(PlayedMovie& movie, std::size_t index) {
     const auto at = movie.frames().containing(movie.player().currentTime());
@@ -67,7 +54,7 @@ void expectGrabbedFramesOnScreen(const std::filesystem::path& file) {
     expectFrame(movie, paused->index);
 }
 
-class PlayerFrames : public testing::TestWithParam<Kind> {};
+class PlayerFrames : public testing::TestWithParam<NamedMovie> {};
 
 TEST_P(PlayerFrames, AreThoseThatTheEngineGrabs) {
     expectGrabbedFramesOnScreen(movieFile(GetParam().movie));
@@ -79,19 +66,21 @@ CMTimeRange stretch(int from, int to) {
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, PlayerFrames,
-    testing::Values(
-        Kind{"plain", {.sound = SoundCodec::aac}}, Kind{"one group", {.frames = 120, .gop = 250}},
-        Kind{"29.97", {.rate = 30000, .ratePer = 1001, .sound = SoundCodec::aac}},
-        Kind{"240", {.rate = 240, .frames = 96, .gop = 12}},
-        Kind{
-            "variable",
-            {.frames = 12, .frameTicks = {20, 20, 40, 1, 19, 300, 20, 21, 19, 20, 60, 20}, .timescale = 600}},
-        Kind{"trimmed within a group", {.frames = 90, .sound = SoundCodec::aac, .shown = {stretch(17, 70)}}},
-        Kind{"two pieces", {.frames = 90, .shown = {stretch(5, 20), stretch(47, 80)}}},
-        Kind{"hevc open", {.codec = MovieCodec::hevc, .gop = 15, .openGop = true}},
-        Kind{"quarter turn", {.orientation = Orientation::quarterTurn}},
-        Kind{"mirrored", {.orientation = Orientation::mirrored}},
-        Kind{"long pixels", {.pixelAspect = "4/3", .orientation = Orientation::halfTurn}}));
+    testing::Values(NamedMovie{"plain", {.sound = SoundCodec::aac}},
+                    NamedMovie{"one group", {.frames = 120, .gop = 250}},
+                    NamedMovie{"29.97", {.rate = 30000, .ratePer = 1001, .sound = SoundCodec::aac}},
+                    NamedMovie{"240", {.rate = 240, .frames = 96, .gop = 12}},
+                    NamedMovie{"variable",
+                               {.frames = 12,
+                                .frameTicks = {20, 20, 40, 1, 19, 300, 20, 21, 19, 20, 60, 20},
+                                .timescale = 600}},
+                    NamedMovie{"trimmed within a group",
+                               {.frames = 90, .sound = SoundCodec::aac, .shown = {stretch(17, 70)}}},
+                    NamedMovie{"two pieces", {.frames = 90, .shown = {stretch(5, 20), stretch(47, 80)}}},
+                    NamedMovie{"hevc open", {.codec = MovieCodec::hevc, .gop = 15, .openGop = true}},
+                    NamedMovie{"quarter turn", {.orientation = Orientation::quarterTurn}},
+                    NamedMovie{"mirrored", {.orientation = Orientation::mirrored}},
+                    NamedMovie{"long pixels", {.pixelAspect = "4/3", .orientation = Orientation::halfTurn}}));
 
 TEST(PlayerFramesOfOwnExports, AreThoseThatTheEngineGrabs) {
     const TemporaryFolder folder;

@@ -75,6 +75,7 @@ void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
     stepping_ = false;
     setMuted(muted_);
     complaint_.clear();
+    failure_.reset();
     entryStarted_ = false;
     startedAgain_ = false;
     item_ = std::move(item);
@@ -397,9 +398,12 @@ void Player::handleEvents() {
     while (self) {
         const mpv_event* event = mpv_->nextEvent();
         if (event == nullptr) {
-            return;
+            break;
         }
         handle(*event);
+    }
+    if (self && failure_) {
+        fail(*std::exchange(failure_, std::nullopt));
     }
 }
 
@@ -412,7 +416,7 @@ void Player::handle(const mpv_event& event) {
         const auto& end = *static_cast<const mpv_event_end_file*>(event.data);
         const bool failed = end.reason == MPV_END_FILE_REASON_ERROR || end.reason == MPV_END_FILE_REASON_EOF;
         if (end.playlist_entry_id == entry_ && item_ && failed) {
-            fail(QString::fromUtf8(mpv_error_string(end.error)));
+            failure_ = QString::fromUtf8(mpv_error_string(end.error));
         }
         break;
     }

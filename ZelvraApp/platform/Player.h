@@ -166,6 +166,9 @@ private:
     bool entryStarted_ = false;
     bool startedAgain_ = false;
     QString complaint_; ///< the core's first one while loading
+    /// The core's word for what ended the item. Told after all else that the core has to say: its messages,
+    /// which name the cause, come behind its events.
+    std::optional<QString> failure_;
 
     std::optional<Move> underWay_;
     std::optional<Move> waiting_;

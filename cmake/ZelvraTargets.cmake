@@ -23,3 +23,27 @@ function(zelvra_test name)
     set_tests_properties(${name} PROPERTIES
         ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks-of-others.txt")
 endfunction()
+
+# zelvra_qml_module(NAME URI SOURCES ... QML ... [SINGLETONS ...] [RESOURCES ...] [PUBLIC targets...] [PRIVATE targets...])
+# A static library of views: C++ types with QML_ELEMENT, and QML files. Programs link it by zelvra_link_views.
+function(zelvra_qml_module name uri)
+    cmake_parse_arguments(ARG "" "" "SOURCES;QML;SINGLETONS;RESOURCES;PUBLIC;PRIVATE" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    # Qt's tools find headers by their bare names. Our warnings are for what we write, not for what they write.
+    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}" PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+    target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} Qt6::Quick PRIVATE ${ARG_PRIVATE})
+    set_source_files_properties(${ARG_SOURCES} PROPERTIES
+        COMPILE_OPTIONS "$<TARGET_PROPERTY:zelvra_options,INTERFACE_COMPILE_OPTIONS>")
+    set_source_files_properties(${ARG_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
+    qt_add_qml_module(${name} URI ${uri} VERSION 1.0
+        RESOURCE_PREFIX /qml
+        OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/qml/${name}"
+        QML_FILES ${ARG_QML} ${ARG_SINGLETONS} RESOURCES ${ARG_RESOURCES})
+endfunction()
+
+# Gives a program the views: all modules with their QML.
+function(zelvra_link_views name)
+    foreach(module IN ITEMS zelvra_bridge zelvra_theme zelvra_editor zelvra_views zelvra_shell)
+        target_link_libraries(${name} PRIVATE ${module} ${module}plugin)
+    endforeach()
+endfunction()

@@ -118,6 +118,8 @@ public:
     /// Takes a position of the playhead, which the player reports 30 times a second while it plays, and after
     /// every move while it is paused. May begin a freeze preview.
     void observePlaybackTime(const CMTime& time);
+    /// Moves the playhead exactly there.
+    void seekSoon(const CMTime& time);
 
     // ---- Opening, the queue of a folder, recents, closing (Opening.cpp)
 
@@ -150,6 +152,7 @@ public:
     RecentItemModel* recentRows() { return &recentRows_; }
     /// Opens it as what is found on disk now; forgets it where nothing is found.
     void openRecent(const RecentItem& item);
+    void clearRecents();
 
     bool showCloseConfirmation() const { return showCloseConfirmation_; }
     void setShowCloseConfirmation(bool on);
@@ -251,6 +254,8 @@ public:
     void quit();
     /// Shows the last exported file in the file viewer.
     void revealLastExport();
+    /// The file itself stays.
+    void forgetLastExport();
 
 Q_SIGNALS:
     void videoURLChanged();
@@ -329,7 +334,6 @@ private:
     void applyTrimToPlayer();
     void moveTrim(const CMTime& start, const CMTime& end);
     void dropRoughClip(const CMTime& start);
-    void seekSoon(const CMTime& time);
 
     // Export
     struct Export;

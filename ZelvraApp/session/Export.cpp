@@ -191,6 +191,10 @@ void AppState::quit() {
     }
 }
 
+void AppState::forgetLastExport() {
+    publish(lastExportFile_, std::nullopt, &AppState::lastExportURLChanged);
+}
+
 void AppState::revealLastExport() {
     if (services_.fileViewer && lastExportFile_) {
         services_.fileViewer->reveal(*lastExportFile_);

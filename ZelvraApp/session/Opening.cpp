@@ -221,6 +221,11 @@ void AppState::noteRecent(const std::filesystem::path& path, bool isFolder) {
     }
 }
 
+void AppState::clearRecents() {
+    publish(recents_, {}, &AppState::recentsChanged);
+    RecentItem::save(recents_, preferences_);
+}
+
 void AppState::openRecent(const RecentItem& item) {
     letRun(openOrForget(item));
 }

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ZelvraApp/bridge/Session.h"
+#include "ZelvraApp/platform/PreferenceStore.h"
+#include "ZelvraApp/session/AppState.h"
+#include "ZelvraApp/session/ShellServices.h"
+
+#include <QQmlApplicationEngine>
+
+#include <filesystem>
+#include <memory>
+
+class QQuickWindow;
+
+namespace zelvra {
+
+/// The running program: the preferences, the one session, and the windows that show it. A QGuiApplication
+/// must exist and outlive it. Main thread.
+class Application {
+public:
+    /// What the program stands on; tests give parts of their own.
+    struct Options {
+        std::filesystem::path preferences = PreferenceStore::standardFile();
+        /// Instead of the desktop's; null members are left to the desktop.
+        ShellServices services = {};
+    };
+
+    /// Settings of the toolkit that have to be made before the QGuiApplication.
+    static void prepare();
+
+    /// Opens the main window. Throws MediaError where there can be no player.
+    explicit Application(const Options& options);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    AppState& state() { return *state_; }
+    QQuickWindow& mainWindow() const;
+
+private:
+    PreferenceStore preferences_;
+    std::unique_ptr<AppState> state_;
+    std::unique_ptr<Session> session_;
+    std::unique_ptr<QQmlApplicationEngine> engine_;
+};
+
+} // namespace zelvra

@@ -1,0 +1,37 @@
+#include "ZelvraApp/theme/Appearance.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+#include <QtQml/QQmlEngine>
+
+namespace zelvra {
+
+Appearance& Appearance::shared() {
+    static Appearance appearance;
+    return appearance;
+}
+
+Appearance* Appearance::create(QQmlEngine* /*engine*/, QJSEngine* /*scripts*/) {
+    QJSEngine::setObjectOwnership(&shared(), QJSEngine::CppOwnership);
+    return &shared();
+}
+
+Appearance::Appearance() {
+    const QString wanted = qEnvironmentVariable("ZELVRA_APPEARANCE");
+    dark_ = wanted.isEmpty() ? QGuiApplication::palette().window().color().lightnessF() < 0.5F
+                             : wanted == QLatin1String("dark");
+}
+
+void Appearance::setDark(bool dark) {
+    if (std::exchange(dark_, dark) != dark) {
+        Q_EMIT changed();
+    }
+}
+
+void Appearance::setReducedMotion(bool reduced) {
+    if (std::exchange(reducedMotion_, reduced) != reduced) {
+        Q_EMIT changed();
+    }
+}
+
+} // namespace zelvra

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <qqml.h>
+
+class QJSEngine;
+class QQmlEngine;
+
+namespace zelvra {
+
+/// Light or dark, and whether motion is wanted, as the desktop says; live. Theme.qml takes its colours from
+/// it. ZELVRA_APPEARANCE=light or =dark in the environment overrules the desktop.
+///
+/// One for the program; main thread.
+class Appearance : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(bool dark READ isDark NOTIFY changed)
+    Q_PROPERTY(bool reducedMotion READ reducedMotion NOTIFY changed)
+
+public:
+    static Appearance& shared();
+    static Appearance* create(QQmlEngine* engine, QJSEngine* scripts);
+
+    bool isDark() const { return dark_; }
+    void setDark(bool dark);
+    bool reducedMotion() const { return reducedMotion_; }
+    void setReducedMotion(bool reduced);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    Appearance();
+
+    bool dark_ = false;
+    bool reducedMotion_ = false;
+};
+
+} // namespace zelvra

@@ -1,0 +1,45 @@
+import QtQuick
+import Zelvra.Theme
+
+// Text whose digits all take the same width, so that a running time does not tremble.
+Item {
+    id: root
+
+    property string text
+    property color color: Theme.primary
+    property alias font: digit.font
+
+    implicitWidth: row.implicitWidth
+    implicitHeight: digit.implicitHeight
+    baselineOffset: digit.baselineOffset
+    Accessible.role: Accessible.StaticText
+    Accessible.name: root.text
+
+    Text {
+        id: digit
+
+        text: "0"
+        visible: false
+        font.family: Theme.family
+        font.pixelSize: Theme.body
+    }
+    Row {
+        id: row
+
+        anchors.verticalCenter: parent.verticalCenter
+        Repeater {
+            model: root.text.length
+            Text {
+                required property int index
+                readonly property string character: root.text.charAt(index)
+
+                text: character
+                width: character >= "0" && character <= "9" ? digit.implicitWidth : implicitWidth
+                horizontalAlignment: Text.AlignHCenter
+                color: root.color
+                font: digit.font
+                Accessible.ignored: true
+            }
+        }
+    }
+}

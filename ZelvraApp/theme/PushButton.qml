@@ -1,0 +1,79 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Zelvra.Theme
+
+// A button with a text, a sign, or both. Takes the focus by Tab only, so that Space goes on playing.
+T.AbstractButton {
+    id: button
+
+    enum Look { Regular, Prominent, Borderless }
+
+    property int look: PushButton.Regular
+    property string iconName
+    property int iconSize: 16
+    property color tint: button.look === PushButton.Borderless ? Theme.secondary : Theme.primary
+    property int controlHeight: Theme.controlHeight
+
+    readonly property bool prominent: look === PushButton.Prominent
+    readonly property color ink: prominent ? "#ffffff" : tint
+
+    implicitWidth: Math.max(controlHeight, contentItem.implicitWidth + leftPadding + rightPadding)
+    implicitHeight: controlHeight
+    leftPadding: text === "" ? 5 : controlHeight >= Theme.largeControlHeight ? 14 : 11
+    rightPadding: leftPadding
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.4
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Keys.onReturnPressed: button.click()
+
+    contentItem: RowLayout {
+        spacing: 6
+
+        Item {
+            Layout.fillWidth: true
+        }
+        Icon {
+            visible: button.iconName !== ""
+            name: button.iconName
+            size: button.iconSize
+            color: button.ink
+        }
+        Text {
+            visible: button.text !== ""
+            text: button.text
+            color: button.ink
+            font.family: Theme.family
+            font.pixelSize: button.controlHeight <= Theme.smallControlHeight ? Theme.caption : Theme.body
+            font.weight: button.prominent ? Font.DemiBold : Font.Medium
+            Accessible.ignored: true
+        }
+        Item {
+            Layout.fillWidth: true
+        }
+    }
+    background: Rectangle {
+        radius: Theme.radius
+        color: {
+            if (button.look === PushButton.Borderless)
+                return button.down || button.hovered ? Theme.hover : "transparent";
+            if (button.prominent)
+                return button.down ? Qt.darker(Theme.accentFill, 1.2) : button.hovered ? Qt.lighter(Theme.accentFill, 1.08) : Theme.accentFill;
+            return button.down ? Theme.controlPressed : button.hovered ? Theme.controlHover : Theme.control;
+        }
+        border.width: button.look === PushButton.Regular ? 1 : 0
+        border.color: Theme.controlBorder
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -2
+            radius: parent.radius + 2
+            color: "transparent"
+            border.width: 2
+            border.color: Theme.focusRing
+            visible: button.visualFocus
+        }
+    }
+}

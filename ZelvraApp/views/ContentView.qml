@@ -1,0 +1,10 @@
+import QtQuick
+import Zelvra.Session
+import Zelvra.Views
+
+// What the main window shows.
+Item {
+    id: content
+
+    required property Session session
+}

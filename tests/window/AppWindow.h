@@ -1,0 +1,88 @@
+#pragma once
+
+#include "ZelvraApp/shell/Application.h"
+#include "tests/support/Files.h"
+
+#include <QImage>
+#include <QPointF>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QString>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace zelvra::test {
+
+/// What the desktop would do, noted down.
+struct Desktop : OpenPanel, FileViewer, Terminator, RecentDocuments {
+    void ask(const OpenPanelRequest& request,
+             std::function<void(const std::filesystem::path&)> chosen) override;
+    void reveal(const std::filesystem::path& file) override { revealed = file; }
+    void terminate() override { terminated = true; }
+    void note(const std::filesystem::path& path) override { noted.push_back(path); }
+
+    std::optional<OpenPanelRequest> asked;
+    std::filesystem::path answer; ///< to the open panel; empty cancels
+    std::filesystem::path revealed;
+    bool terminated = false;
+    std::vector<std::filesystem::path> noted;
+};
+
+/// The application in its real window on the offscreen platform, with preferences and a folder of its own,
+/// used as a person uses it. Items are found by their objectName; those of a dialog or a second window too.
+/// Positions are in an item's own coordinates, its middle where none is given.
+class AppWindow : public testing::Test {
+protected:
+    AppWindow();
+    ~AppWindow() override;
+
+    AppState& state() { return application_->state(); }
+    QQuickWindow& window() { return application_->mainWindow(); }
+
+    /// Opens that movie and waits for its first picture.
+    void open(const std::filesystem::path& clip);
+    /// Runs the program until the condition holds; false after 20 s.
+    static bool comesTrue(const std::function<bool()>& condition);
+    /// Lets events and animations pass.
+    static void letPass(int milliseconds);
+
+    /// The visible item of that name that is nearest to the front; null where there is none.
+    QQuickItem* find(const QString& objectName);
+    /// The same; waits for it, and fails the test where it does not come.
+    QQuickItem& item(const QString& objectName);
+    bool isShown(const QString& objectName) { return find(objectName) != nullptr; }
+    /// A property of an item, for example its "text".
+    QString textOf(const QString& objectName) { return item(objectName).property("text").toString(); }
+
+    void click(QQuickItem& item, std::optional<QPointF> at = {});
+    void click(const QString& objectName) { click(item(objectName)); }
+    void hover(QQuickItem& item, std::optional<QPointF> at = {});
+    /// Presses, moves in `steps` and releases.
+    void drag(QQuickItem& item, QPointF from, QPointF to, int steps = 8);
+    void press(QQuickItem& item, QPointF at);
+    void move(QQuickItem& item, QPointF to);
+    void release(QQuickItem& item, QPointF at);
+    /// To the window in front.
+    void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void type(const QString& text);
+    /// Drags the URLs over the item and drops them there. True if the drop was accepted.
+    bool drop(QQuickItem& item, const QList<QUrl>& urls);
+    /// What the window shows now.
+    QImage picture() { return window().grabWindow(); }
+
+    TemporaryFolder folder_;
+    Desktop desktop_;
+    std::unique_ptr<Application> application_;
+
+private:
+    static QQuickWindow& frontWindow(QQuickWindow& fallback);
+};
+
+} // namespace zelvra::test

@@ -1,0 +1,17 @@
+#include "ZelvraApp/shell/Application.h"
+
+#include <QGuiApplication>
+#include <QStyleHints>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("ZELVRA_AUDIO", "null");
+    qputenv("ZELVRA_APPEARANCE", "dark");
+    zelvra::Application::prepare();
+    const QGuiApplication program(argc, argv);
+    QGuiApplication::styleHints()->setUseHoverEffects(true);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

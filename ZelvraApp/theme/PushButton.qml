@@ -27,7 +27,7 @@ T.AbstractButton {
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: button.click()
+    Keys.onReturnPressed: button.clicked()
 
     contentItem: RowLayout {
         spacing: 6
@@ -66,13 +66,7 @@ T.AbstractButton {
         border.width: button.look === PushButton.Regular ? 1 : 0
         border.color: Theme.controlBorder
 
-        Rectangle {
-            anchors.fill: parent
-            anchors.margins: -2
-            radius: parent.radius + 2
-            color: "transparent"
-            border.width: 2
-            border.color: Theme.focusRing
+        FocusRing {
             visible: button.visualFocus
         }
     }

@@ -1,0 +1,48 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zelvra.Theme
+
+// A slider over a continuous range; arrow keys move it by a hundredth. Its user binds `value` and takes over what
+// `moved` brings. The name for screen readers is its user's to give.
+T.Slider {
+    id: slider
+
+    readonly property real keyStep: (to - from) / 100
+
+    implicitWidth: 160
+    implicitHeight: 20
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.4
+    // A step would also make the pointer's way coarse.
+    stepSize: pressed ? 0 : keyStep
+
+    background: Rectangle {
+        y: (slider.height - height) / 2
+        width: slider.width
+        height: 4
+        radius: 2
+        color: Theme.track
+
+        Rectangle {
+            width: slider.handle.x + slider.handle.width / 2
+            height: parent.height
+            radius: parent.radius
+            color: Theme.accent
+        }
+    }
+    handle: Rectangle {
+        x: slider.visualPosition * (slider.availableWidth - width)
+        y: (slider.height - height) / 2
+        width: 16
+        height: 16
+        radius: 8
+        color: slider.pressed ? Theme.knobPressed : Theme.knob
+        border.width: 1
+        border.color: Theme.knobBorder
+
+        FocusRing {
+            visible: slider.visualFocus
+        }
+    }
+}

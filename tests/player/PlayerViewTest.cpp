@@ -152,9 +152,11 @@ TEST_F(PlayerViewTest, AClickOnThePicturePlaysAndTwoFillTheScreen) {
     key(Qt::Key_Space);
     showControls();
     click("fullScreenButton");
-    EXPECT_TRUE(comesTrue([&] { return item("playerSurface").width() == window().width(); }));
+    EXPECT_TRUE(comesTrue([&] { return window().visibility() == QWindow::FullScreen; }));
+    EXPECT_TRUE(comesTrue([&] { return item("playerSurface").height() == window().height(); }));
+    EXPECT_TRUE(comesTrue([&] { return shown().has_value(); }));
     key(Qt::Key_Escape);
-    EXPECT_TRUE(comesTrue([&] { return item("playerSurface").width() < window().width(); }));
+    EXPECT_TRUE(comesTrue([&] { return window().visibility() == QWindow::Windowed; }));
 }
 
 } // namespace zelvra::test

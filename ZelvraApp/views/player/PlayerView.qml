@@ -13,6 +13,30 @@ FocusScope {
     readonly property alias pictureRect: surface.pictureRect
     readonly property alias controls: controls
     property bool fullScreen: false
+    property int windowedVisibility: Window.Windowed
+
+    onFullScreenChanged: {
+        const window = view.Window.window;
+        if (view.fullScreen) {
+            view.windowedVisibility = window.visibility;
+            window.showFullScreen();
+        } else if (window.visibility === Window.FullScreen) {
+            window.visibility = view.windowedVisibility;
+        }
+    }
+    Connections {
+        target: view.Window.window
+        function onVisibilityChanged() {
+            if (view.Window.window.visibility !== Window.FullScreen)
+                view.fullScreen = false;
+        }
+    }
+    Connections {
+        target: view.session
+        function onVideoChanged() {
+            view.fullScreen = false;
+        }
+    }
 
     // True where the key was the player's.
     function handleKey(event: var): bool {
@@ -45,74 +69,81 @@ FocusScope {
         session: view.session
     }
 
-    Rectangle {
-        anchors.fill: parent
-        color: Theme.picture
-    }
-    PlayerSurface {
-        id: surface
-
-        objectName: "playerSurface"
-        anchors.fill: parent
-        session: view.session
-    }
-    TapHandler {
-        enabled: !trim.active
-        onTapped: {
-            view.forceActiveFocus();
-            controls.togglePlaying();
-        }
-        onDoubleTapped: view.fullScreen = !view.fullScreen
-    }
+    // Here, or over all that the window holds.
     Item {
-        id: overlayHolder
-
+        parent: view.fullScreen ? view.Window.window.contentItem : view
         anchors.fill: parent
-    }
+        z: view.fullScreen ? 1 : 0
 
-    // What the pointer does over the picture: the controls stay while it moves or is on them.
-    HoverHandler {
-        id: hover
+        Rectangle {
+            anchors.fill: parent
+            color: Theme.picture
+        }
+        PlayerSurface {
+            id: surface
 
-        cursorShape: bar.opacity === 0 && view.fullScreen ? Qt.BlankCursor : Qt.ArrowCursor
-        onPointChanged: rest.restart()
-    }
-    Timer {
-        id: rest
+            objectName: "playerSurface"
+            anchors.fill: parent
+            session: view.session
+        }
+        TapHandler {
+            enabled: !trim.active
+            onTapped: {
+                view.forceActiveFocus();
+                controls.togglePlaying();
+            }
+            onDoubleTapped: view.fullScreen = !view.fullScreen
+        }
+        Item {
+            id: overlayHolder
 
-        interval: Theme.idleDelay
-    }
-    InlineControls {
-        id: bar
+            anchors.fill: parent
+        }
 
-        readonly property bool wanted: bar.busy || bar.activeFocus || (hover.hovered && (rest.running || !controls.isPlaying))
+        // What the pointer does over the picture: the controls stay while it moves or is on them.
+        HoverHandler {
+            id: hover
 
-        anchors.horizontalCenter: parent.horizontalCenter
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: 16
-        width: Math.min(parent.width - 32, 620)
-        controls: controls
-        session: view.session
-        fullScreen: view.fullScreen
-        opacity: wanted ? 1 : 0
-        visible: opacity > 0 && !trim.active
-        onFullScreenToggled: view.fullScreen = !view.fullScreen
+            cursorShape: bar.opacity === 0 && view.fullScreen ? Qt.BlankCursor : Qt.ArrowCursor
+            onPointChanged: rest.restart()
+        }
+        Timer {
+            id: rest
 
-        Behavior on opacity {
-            NumberAnimation {
-                duration: Theme.motion
+            interval: Theme.idleDelay
+        }
+        InlineControls {
+            id: bar
+
+            readonly property bool wanted: bar.busy || bar.activeFocus || (hover.hovered && (rest.running || !controls.isPlaying))
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 16
+            width: Math.min(parent.width - 32, 620)
+            controls: controls
+            session: view.session
+            fullScreen: view.fullScreen
+            opacity: wanted ? 1 : 0
+            visible: opacity > 0 && !trim.active
+            onFullScreenToggled: view.fullScreen = !view.fullScreen
+
+            Behavior on opacity {
+                NumberAnimation {
+                    duration: Theme.motion
+                }
             }
         }
-    }
-    TrimBar {
-        anchors.horizontalCenter: parent.horizontalCenter
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: 16
-        width: parent.width - 32
-        session: view.session
-        trim: trim
-        visible: trim.active
-        onVisibleChanged: if (visible)
-            view.forceActiveFocus()
+        TrimBar {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 16
+            width: parent.width - 32
+            session: view.session
+            trim: trim
+            visible: trim.active
+            onVisibleChanged: if (visible)
+                view.forceActiveFocus()
+        }
     }
 }

@@ -61,6 +61,8 @@ void AppState::publishDerived() {
     };
     tell(derived_.canGoNext, canGoNext(), &AppState::canGoNextChanged);
     tell(derived_.queueLabel, queueLabel(), &AppState::queueLabelChanged);
+    tell(derived_.isOpening, isOpening(), &AppState::isOpeningChanged);
+    tell(derived_.isGrabbingFrame, isGrabbingFrame(), &AppState::isGrabbingFrameChanged);
     tell(derived_.timelineHasContent, timelineHasContent(), &AppState::timelineHasContentChanged);
     tell(derived_.canUndo, canUndo(), &AppState::canUndoChanged);
     tell(derived_.canRedo, canRedo(), &AppState::canRedoChanged);

@@ -50,6 +50,7 @@ class AppState : public QObject {
     Q_PROPERTY(zelvra::CMTime currentTime READ currentTime NOTIFY currentTimeChanged)
     Q_PROPERTY(QString errorMessage READ errorMessage WRITE setErrorMessage NOTIFY errorMessageChanged)
     // Opening and closing
+    Q_PROPERTY(bool isOpening READ isOpening NOTIFY isOpeningChanged)
     Q_PROPERTY(bool triggerOpen READ triggerOpen WRITE setTriggerOpen NOTIFY triggerOpenChanged)
     Q_PROPERTY(bool triggerOpenFolder READ triggerOpenFolder WRITE setTriggerOpenFolder NOTIFY
                    triggerOpenFolderChanged)
@@ -65,6 +66,7 @@ class AppState : public QObject {
     Q_PROPERTY(std::vector<zelvra::Highlight> highlights READ highlights NOTIFY highlightsChanged)
     Q_PROPERTY(QAbstractItemModel* highlightRows READ highlightRows CONSTANT)
     Q_PROPERTY(std::optional<zelvra::HighlightDraft> draft READ draft WRITE setDraft NOTIFY draftChanged)
+    Q_PROPERTY(bool isGrabbingFrame READ isGrabbingFrame NOTIFY isGrabbingFrameChanged)
     Q_PROPERTY(bool timelineHasContent READ timelineHasContent NOTIFY timelineHasContentChanged)
     // Style defaults
     Q_PROPERTY(zelvra::HighlightDefaults sessionDefaults READ sessionDefaults NOTIFY sessionDefaultsChanged)
@@ -123,6 +125,9 @@ public:
 
     // ---- Opening, the queue of a folder, recents, closing (Opening.cpp)
 
+    /// A folder is being listed, or a clip read.
+    bool isOpening() const { return openingsUnderway_ > 0; }
+
     /// One-shot requests to the window, which takes them back and calls the operation.
     bool triggerOpen() const { return triggerOpen_; }
     void setTriggerOpen(bool on);
@@ -156,7 +161,9 @@ public:
 
     bool showCloseConfirmation() const { return showCloseConfirmation_; }
     void setShowCloseConfirmation(bool on);
-    /// Closes at once, or asks first where work would be lost that was never exported.
+    /// There is work that was never exported.
+    bool closingLosesWork() const;
+    /// Closes at once, or asks first where work would be lost.
     void requestCloseVideo();
     /// Back to nothing open. What was not exported is lost.
     void closeVideo();
@@ -167,6 +174,8 @@ public:
     const std::vector<Highlight>& highlights() const { return highlights_; }
     HighlightModel* highlightRows() { return &highlightRows_; }
     const std::optional<HighlightDraft>& draft() const { return draft_; }
+    /// The editor is about to open; its frame is being read.
+    bool isGrabbingFrame() const { return grabsUnderway_ > 0; }
     /// What the editor has made of the draft so far; nothing closes the editor and changes nothing else.
     void setDraft(std::optional<HighlightDraft> draft);
     /// Pauses and opens the editor on a new circle over the frame on screen.
@@ -262,6 +271,7 @@ Q_SIGNALS:
     void sourceInfoChanged();
     void currentTimeChanged();
     void errorMessageChanged();
+    void isOpeningChanged();
     void triggerOpenChanged();
     void triggerOpenFolderChanged();
     void recentsChanged();
@@ -272,6 +282,7 @@ Q_SIGNALS:
     void showCloseConfirmationChanged();
     void highlightsChanged();
     void draftChanged();
+    void isGrabbingFrameChanged();
     void timelineHasContentChanged();
     void sessionDefaultsChanged();
     void clipDefaultsChanged();
@@ -308,6 +319,8 @@ private:
     void keepRowsUpToDate();
     /// Tells of those values that follow from others.
     void publishDerived();
+    /// Counts one piece of work for as long as it lives.
+    class Underway;
 
     // Opening
     QCoro::Task<> loadClip(std::filesystem::path clip);
@@ -357,6 +370,8 @@ private:
     CMTime lastObservedTime_ = CMTime::zero();
     QString errorMessage_;
 
+    int openingsUnderway_ = 0;
+    int grabsUnderway_ = 0;
     bool triggerOpen_ = false;
     bool triggerOpenFolder_ = false;
     std::vector<RecentItem> recents_;
@@ -397,6 +412,8 @@ private:
     struct Derived {
         bool canGoNext = false;
         QString queueLabel;
+        bool isOpening = false;
+        bool isGrabbingFrame = false;
         bool timelineHasContent = false;
         bool canUndo = false;
         bool canRedo = false;

@@ -1,5 +1,6 @@
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/Background.h"
+#include "ZelvraApp/session/Underway.h"
 #include "ZelvraCore/FrameGrab.h"
 
 #include <QPointer>
@@ -75,6 +76,7 @@ QCoro::Task<> AppState::addHighlightAtCurrentTime() {
         co_return;
     }
     cancelHighlightPreview();
+    const Underway underway(*this, &AppState::grabsUnderway_);
     player_->pause();
     const CMTime time = player_->currentTime();
     const Size display = sourceInfo_->displaySize;
@@ -98,6 +100,7 @@ QCoro::Task<> AppState::editHighlight(Highlight highlight) {
         co_return;
     }
     cancelHighlightPreview();
+    const Underway underway(*this, &AppState::grabsUnderway_);
     player_->pause();
     const Size display = sourceInfo_->displaySize;
     const std::shared_ptr<const Asset> asset = asset_; // another clip may be opened meanwhile

@@ -1,5 +1,6 @@
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/Background.h"
+#include "ZelvraApp/session/RoughClip.h"
 #include "ZelvraApp/session/SessionTime.h"
 
 #include <algorithm>
@@ -7,13 +8,6 @@
 namespace zelvra {
 
 namespace {
-
-constexpr double standardClipLength = 30;
-
-double roughClipLength(const PreferenceStore& store) {
-    const double length = store.read(preferences::clipDefaultLengthSec).value_or(standardClipLength);
-    return length > 0 ? length : standardClipLength;
-}
 
 template <class Clips>
 auto findClip(Clips& clips, const std::optional<Uuid>& id) {
@@ -25,6 +19,12 @@ QCoro::Task<> awaitSeek(QCoro::Task<bool> seeking) {
 }
 
 } // namespace
+
+double roughClipLengthSec(const PreferenceStore& store) {
+    constexpr double standard = 30;
+    const double length = store.read(preferences::clipDefaultLengthSec).value_or(standard);
+    return length > 0 ? length : standard;
+}
 
 void AppState::markInPoint() {
     if (!videoFile_ || !sourceInfo_) {
@@ -40,7 +40,7 @@ void AppState::markInPoint() {
 }
 
 void AppState::dropRoughClip(const CMTime& start) {
-    const CMTime end = minimum(start + sessionTime(roughClipLength(preferences_)), sourceInfo_->duration);
+    const CMTime end = minimum(start + sessionTime(roughClipLengthSec(preferences_)), sourceInfo_->duration);
     if (end <= start + minimumLength) {
         return;
     }

@@ -2,6 +2,7 @@
 #include "ZelvraApp/platform/NaturalOrder.h"
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/Background.h"
+#include "ZelvraApp/session/Underway.h"
 #include "ZelvraCore/SourceProbe.h"
 
 #include <QPointer>
@@ -130,6 +131,7 @@ QCoro::Task<> AppState::load(std::filesystem::path clip) {
 QCoro::Task<> AppState::loadClip(std::filesystem::path clip) {
     const QPointer<AppState> self(this);
     cancelHighlightPreview();
+    const Underway underway(*this, &AppState::openingsUnderway_);
     OpenedMovie movie;
     QString failure;
     try {
@@ -170,6 +172,7 @@ void AppState::forgetAnnotations() {
 
 QCoro::Task<> AppState::loadFolder(std::filesystem::path folder) {
     const QPointer<AppState> self(this);
+    const Underway underway(*this, &AppState::openingsUnderway_);
     auto list = [folder] { return clipsIn(folder); };
     QCoro::Task<std::vector<std::filesystem::path>> listing = inBackground(std::move(list));
     std::vector<std::filesystem::path> clips = co_await listing;
@@ -254,9 +257,12 @@ void AppState::setShowCloseConfirmation(bool on) {
     publish(showCloseConfirmation_, on, &AppState::showCloseConfirmationChanged);
 }
 
+bool AppState::closingLosesWork() const {
+    return (!highlights_.empty() || !markedClips_.empty()) && !lastExportFile_;
+}
+
 void AppState::requestCloseVideo() {
-    const bool unsavedWork = !highlights_.empty() || !markedClips_.empty();
-    if (unsavedWork && !lastExportFile_) {
+    if (closingLosesWork()) {
         setShowCloseConfirmation(true);
     } else {
         closeVideo();

@@ -7,4 +7,10 @@ Item {
     id: content
 
     required property Session session
+
+    PlayerView {
+        anchors.fill: parent
+        focus: true
+        session: content.session
+    }
 }

@@ -192,6 +192,24 @@ TEST_F(Opening, LetsTheLaterOfTwoLoadsWin) {
     EXPECT_EQ(session_->player().currentItem()->path, *session_->videoFile());
 }
 
+TEST_F(Opening, TellsWhileWorkIsUnderway) {
+    const auto seen = [this](auto changed, auto isUnderway) {
+        auto values = std::make_shared<std::vector<bool>>();
+        QObject::connect(session_.get(), changed,
+                         [this, values, isUnderway] { values->push_back((*session_.*isUnderway)()); });
+        return values;
+    };
+    const auto opening = seen(&AppState::isOpeningChanged, &AppState::isOpening);
+    const auto grabbing = seen(&AppState::isGrabbingFrameChanged, &AppState::isGrabbingFrame);
+    std::ofstream(folder_ / "broken.mov") << "no movie at all";
+    run(session_->load(folder_ / "broken.mov"));
+    EXPECT_THAT(*opening, ElementsAre(true, false));
+    open(clip("one.mov"));
+    run(session_->addHighlightAtCurrentTime());
+    EXPECT_THAT(*opening, ElementsAre(true, false, true, false));
+    EXPECT_THAT(*grabbing, ElementsAre(true, false));
+}
+
 TEST_F(Opening, AsksBeforeWorkIsLost) {
     open(clip("one.mov"));
     session_->requestCloseVideo();

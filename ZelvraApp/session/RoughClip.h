@@ -1,0 +1,10 @@
+#pragma once
+
+#include "ZelvraApp/platform/PreferenceStore.h"
+
+namespace zelvra {
+
+/// How long a clip is that an in-point drops, in seconds, always more than 0: the user's choice, or 30.
+double roughClipLengthSec(const PreferenceStore& store);
+
+} // namespace zelvra

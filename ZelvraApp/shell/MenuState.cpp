@@ -1,0 +1,26 @@
+#include "ZelvraApp/shell/MenuState.h"
+
+namespace zelvra {
+
+MenuState::MenuState(const Session& session, QObject* parent)
+    : QObject(parent), session_(session), state_(*session.state()) {
+    for (const auto signal :
+         {&AppState::videoURLChanged, &AppState::recentsChanged, &AppState::canExportChanged,
+          &AppState::markedClipsChanged, &AppState::canUndoChanged, &AppState::canRedoChanged,
+          &AppState::trimRangeChanged, &AppState::editingClipIDChanged, &AppState::queueIndexChanged,
+          &AppState::canGoNextChanged}) {
+        connect(&state_, signal, this, &MenuState::changed);
+    }
+    connect(&session_, &Session::hasDraftChanged, this, &MenuState::changed);
+}
+
+QString MenuState::exportTitle(std::size_t markedClips) {
+    return markedClips == 0 ? QStringLiteral("Export…")
+                            : QStringLiteral("Export %1 Marked Clips…").arg(markedClips);
+}
+
+QString MenuState::markTitle() const {
+    return session_.isEditingClip() ? QStringLiteral("Save & Return") : QStringLiteral("Mark Clip");
+}
+
+} // namespace zelvra

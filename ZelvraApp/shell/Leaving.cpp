@@ -21,12 +21,12 @@ void Leaving::request() {
         setAsksAboutExport(true);
         return;
     }
-    leavesOnceClosed_ = true;
-    if (state_.videoFile()) {
+    if (state_.closingLosesWork()) {
+        leavesOnceClosed_ = true;
         state_.requestCloseVideo();
-    } else {
-        leaveOnceClosed();
+        return;
     }
+    end_.terminate();
 }
 
 void Leaving::leaveOnceClosed() {

@@ -21,8 +21,8 @@ ApplicationWindow {
     color: Theme.window
 
     Component.onCompleted: {
-        width = Math.min(remembered.width, Screen.desktopAvailableWidth);
-        height = Math.min(remembered.height, Screen.desktopAvailableHeight);
+        width = remembered.width;
+        height = remembered.height;
         if (remembered.maximized)
             showMaximized();
         else

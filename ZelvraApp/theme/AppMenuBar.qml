@@ -17,6 +17,7 @@ T.MenuBar {
     delegate: T.MenuBarItem {
         id: item
 
+        objectName: "menu:" + label.text
         implicitWidth: label.implicitWidth + leftPadding + rightPadding
         implicitHeight: 24
         leftPadding: 9

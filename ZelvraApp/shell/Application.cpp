@@ -1,6 +1,7 @@
 #include "ZelvraApp/shell/Application.h"
 
 #include "ZelvraApp/session/Background.h"
+#include "ZelvraApp/shell/Graphics.h"
 
 #include <QFont>
 #include <QGuiApplication>
@@ -49,6 +50,7 @@ Application::Application(const Options& options)
     shell_.panels = &panels_;
     shell_.windowState = &windowState_;
 
+    const bool openGL = chooseGraphics();
     std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
     QFont font(QStringLiteral("Inter"));
     font.setPixelSize(13);
@@ -59,6 +61,9 @@ Application::Application(const Options& options)
     engine_->setInitialProperties({{QStringLiteral("session"), QVariant::fromValue(session_.get())},
                                    {QStringLiteral("shell"), QVariant::fromValue(&shell_)}});
     engine_->load(QUrl(QStringLiteral("qrc:/qml/Zelvra/Shell/MainWindow.qml")));
+    if (openGL) {
+        drawWithOpenGL(mainWindow(), state_->player());
+    }
 }
 
 Application::~Application() {

@@ -40,9 +40,9 @@ Application::Application(const Options& options)
                                     .recentDocuments =
                                         orElse<RecentDocuments>(options.services.recentDocuments, desktop_)});
     session_ = std::make_unique<Session>(*state_);
-    menu_ = std::make_unique<MenuState>(*session_);
     settings_ = std::make_unique<Settings>(preferences_, openPanel);
     leaving_ = std::make_unique<Leaving>(*state_, *orElse<Terminator>(options.services.terminator, desktop_));
+    menu_ = std::make_unique<MenuState>(*session_, *leaving_);
     askFirst_.leaving = leaving_.get();
     shell_.menu = menu_.get();
     shell_.settings = settings_.get();
@@ -68,9 +68,9 @@ Application::Application(const Options& options)
 
 Application::~Application() {
     engine_.reset();
+    menu_.reset();
     leaving_.reset();
     settings_.reset();
-    menu_.reset();
     session_.reset();
     state_.reset();
     finishWorkers();

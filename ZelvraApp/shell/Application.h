@@ -58,9 +58,9 @@ private:
     PreferenceStore preferences_;
     std::unique_ptr<AppState> state_;
     std::unique_ptr<Session> session_;
-    std::unique_ptr<MenuState> menu_;
     std::unique_ptr<Settings> settings_;
     std::unique_ptr<Leaving> leaving_;
+    std::unique_ptr<MenuState> menu_;
     Shell shell_;
     std::unique_ptr<QQmlApplicationEngine> engine_;
 };

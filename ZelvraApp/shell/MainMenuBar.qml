@@ -25,12 +25,14 @@ AppMenuBar {
             objectName: "openVideoItem"
             text: "Open Video…"
             shortcut: "Ctrl+O"
+            enabled: bar.can.canAct
             onTriggered: bar.session.presentOpenVideoPanel()
         }
         T.Action {
             objectName: "openFolderItem"
             text: "Open Folder of Clips…"
             shortcut: "Ctrl+Shift+O"
+            enabled: bar.can.canAct
             onTriggered: bar.session.presentOpenFolderPanel()
         }
         AppMenu {
@@ -83,6 +85,7 @@ AppMenuBar {
             objectName: "quitItem"
             text: "Quit"
             shortcut: "Ctrl+Q"
+            enabled: bar.can.canAct
             onTriggered: bar.shell.leaving.request()
         }
     }
@@ -108,6 +111,7 @@ AppMenuBar {
             objectName: "settingsItem"
             text: "Settings…"
             shortcut: "Ctrl+,"
+            enabled: bar.can.canAct
             onTriggered: bar.settingsAsked()
         }
     }
@@ -119,6 +123,7 @@ AppMenuBar {
             text: "Preview Highlights During Playback"
             checkable: true
             checked: bar.shell.settings.previewEnabled
+            enabled: bar.can.canAct
             onToggled: source => bar.shell.settings.previewEnabled = checked
         }
     }
@@ -196,11 +201,13 @@ AppMenuBar {
             objectName: "helpItem"
             text: "Zelvra Help"
             shortcut: "Ctrl+?"
+            enabled: bar.can.canAct
             onTriggered: bar.helpAsked()
         }
         T.Action {
             objectName: "aboutItem"
             text: "About Zelvra"
+            enabled: bar.can.canAct
             onTriggered: bar.aboutAsked()
         }
     }
@@ -208,6 +215,7 @@ AppMenuBar {
     // Brackets and the question mark cannot be typed with Ctrl on every keyboard.
     Shortcut {
         sequence: "F1"
+        enabled: help.enabled
         onActivated: help.trigger()
     }
     Shortcut {

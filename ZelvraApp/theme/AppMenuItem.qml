@@ -16,7 +16,7 @@ T.MenuItem {
     leftPadding: 9
     rightPadding: 9
     opacity: enabled ? 1 : 0.42
-    objectName: item.action?.objectName ?? ""
+    objectName: item.action?.objectName ?? item.subMenu?.objectName ?? ""
     Accessible.role: item.checkable ? Accessible.CheckBox : Accessible.MenuItem
     Accessible.name: item.text
 

@@ -45,7 +45,7 @@ TEST_F(SettingsTest, ShowTheStoredValuesAndWriteEachChangeAtOnce) {
     EXPECT_FALSE(item("defaultDurationMore").isEnabled());
     EXPECT_EQ(store().read(preferences::defaultDurationSec), 10.0);
     QQuickItem& size = item("defaultSize");
-    drag(size, {20, size.height() / 2}, {400, size.height() / 2});
+    drag(size, {20, size.height() / 2}, {size.width(), size.height() / 2});
     EXPECT_EQ(store().read(preferences::defaultRadiusRatio), 0.45);
     click("includeAudio");
     EXPECT_EQ(store().read(preferences::outputIncludeAudio), false);

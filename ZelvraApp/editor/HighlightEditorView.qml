@@ -2,9 +2,18 @@ import QtQuick
 import Zelvra.Session
 import Zelvra.Editor
 
-// The sheet in which a highlight is drawn.
+// The editor of a highlight: a window of its own over the one that this stands in, there exactly while the session
+// has a draft.
 Item {
-    id: editor
+    id: view
 
     required property Session session
+
+    Loader {
+        active: view.session.hasDraft
+        sourceComponent: EditorWindow {
+            session: view.session
+            owner: view.Window.window
+        }
+    }
 }

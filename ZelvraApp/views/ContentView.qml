@@ -1,5 +1,6 @@
 import QtQuick
 import Zelvra.Session
+import Zelvra.Editor
 import Zelvra.Views
 
 // What the main window shows.
@@ -11,6 +12,9 @@ Item {
     PlayerView {
         anchors.fill: parent
         focus: true
+        session: content.session
+    }
+    HighlightEditorView {
         session: content.session
     }
 }

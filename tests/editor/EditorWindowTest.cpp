@@ -90,6 +90,26 @@ TEST_F(Editor, MovesAndReshapesByTheHandlesWhereverTheyAreTaken) {
     expectAt(shape().p2, {0.7 + way.x, 0.5 + 2 * way.y});
 }
 
+TEST_F(Editor, TellsUnderThePointerWhatADragWillDo) {
+    const auto cursor = [this] { return canvas().window()->cursor().shape(); };
+    const std::vector<std::pair<QString, QString>> tips = {
+        {"circle", "Drag to change the circle's size"},
+        {"arrow", "Drag to move this end of the arrow"},
+        {"rectangle", "Drag to resize"},
+    };
+    for (const auto& [kind, tip] : tips) {
+        click("tool:" + kind);
+        hover(item("moveHandle"));
+        EXPECT_TRUE(comesTrue([&] { return cursor() == Qt::OpenHandCursor; }));
+        hover(item("end2Handle"));
+        EXPECT_TRUE(comesTrue([&] { return cursor() == Qt::CrossCursor; }));
+        hover(item("end2Handle"), QPointF(1, 1));
+        EXPECT_TRUE(comesTrue([&] { return cursor() == Qt::ArrowCursor; })) << "handles are round";
+        EXPECT_EQ(item("end2Handle").property("tip").toString(), tip);
+    }
+    EXPECT_EQ(item("moveHandle").property("tip").toString(), "Drag to move the shape");
+}
+
 TEST_F(Editor, DrawsNothingNewFromJustBesideAHandle) {
     const DraftShape before = shape();
     const QPointF centre = onCanvas({0.5, 0.5});

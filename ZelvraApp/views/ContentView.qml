@@ -1,10 +1,86 @@
 import QtQuick
 import Zelvra.Session
+import Zelvra.Theme
 import Zelvra.Views
 
-// What the main window shows.
+// What the main window shows: the landing screen or the open clip, the toolbar over it, and the questions
+// and the editor that come over the window.
 Item {
     id: content
 
     required property Session session
+    // The width that the user has given the sidebar.
+    property real sidebarWidth: 300
+    // Something else is up over the window: it takes no drops.
+    property bool covered: false
+    readonly property bool dialogUp: dialogs.anyUp || covered
+
+    // Asks where work would be lost, as closing the clip does, and then does it. Not at all if the user
+    // keeps the clip.
+    function confirmClose(then: var) {
+        dialogs.confirmClose(then);
+    }
+
+    Dialogs {
+        id: dialogs
+        session: content.session
+    }
+    WindowToolbar {
+        id: toolbar
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        session: content.session
+    }
+    Loader {
+        anchors.top: toolbar.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        sourceComponent: content.session.hasVideo ? main : landing
+    }
+    Component {
+        id: landing
+
+        EmptyLandingView {
+            session: content.session
+            takesDrops: !content.dialogUp
+        }
+    }
+    Component {
+        id: main
+
+        MainView {
+            session: content.session
+            takesDrops: !content.dialogUp
+            sidebarWidth: content.sidebarWidth
+            onSidebarDragged: width => content.sidebarWidth = width
+            onDropped: url => content.confirmClose(() => content.session.open(url))
+        }
+    }
+    QuestionHost {
+        session: content.session
+        dialogs: dialogs
+        enabled: !content.session.hasDraft
+    }
+    EditorSheet {
+        session: content.session
+        dialogs: dialogs
+    }
+    Connections {
+        target: content.session.state
+
+        function onTriggerOpenChanged() {
+            if (content.session.state.triggerOpen) {
+                content.session.state.triggerOpen = false;
+                content.session.presentOpenVideoPanel();
+            }
+        }
+        function onTriggerOpenFolderChanged() {
+            if (content.session.state.triggerOpenFolder) {
+                content.session.state.triggerOpenFolder = false;
+                content.session.presentOpenFolderPanel();
+            }
+        }
+    }
 }

@@ -35,9 +35,11 @@ function(zelvra_qml_module name uri)
     set_source_files_properties(${ARG_SOURCES} PROPERTIES
         COMPILE_OPTIONS "$<TARGET_PROPERTY:zelvra_options,INTERFACE_COMPILE_OPTIONS>")
     set_source_files_properties(${ARG_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
+    string(REPLACE "." "/" folder "${uri}")
     qt_add_qml_module(${name} URI ${uri} VERSION 1.0
         RESOURCE_PREFIX /qml
-        OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/qml/${name}"
+        OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/qml/${folder}"
+        IMPORT_PATH "${PROJECT_BINARY_DIR}/qml"
         QML_FILES ${ARG_QML} ${ARG_SINGLETONS} RESOURCES ${ARG_RESOURCES})
 endfunction()
 

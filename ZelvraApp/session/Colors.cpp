@@ -40,6 +40,15 @@ std::optional<Color> colorFrom(const QString& hex) {
     return Color{(packed >> 16 & 0xFF) / 255.0, (packed >> 8 & 0xFF) / 255.0, (packed & 0xFF) / 255.0, 1};
 }
 
+QColor toQColor(const Color& color) {
+    const auto part = [](double value) { return static_cast<float>(std::clamp(value, 0.0, 1.0)); };
+    return QColor::fromRgbF(part(color.red), part(color.green), part(color.blue), part(color.alpha));
+}
+
+Color fromQColor(const QColor& color) {
+    return {color.red() / 255.0, color.green() / 255.0, color.blue() / 255.0, 1};
+}
+
 bool colorsApproximatelyEqual(const Color& a, const Color& b) {
     constexpr double tolerance = 0.003;
     return std::ranges::equal(components(a), components(b),

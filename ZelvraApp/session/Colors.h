@@ -2,6 +2,7 @@
 
 #include "ZelvraCore/records/Highlight.h"
 
+#include <QColor>
 #include <QString>
 
 #include <optional>
@@ -15,6 +16,11 @@ QString hexString(const Color& color);
 /// The opaque colour of six hexadecimal digits in either case, with or without one "#" before them; nothing
 /// for any other text.
 std::optional<Color> colorFrom(const QString& hex);
+
+/// To and from what views show. A view's colour counts in whole 255ths and without its alpha, so that what is
+/// shown, told in digits and saved is the same.
+QColor toQColor(const Color& color);
+Color fromQColor(const QColor& color);
 
 /// Whether red, green and blue each differ by less than 0.003. Alpha does not count.
 bool colorsApproximatelyEqual(const Color& a, const Color& b);

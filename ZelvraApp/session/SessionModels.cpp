@@ -1,10 +1,7 @@
 #include "ZelvraApp/session/SessionModels.h"
 
 #include "ZelvraApp/platform/FilePaths.h"
-
-#include <QColor>
-
-#include <algorithm>
+#include "ZelvraApp/session/Colors.h"
 
 namespace zelvra {
 
@@ -12,11 +9,6 @@ namespace {
 
 QString textOf(const Uuid& id) {
     return QString::fromStdString(id.text());
-}
-
-QColor colorOf(const Color& color) {
-    const auto part = [](double value) { return static_cast<float>(std::clamp(value, 0.0, 1.0)); };
-    return QColor::fromRgbF(part(color.red), part(color.green), part(color.blue), part(color.alpha));
 }
 
 } // namespace
@@ -38,7 +30,7 @@ QVariant HighlightModel::value(const Highlight& highlight, int role) const {
         const std::string_view kind = rawValue(highlight.shape.kind);
         return QString::fromUtf8(kind.data(), static_cast<qsizetype>(kind.size()));
     }
-    case colorRole: return colorOf(highlight.shape.strokeColor);
+    case colorRole: return toQColor(highlight.shape.strokeColor);
     default: return {};
     }
 }

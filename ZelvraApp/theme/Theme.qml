@@ -28,6 +28,17 @@ QtObject {
     readonly property color destructive: dark ? "#ff6b62" : "#c4221b"
     readonly property color success: dark ? "#3ecf63" : "#1b7f37"
 
+    // Over pictures, in light and dark alike
+    readonly property color picture: "#000000"
+    readonly property color pictureInk: "#ffffff"
+    readonly property color pictureInkDim: "#c8ffffff"
+    readonly property color pictureAccent: "#8ec6ff"
+    readonly property color pictureCard: "#d9202024"
+    readonly property color pictureTrack: "#59ffffff"
+    readonly property color pictureHover: "#2effffff"
+    readonly property color trimHandle: "#ffcc00"
+    readonly property color trimHandleInk: "#5a4600"
+
     // Controls
     readonly property color control: dark ? "#3c3c41" : "#ffffff"
     readonly property color controlHover: dark ? "#47474d" : "#f6f6f8"
@@ -61,6 +72,7 @@ QtObject {
     readonly property int motion: Appearance.reducedMotion ? 0 : 200
     readonly property int quickMotion: Appearance.reducedMotion ? 0 : 120
     readonly property int tipDelay: 600
+    readonly property int idleDelay: 2500
 
     function over(base: color, opacity: real): color {
         return Qt.rgba(base.r, base.g, base.b, opacity);

@@ -37,6 +37,7 @@ Item {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
+        focus: true
         sourceComponent: content.session.hasVideo ? main : landing
     }
     Component {

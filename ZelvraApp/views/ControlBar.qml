@@ -82,17 +82,17 @@ Rectangle {
                     Accessible.name: "Open"
                     onClicked: openMenu.open()
 
-                    PopupMenu {
+                    Menu {
                         id: openMenu
 
                         y: -height - 4
 
-                        PopupMenuItem {
+                        MenuItem {
                             objectName: "openMenuVideo"
                             text: "Open Video…"
                             onTriggered: bar.session.requestOpenVideo()
                         }
-                        PopupMenuItem {
+                        MenuItem {
                             objectName: "openMenuFolder"
                             text: "Open Folder of Clips…"
                             onTriggered: bar.session.requestOpenFolder()

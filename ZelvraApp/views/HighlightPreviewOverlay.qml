@@ -1,4 +1,5 @@
 import QtQuick
+import Zelvra.Editor
 import Zelvra.Session
 import Zelvra.Theme
 import Zelvra.Views
@@ -10,7 +11,14 @@ Item {
     required property Session session
 
     objectName: "previewOverlay"
+    visible: session.isPreviewing
 
+    ShapeRenderer {
+        objectName: "previewShape"
+        anchors.fill: parent
+        highlight: overlay.session.state.previewHighlight
+        pictureSize: overlay.session.displaySize
+    }
     Rectangle {
         objectName: "previewBadge"
         anchors.top: parent.top

@@ -44,24 +44,19 @@ Item {
             T.SplitView.fillWidth: true
             T.SplitView.minimumWidth: view.leastPlayerWidth
 
-            Rectangle {
-                id: playerArea
-
+            PlayerView {
                 objectName: "playerArea"
                 anchors.top: parent.top
                 anchors.left: parent.left
                 anchors.right: parent.right
                 anchors.bottom: strip.top
-                color: "black"
-                clip: true
-
-                Loader {
-                    anchors.fill: parent
-                    active: view.session.state.previewHighlight !== undefined
-                    sourceComponent: HighlightPreviewOverlay {
+                focus: true
+                session: view.session
+                overlay: [
+                    HighlightPreviewOverlay {
+                        anchors.fill: parent
                         session: view.session
-                    }
-                }
+                    },
                 Card {
                     anchors.centerIn: parent
                     width: 64
@@ -77,6 +72,7 @@ Item {
                         running: view.session.state.isOpening || view.session.state.isGrabbingFrame
                     }
                 }
+                ]
             }
             TimelineRow {
                 id: strip

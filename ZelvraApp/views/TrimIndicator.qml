@@ -15,10 +15,10 @@ Rectangle {
     signal cleared
 
     readonly property real rangeWidth: range.implicitWidth + row.spacing
-    readonly property real fullWidth: implicitWidth + (compact ? rangeWidth : 0)
+    readonly property real fullWidth: 14 + 16 + 2 * row.spacing + range.implicitWidth + 20
 
     objectName: "trimBadge"
-    implicitWidth: row.implicitWidth + 20
+    implicitWidth: fullWidth - (compact ? rangeWidth : 0)
     implicitHeight: row.implicitHeight + 8
     radius: height / 2
     color: Theme.over(Theme.accent, 0.18)

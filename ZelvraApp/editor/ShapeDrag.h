@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ZelvraApp/editor/ShapeHandles.h"
+
+#include <optional>
+
+namespace zelvra {
+
+/// A shape's two points, which are all that a drag changes.
+struct ShapeAnchors {
+    Point p1;
+    Point p2;
+    bool operator==(const ShapeAnchors&) const = default;
+};
+
+/// One drag on the canvas, from the press of the button to its release.
+///
+/// On the picture it draws: from where the button went down to where the pointer is, both kept inside the
+/// picture. Near a handle it draws nothing. On a handle it moves the shape or one of its points by the whole
+/// way from the press, so that the shape follows the pointer without drift, also out of the picture.
+///
+/// Positions are logical pixels, in the coordinates in which the picture fills `imageRect`.
+class ShapeDrag {
+public:
+    ShapeDrag(Grip grip, const QPointF& pressedAt, const DraftShape& shape, const QRectF& imageRect);
+
+    /// What the pointer at `position` makes of the shape. Nothing before the pointer has come far enough to
+    /// mean a drag (3 pixels on the picture, 1 on a handle), nor where the drag draws nothing.
+    std::optional<ShapeAnchors> moveTo(const QPointF& position);
+
+private:
+    ShapeAnchors drawnTo(const QPointF& position) const;
+    ShapeAnchors movedBy(const Point& offset) const;
+
+    Grip grip_;
+    QPointF pressedAt_;
+    ShapeAnchors start_;
+    QRectF imageRect_;
+    bool drawsNothing_;
+    bool recognised_ = false;
+};
+
+} // namespace zelvra

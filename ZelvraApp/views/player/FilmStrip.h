@@ -1,0 +1,56 @@
+#pragma once
+
+#include "ZelvraApp/bridge/Session.h"
+
+#include <QImage>
+#include <QQuickPaintedItem>
+#include <qqml.h>
+
+#include <memory>
+#include <stop_token>
+#include <vector>
+
+namespace zelvra {
+
+/// Small pictures of the open movie side by side, the whole movie over the item's width. They are made when
+/// the item is first shown for a movie, one after the other on a worker thread, and drawn as they come.
+class FilmStrip : public QQuickPaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(zelvra::Session* session READ session WRITE setSession NOTIFY sessionChanged REQUIRED)
+    /// All pictures that there can be are there.
+    Q_PROPERTY(bool complete READ isComplete NOTIFY completeChanged)
+
+public:
+    explicit FilmStrip(QQuickItem* parent = nullptr);
+    ~FilmStrip() override;
+
+    Session* session() const { return session_; }
+    void setSession(Session* session);
+    bool isComplete() const { return complete_; }
+
+    void paint(QPainter* painter) override;
+
+Q_SIGNALS:
+    void sessionChanged();
+    void completeChanged();
+
+protected:
+    void geometryChange(const QRectF& now, const QRectF& before) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+
+private:
+    /// Makes the pictures where those that there are do not fit the movie and the size.
+    void refresh();
+    void take(std::size_t index, const QImage& thumbnail);
+    void setComplete(bool complete);
+
+    Session* session_ = nullptr;
+    std::weak_ptr<const Asset> movie_; ///< that the pictures are of
+    std::vector<QImage> thumbnails_;   ///< null: not made yet
+    QSize madeFor_;                    ///< pixels of the screen
+    bool complete_ = false;
+    std::stop_source stop_;
+};
+
+} // namespace zelvra

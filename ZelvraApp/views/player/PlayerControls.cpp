@@ -1,0 +1,180 @@
+#include "ZelvraApp/views/player/PlayerControls.h"
+
+#include "ZelvraApp/session/SessionTime.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace zelvra {
+
+PlayerControls::PlayerControls(QObject* parent) : QObject(parent) {
+    using std::chrono_literals::operator""ms;
+    backwardTimer_.setInterval(33ms);
+    connect(&backwardTimer_, &QTimer::timeout, this, &PlayerControls::goBack);
+}
+
+void PlayerControls::setSession(Session* session) {
+    session_ = session;
+    AppState* state = session->state();
+    connect(&state->player(), &Player::rateChanged, this, &PlayerControls::playingChanged);
+    connect(state, &AppState::previewHighlightChanged, this, &PlayerControls::playingChanged);
+    connect(session, &Session::currentTimeChanged, this, &PlayerControls::timeChanged);
+    connect(session, &Session::sourceInfoChanged, this, &PlayerControls::timeChanged);
+    connect(session, &Session::videoChanged, this, &PlayerControls::endShuttle);
+    Q_EMIT sessionChanged();
+}
+
+bool PlayerControls::isPlaying() const {
+    return session_ && (player().rate() > 0 || shuttleRate_ < 0 || session_->state()->previewHighlight());
+}
+
+QString PlayerControls::elapsedText() const {
+    return session_ ? session_->timecode() : QString();
+}
+
+QString PlayerControls::remainingText() const {
+    if (!session_) {
+        return {};
+    }
+    return QLatin1Char('-') +
+           Session::timecodeOf(std::max(0.0, session_->duration() - session_->currentSeconds()));
+}
+
+double PlayerControls::volume() const {
+    return session_ ? player().volume() : 1;
+}
+
+void PlayerControls::setVolume(double volume) {
+    player().setVolume(volume);
+    player().setMuted(false);
+    Q_EMIT soundChanged();
+}
+
+bool PlayerControls::isMuted() const {
+    return session_ && player().isMuted();
+}
+
+void PlayerControls::setMuted(bool muted) {
+    player().setMuted(muted);
+    Q_EMIT soundChanged();
+}
+
+void PlayerControls::setRate(double rate) {
+    rate_ = rate;
+    endShuttle();
+    player().setDefaultRate(rate);
+    Q_EMIT rateChanged();
+}
+
+QString PlayerControls::textOfRate(double rate) {
+    return QString::number(rate) + QStringLiteral("×");
+}
+
+void PlayerControls::togglePlaying() {
+    if (isPlaying()) {
+        pause();
+    } else {
+        player().play();
+    }
+}
+
+void PlayerControls::scrub(double seconds) {
+    session_->state()->cancelHighlightPreview();
+    if (player().rate() > 0) {
+        resumesAfterScrub_ = true;
+        player().pause();
+    }
+    endShuttle();
+    player().scrub(sessionTime(seconds));
+}
+
+void PlayerControls::endScrub(double seconds) {
+    session_->seek(seconds);
+    if (std::exchange(resumesAfterScrub_, false)) {
+        player().play();
+    }
+}
+
+void PlayerControls::step(int frames) {
+    session_->state()->cancelHighlightPreview();
+    endShuttle();
+    const QCoro::Task<bool> stepping = player().step(frames); // runs on by itself
+}
+
+bool PlayerControls::handleKey(int key, int modifiers) {
+    constexpr int longStep = 10;
+    const int others = modifiers & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+    if (!session_ || !session_->hasVideo() || others != 0) {
+        return false;
+    }
+    const bool shift = (modifiers & Qt::ShiftModifier) != 0;
+    switch (key) {
+    case Qt::Key_Left: step(shift ? -longStep : -1); return true;
+    case Qt::Key_Right: step(shift ? longStep : 1); return true;
+    default: break;
+    }
+    if (shift) {
+        return false;
+    }
+    switch (key) {
+    case Qt::Key_Space: togglePlaying(); return true;
+    case Qt::Key_J: shuttleBackward(); return true;
+    case Qt::Key_K: pause(); return true;
+    case Qt::Key_L: shuttleForward(); return true;
+    case Qt::Key_Home: session_->seek(0); return true;
+    case Qt::Key_End: session_->seek(session_->duration()); return true;
+    default: return false;
+    }
+}
+
+void PlayerControls::pause() {
+    session_->state()->cancelHighlightPreview();
+    endShuttle();
+    player().pause();
+    Q_EMIT playingChanged();
+}
+
+/// Plays, and faster with each press; out of the way back, at the usual speed.
+void PlayerControls::shuttleForward() {
+    const bool faster = player().rate() > 0;
+    const double next = faster ? std::min(std::max(player().rate(), 1.0) * 2, fastestShuttle) : rate_;
+    endShuttle();
+    session_->state()->cancelHighlightPreview();
+    shuttleRate_ = next;
+    player().setDefaultRate(next);
+    player().play();
+}
+
+/// Backwards, and faster with each press. Each picture on the way is sought, as fast as they can be decoded.
+void PlayerControls::shuttleBackward() {
+    const double next = shuttleRate_ < 0 ? std::max(shuttleRate_ * 2, -fastestShuttle) : -1;
+    session_->state()->cancelHighlightPreview();
+    endShuttle();
+    player().pause();
+    shuttleRate_ = next;
+    backwardFrom_ = player().currentTime().seconds();
+    backwardSince_.start();
+    backwardTimer_.start();
+    Q_EMIT playingChanged();
+}
+
+void PlayerControls::goBack() {
+    constexpr double millisecond = 0.001;
+    const double target =
+        backwardFrom_ + shuttleRate_ * static_cast<double>(backwardSince_.elapsed()) * millisecond;
+    session_->seek(std::max(0.0, target));
+    if (target <= 0) {
+        pause();
+    }
+}
+
+void PlayerControls::endShuttle() {
+    backwardTimer_.stop();
+    if (std::exchange(shuttleRate_, 0) != 0) {
+        player().setDefaultRate(rate_);
+        Q_EMIT playingChanged();
+    }
+}
+
+} // namespace zelvra

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "ZelvraApp/bridge/Session.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+#include <qqml.h>
+
+namespace zelvra {
+
+/// What the controls in the player's picture show and do: playing, scrubbing, stepping, the shuttle of J, K
+/// and L, volume and speed. Main thread.
+///
+/// Playing on counts as playing while a freeze is shown: pausing then ends the freeze.
+class PlayerControls : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(zelvra::Session* session READ session WRITE setSession NOTIFY sessionChanged REQUIRED)
+    Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY playingChanged)
+    /// "00:12.40" and "-01:03.00"
+    Q_PROPERTY(QString elapsedText READ elapsedText NOTIFY timeChanged)
+    Q_PROPERTY(QString remainingText READ remainingText NOTIFY timeChanged)
+    Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY soundChanged)
+    Q_PROPERTY(bool muted READ isMuted WRITE setMuted NOTIFY soundChanged)
+    /// At which the user wants to watch; the shuttle plays faster for as long as it runs.
+    Q_PROPERTY(double rate READ rate WRITE setRate NOTIFY rateChanged)
+    Q_PROPERTY(QString rateText READ rateText NOTIFY rateChanged)
+    Q_PROPERTY(QList<double> rates READ rates CONSTANT)
+
+public:
+    explicit PlayerControls(QObject* parent = nullptr);
+
+    Session* session() const { return session_; }
+    void setSession(Session* session);
+
+    bool isPlaying() const;
+    QString elapsedText() const;
+    QString remainingText() const;
+    double volume() const;
+    void setVolume(double volume);
+    bool isMuted() const;
+    void setMuted(bool muted);
+    double rate() const { return rate_; }
+    void setRate(double rate);
+    QString rateText() const { return textOfRate(rate_); }
+    static QList<double> rates() { return {0.25, 0.5, 1, 1.5, 2}; }
+    /// "0.5×"
+    Q_INVOKABLE static QString textOfRate(double rate);
+
+    Q_INVOKABLE void togglePlaying();
+    /// A drag to that moment, in seconds; a movie that plays waits for the drag's end.
+    Q_INVOKABLE void scrub(double seconds);
+    Q_INVOKABLE void endScrub(double seconds);
+    /// By that many frames; pauses.
+    Q_INVOKABLE void step(int frames);
+
+    /// Does what a key asks of the player: Space, the arrows (one frame, ten with Shift), J, K, L, Home, End.
+    /// False for any other key, and where nothing is open.
+    Q_INVOKABLE bool handleKey(int key, int modifiers);
+
+Q_SIGNALS:
+    void sessionChanged();
+    void playingChanged();
+    void timeChanged();
+    void soundChanged();
+    void rateChanged();
+
+private:
+    Player& player() const { return session_->state()->player(); }
+    void seek(const CMTime& time);
+    void pause();
+    void shuttleForward();
+    void shuttleBackward();
+    void endShuttle();
+    void goBack();
+
+    static constexpr double fastestShuttle = 4;
+
+    Session* session_ = nullptr;
+    double rate_ = 1;
+    bool resumesAfterScrub_ = false;
+    double shuttleRate_ = 0; ///< how fast J and L go, backwards negative; 0 while they do not
+    QTimer backwardTimer_;
+    QElapsedTimer backwardSince_;
+    double backwardFrom_ = 0; ///< seconds of the source
+};
+
+} // namespace zelvra

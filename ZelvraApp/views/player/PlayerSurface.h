@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ZelvraApp/bridge/Session.h"
+
+#include <QQuickItem>
+#include <qqml.h>
+
+namespace zelvra {
+
+/// The player's picture in a window: as large as fits, in the middle, upright, in the movie's own shape. The
+/// player draws it in the pixels that it takes on the screen, so nothing is scaled twice. Draws nothing where
+/// there is no picture.
+class PlayerSurface : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(zelvra::Session* session READ session WRITE setSession NOTIFY sessionChanged REQUIRED)
+    /// Where the picture is, in this item's coordinates.
+    Q_PROPERTY(QRectF pictureRect READ pictureRect NOTIFY pictureRectChanged)
+
+public:
+    explicit PlayerSurface(QQuickItem* parent = nullptr);
+
+    Session* session() const { return session_; }
+    void setSession(Session* session);
+    QRectF pictureRect() const { return pictureRect_; }
+
+Q_SIGNALS:
+    void sessionChanged();
+    void pictureRectChanged();
+
+protected:
+    QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) override;
+    void geometryChange(const QRectF& now, const QRectF& before) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+
+private:
+    void place();
+
+    Session* session_ = nullptr;
+    QRectF pictureRect_;
+};
+
+} // namespace zelvra

@@ -9,6 +9,7 @@ ToolTip {
     delay: Theme.tipDelay
     padding: 6
     contentItem: Text {
+        objectName: "tipText"
         text: tip.text
         color: Theme.primary
         font.family: Theme.family

@@ -30,6 +30,7 @@ Rectangle {
         font.weight: Font.DemiBold
     }
 
+    objectName: "controlBar"
     implicitHeight: row.implicitHeight + 24
     color: Theme.bar
 
@@ -210,6 +211,7 @@ Rectangle {
 
                     anchors.verticalCenter: parent.verticalCenter
                     visible: bar.session.hasTrim
+                    session: bar.session
                     compact: !bar.saysRange
                     start: bar.session.trimStart
                     end: bar.session.trimEnd

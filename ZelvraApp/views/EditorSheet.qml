@@ -20,6 +20,10 @@ Window {
     minimumWidth: 880
     minimumHeight: 640
     color: Theme.window
+    onVisibleChanged: {
+        if (!visible)
+            sheet.transientParent?.requestActivate();
+    }
     onClosing: sheet.session.cancelDraft()
 
     Loader {

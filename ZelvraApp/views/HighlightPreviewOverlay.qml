@@ -27,7 +27,7 @@ Item {
         width: badge.implicitWidth + 18
         height: badge.implicitHeight + 8
         radius: height / 2
-        color: Theme.over("black", 0.45)
+        color: Qt.rgba(0, 0, 0, 0.45)
 
         Row {
             id: badge
@@ -39,12 +39,12 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 name: "pause_circle_filled"
                 size: 15
-                color: Theme.over("white", 0.85)
+                color: Qt.rgba(1, 1, 1, 0.85)
             }
             Text {
                 anchors.verticalCenter: parent.verticalCenter
                 text: "Freeze preview"
-                color: Theme.over("white", 0.85)
+                color: Qt.rgba(1, 1, 1, 0.85)
                 font.family: Theme.family
                 font.pixelSize: Theme.caption
             }

@@ -20,7 +20,7 @@ T.AbstractButton {
     width: ListView.view ? ListView.view.width - ListView.view.leftMargin - ListView.view.rightMargin : implicitWidth
     implicitHeight: 44
     leftPadding: 8
-    rightPadding: 6
+    rightPadding: 4
     hoverEnabled: true
     focusPolicy: Qt.NoFocus
     Accessible.role: Accessible.ListItem
@@ -57,7 +57,7 @@ T.AbstractButton {
                 id: time
 
                 objectName: "highlightTime"
-                text: Session.timecodeOf(row.moment)
+                text: row.session.timecodeOf(row.moment)
                 color: Theme.primary
             }
             Text {

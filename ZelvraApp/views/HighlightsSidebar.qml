@@ -14,6 +14,7 @@ Rectangle {
 
     ColumnLayout {
         anchors.fill: parent
+        anchors.topMargin: -1 // over the line of the toolbar
         spacing: 0
 
         MarkedClipsSection {

@@ -63,7 +63,7 @@ T.AbstractButton {
                 id: range
 
                 objectName: "clipRange"
-                text: Session.rangeText(row.start, row.end)
+                text: row.session.rangeText(row.start, row.end)
                 color: Theme.primary
                 font.pixelSize: Theme.caption
             }

@@ -21,7 +21,7 @@ Rectangle {
     radius: 2
     color: Theme.vivid
     border.width: 1
-    border.color: Theme.over("white", 0.8)
+    border.color: Qt.rgba(1, 1, 1, 0.8)
     activeFocusOnTab: true
     Accessible.role: Accessible.Slider
     Accessible.focusable: true

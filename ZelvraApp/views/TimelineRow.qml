@@ -13,7 +13,7 @@ Rectangle {
     objectName: "timelineRow"
     height: 0
     visible: height > 0
-    color: "black"
+    color: Theme.picture
     clip: true
     states: State {
         name: "shown"
@@ -48,7 +48,7 @@ Rectangle {
 
             anchors.verticalCenter: parent.verticalCenter
             text: "Highlights"
-            color: Theme.over("white", 0.45)
+            color: Qt.rgba(1, 1, 1, 0.45)
             font.family: Theme.family
             font.pixelSize: Theme.caption2
             font.weight: Font.DemiBold

@@ -25,7 +25,7 @@ Item {
         width: parent.width
         height: 4
         radius: 2
-        color: Theme.over("white", 0.14)
+        color: Qt.rgba(1, 1, 1, 0.14)
     }
     TimelineMarks {
         id: clips
@@ -88,7 +88,7 @@ Item {
         x: strip.playheadX - width / 2
         width: 2
         height: parent.height - 6
-        color: Theme.over("white", 0.85)
+        color: Qt.rgba(1, 1, 1, 0.85)
     }
     DigitText {
         objectName: "stripStart"
@@ -96,7 +96,7 @@ Item {
         anchors.top: parent.top
         visible: strip.isZoomed
         text: strip.startLabel
-        color: Theme.over("white", 0.45)
+        color: Qt.rgba(1, 1, 1, 0.45)
         font.pixelSize: 8
         font.weight: Font.Medium
     }
@@ -106,7 +106,7 @@ Item {
         anchors.top: parent.top
         visible: strip.isZoomed
         text: strip.endLabel
-        color: Theme.over("white", 0.45)
+        color: Qt.rgba(1, 1, 1, 0.45)
         font.pixelSize: 8
         font.weight: Font.Medium
     }

@@ -7,6 +7,7 @@ import Zelvra.Views
 Rectangle {
     id: badge
 
+    required property Session session
     required property double start
     required property double end
     required property bool isEditingQueuedClip
@@ -46,7 +47,7 @@ Rectangle {
             objectName: "trimBadgeRange"
             anchors.verticalCenter: parent.verticalCenter
             visible: !badge.compact
-            text: Session.rangeText(badge.start, badge.end)
+            text: badge.session.rangeText(badge.start, badge.end)
             color: Theme.primary
             font.pixelSize: Theme.caption
         }

@@ -22,6 +22,11 @@ Point insidePicture(const Point& point) {
 
 } // namespace
 
+ShapeAnchors moved(const ShapeAnchors& anchors, Grip handle, const Point& offset) {
+    return {handle == Grip::End2 ? anchors.p1 : anchors.p1 + offset,
+            handle == Grip::End1 ? anchors.p2 : anchors.p2 + offset};
+}
+
 ShapeDrag::ShapeDrag(Grip grip, const QPointF& pressedAt, const DraftShape& shape, const QRectF& imageRect)
     : grip_(grip),
       pressedAt_(pressedAt),
@@ -38,7 +43,8 @@ std::optional<ShapeAnchors> ShapeDrag::moveTo(const QPointF& position) {
     if (drawsNothing_ || !recognised_) {
         return std::nullopt;
     }
-    return grip_ == Grip::Picture ? drawnTo(position) : movedBy(normalised(way, imageRect_.size()));
+    return grip_ == Grip::Picture ? drawnTo(position)
+                                  : moved(start_, grip_, normalised(way, imageRect_.size()));
 }
 
 ShapeAnchors ShapeDrag::drawnTo(const QPointF& position) const {
@@ -46,11 +52,6 @@ ShapeAnchors ShapeDrag::drawnTo(const QPointF& position) const {
         return insidePicture(normalised(point - imageRect_.topLeft(), imageRect_.size()));
     };
     return {inPicture(pressedAt_), inPicture(position)};
-}
-
-ShapeAnchors ShapeDrag::movedBy(const Point& offset) const {
-    return {grip_ == Grip::End2 ? start_.p1 : start_.p1 + offset,
-            grip_ == Grip::End1 ? start_.p2 : start_.p2 + offset};
 }
 
 } // namespace zelvra

@@ -13,6 +13,9 @@ struct ShapeAnchors {
     bool operator==(const ShapeAnchors&) const = default;
 };
 
+/// The anchors after the shape, or the one point that `handle` holds, was moved by `offset`.
+ShapeAnchors moved(const ShapeAnchors& anchors, Grip handle, const Point& offset);
+
 /// One drag on the canvas, from the press of the button to its release.
 ///
 /// On the picture it draws: from where the button went down to where the pointer is, both kept inside the
@@ -30,7 +33,6 @@ public:
 
 private:
     ShapeAnchors drawnTo(const QPointF& position) const;
-    ShapeAnchors movedBy(const Point& offset) const;
 
     Grip grip_;
     QPointF pressedAt_;

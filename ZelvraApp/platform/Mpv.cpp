@@ -41,6 +41,8 @@ constexpr std::array options{
     Option{"sws-allow-zimg", "no"},
     // A machine without a sound device plays at the right pace all the same.
     Option{"audio-fallback-to-null", "yes"},
+    // Decoding is left to the processor, so OpenGL need not look for decoders to work with.
+    Option{"gpu-hwdec-interop", "no"},
     // The engine's timeline and the engine's frames.
     Option{"demuxer-lavf-o", "advanced_editlist=1"},
     Option{"rebase-start-time", "no"},

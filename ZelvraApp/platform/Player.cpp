@@ -1,6 +1,7 @@
 #include "ZelvraApp/platform/Player.h"
 
 #include "ZelvraApp/platform/Mpv.h"
+#include "ZelvraApp/platform/OpenGLPicture.h"
 #include "ZelvraApp/platform/SeekAim.h"
 #include "ZelvraApp/platform/SoftwarePicture.h"
 
@@ -54,8 +55,7 @@ Player::Player(QObject* parent) : QObject(parent) {
             QMetaObject::invokeMethod(this, &Player::handleEvents, Qt::QueuedConnection);
         }
     });
-    picture_ = std::make_unique<SoftwarePicture>(mpv_->handle());
-    connect(picture_.get(), &PlayerPicture::changed, this, &Player::pictureChanged);
+    usePicture(std::make_unique<SoftwarePicture>(mpv_->handle()));
     periodicTimer_.setTimerType(Qt::PreciseTimer);
     periodicTimer_.setInterval(33ms);
     connect(&periodicTimer_, &QTimer::timeout, this, &Player::observe);
@@ -66,6 +66,20 @@ Player::Player(QObject* parent) : QObject(parent) {
 
 Player::~Player() {
     overtakeMoves();
+}
+
+OpenGLPicture& Player::drawWithOpenGL() {
+    picture_.reset(); // the core draws in one way at a time
+    auto picture = std::make_unique<OpenGLPicture>(mpv_->handle());
+    OpenGLPicture& drawn = *picture;
+    usePicture(std::move(picture));
+    return drawn;
+}
+
+void Player::usePicture(std::unique_ptr<PlayerPicture> picture) {
+    picture_ = std::move(picture);
+    connect(picture_.get(), &PlayerPicture::changed, this, &Player::pictureChanged);
+    connect(picture_.get(), &PlayerPicture::started, this, &Player::load, Qt::QueuedConnection);
 }
 
 void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
@@ -84,7 +98,7 @@ void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
         restingTime_ = CMTime(0, frames().timescale());
         syncTimes_ = syncTimes(*item_->asset);
         picture_->setNaturalSize(wholePixels(item_->info.naturalSize));
-        entry_ = mpv_->load(item_->path, videoNumber(*item_->asset));
+        load();
     } else {
         state_ = State::empty;
         entry_ = 0;
@@ -94,6 +108,14 @@ void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
     applyRate();
     if (wasPlaying) {
         Q_EMIT rateChanged(0);
+    }
+}
+
+/// Has the core load the item, once there is something to draw its pictures with.
+void Player::load() {
+    entry_ = 0;
+    if (item_ && picture_->isStarted()) {
+        entry_ = mpv_->load(item_->path, videoNumber(*item_->asset));
     }
 }
 

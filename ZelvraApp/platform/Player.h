@@ -24,6 +24,7 @@ struct mpv_event;
 namespace zelvra {
 
 class Mpv;
+class OpenGLPicture;
 
 /// A movie to be played, as the engine knows it. `asset` is an opened one, never null, whose frame index the
 /// player seeks by: the frame that it shows is the frame that the engine grabs.
@@ -106,6 +107,9 @@ public:
 
     /// What the window shows. The player owns it.
     PlayerPicture& picture() const { return *picture_; }
+    /// Lets pictures be drawn by the window's OpenGL from now on, instead of into memory. Only before the
+    /// first item, whose loading waits until the picture is started.
+    OpenGLPicture& drawWithOpenGL();
 
 Q_SIGNALS:
     void periodicTime(zelvra::CMTime time);
@@ -148,6 +152,8 @@ private:
     void overtakeMoves();
     static void answer(Move& move, bool shown);
 
+    void usePicture(std::unique_ptr<PlayerPicture> picture);
+    void load();
     void handleEvents();
     void handle(const mpv_event& event);
     void followCore();

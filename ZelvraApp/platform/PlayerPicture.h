@@ -23,7 +23,12 @@ public:
     /// turning.
     virtual void setGreatestSize(QSize size) = 0;
 
+    /// Whether pictures can be drawn, without which the core does not load a movie.
+    virtual bool isStarted() const { return true; }
+
 Q_SIGNALS:
+    /// It `isStarted` now. Any thread.
+    void started();
     /// There is a new picture. Emitted on the thread of this object.
     void changed();
 };

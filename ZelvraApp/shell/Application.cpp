@@ -1,6 +1,7 @@
 #include "ZelvraApp/shell/Application.h"
 
 #include "ZelvraApp/session/Background.h"
+#include "ZelvraApp/shell/Graphics.h"
 
 #include <QFont>
 #include <QFontDatabase>
@@ -25,6 +26,7 @@ Application::Application(const Options& options)
       state_(std::make_unique<AppState>(preferences_, options.services)),
       session_(std::make_unique<Session>(*state_)),
       engine_(std::make_unique<QQmlApplicationEngine>()) {
+    const bool openGL = chooseGraphics();
     std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
     QFont font(QStringLiteral("Inter"));
     font.setPixelSize(13);
@@ -32,6 +34,9 @@ Application::Application(const Options& options)
     engine_->addImportPath(QStringLiteral("qrc:/qml"));
     engine_->setInitialProperties({{QStringLiteral("session"), QVariant::fromValue(session_.get())}});
     engine_->load(QUrl(QStringLiteral("qrc:/qml/Zelvra/Shell/MainWindow.qml")));
+    if (openGL) {
+        drawWithOpenGL(mainWindow(), state_->player());
+    }
 }
 
 Application::~Application() {

@@ -151,15 +151,13 @@ T.Popup {
                 }
             }
         }
-        T.Slider {
+        ValueSlider {
             id: hueSlider
 
             objectName: "hueSlider"
             Layout.fillWidth: true
             implicitHeight: 18
             value: picker.hue
-            stepSize: pressed ? 0 : 0.01
-            focusPolicy: Qt.TabFocus
             Accessible.name: qsTr("Hue")
             onMoved: picker.pick(value, picker.saturation, picker.brightness)
 
@@ -241,7 +239,7 @@ T.Popup {
                     Accessible.name: modelData
                     Accessible.checked: chosen
                     onClicked: {
-                        picker.take(modelData);
+                        picker.take(Qt.color(modelData));
                         picker.picked(picker.color);
                     }
                     background: Item {
@@ -277,7 +275,7 @@ T.Popup {
                 }
                 onTextEdited: {
                     if (acceptableInput) {
-                        picker.take(text.startsWith("#") ? text : "#" + text);
+                        picker.take(Qt.color(text.startsWith("#") ? text : "#" + text));
                         picker.picked(picker.color);
                     }
                 }

@@ -19,8 +19,7 @@ T.AbstractButton {
     Keys.onReturnPressed: well.clicked()
     onClicked: {
         const scene = well.Window.contentItem;
-        const top = well.mapToItem(scene, 0, 0).y;
-        picker.y = top > scene.height / 2 ? -picker.height - 8 : well.height + 8;
+        picker.above = well.mapToItem(scene, 0, 0).y > scene.height / 2;
         picker.choose(well.color);
     }
 
@@ -46,6 +45,9 @@ T.AbstractButton {
     ColorPicker {
         id: picker
 
+        property bool above: false
+
+        y: above ? -height - 8 : well.height + 8
         onPicked: color => well.picked(color)
     }
 }

@@ -7,15 +7,24 @@ import Zelvra.Theme
 T.Slider {
     id: slider
 
-    readonly property real keyStep: (to - from) / 100
+    // A step that stayed would also make the pointer's way coarse.
+    function moveByKey(by: int) {
+        stepSize = (to - from) / 100;
+        if (by > 0)
+            increase();
+        else
+            decrease();
+        stepSize = 0;
+        moved();
+    }
 
     implicitWidth: 160
     implicitHeight: 20
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     opacity: enabled ? 1 : 0.4
-    // A step would also make the pointer's way coarse.
-    stepSize: pressed ? 0 : keyStep
+    Keys.onLeftPressed: slider.moveByKey(-1)
+    Keys.onRightPressed: slider.moveByKey(1)
 
     background: Rectangle {
         y: (slider.height - height) / 2

@@ -1,4 +1,5 @@
 import QtQuick
+import Zelvra.Editor
 import Zelvra.Session
 import Zelvra.Theme
 import Zelvra.Views
@@ -64,9 +65,21 @@ Item {
         dialogs: dialogs
         enabled: !content.session.hasDraft
     }
-    EditorSheet {
+    HighlightEditorView {
         session: content.session
-        dialogs: dialogs
+        over: QuestionHost {
+            session: content.session
+            dialogs: dialogs
+        }
+    }
+    Connections {
+        target: content.session
+
+        // Not every desktop gives the keyboard back to the main window when the editor goes.
+        function onHasDraftChanged() {
+            if (!content.session.hasDraft)
+                content.Window.window.requestActivate();
+        }
     }
     Connections {
         target: content.session.state

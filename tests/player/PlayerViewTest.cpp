@@ -56,8 +56,15 @@ TEST_P(PlayerPictures, AreUprightAndInTheirShape) {
     const NumberedMovie& movie = GetParam().movie;
     open(movieFile(movie));
     EXPECT_TRUE(comesToShow(0));
-    key(Qt::Key_Right, Qt::ShiftModifier);
+    state().seekSoon(movie.timeOf(10));
     EXPECT_TRUE(comesToShow(10));
+    state().player().play();
+    EXPECT_TRUE(comesTrue([&] { return shown() > 30; }));
+    state().player().pause();
+    state().seekSoon(movie.timeOf(3));
+    EXPECT_TRUE(comesToShow(3));
+    window().resize(1000, 700);
+    EXPECT_TRUE(comesToShow(3));
     const QQuickItem& surface = item("playerSurface");
     const QRectF rect = surface.property("pictureRect").toRectF();
     EXPECT_NEAR(rect.width() / rect.height(), static_cast<double>(movie.width) / movie.height, 0.01);

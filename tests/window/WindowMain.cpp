@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     qputenv("ZELVRA_AUDIO", "null");
     qputenv("ZELVRA_APPEARANCE", "dark");
     zelvra::Application::prepare();

@@ -1,13 +1,13 @@
 #include "ZelvraApp/views/player/PlayerSurface.h"
 
 #include "ZelvraApp/editor/AspectFit.h"
+#include "ZelvraApp/platform/OpenGLPicture.h"
 #include "ZelvraApp/platform/SoftwarePicture.h"
+#include "ZelvraApp/views/player/PictureNodes.h"
 
 #include <QImage>
 #include <QMatrix4x4>
 #include <QQuickWindow>
-#include <QSGImageNode>
-#include <QSGTransformNode>
 #include <QTransform>
 
 #include <cmath>
@@ -22,13 +22,22 @@ QTransform turnOf(const SourceInfo& info) {
     return {turn.a, turn.b, turn.c, turn.d, turn.tx, turn.ty};
 }
 
-/// From the picture as it is coded, in square pixels, to where it is shown.
-QTransform placement(const SourceInfo& info, const QRectF& shown) {
+bool isOnItsSide(const SourceInfo& info) {
+    return turnOf(info).m11() == 0;
+}
+
+/// Upright pictures keep the plain rectangle, which every way of drawing copies fastest.
+PicturePlacement placement(const SourceInfo& info, const QRectF& shown) {
+    if (info.preferredTransform.isIdentity()) {
+        return {shown, {}};
+    }
     const QTransform turn = turnOf(info);
-    const QRectF upright = turn.mapRect(QRectF(0, 0, info.naturalSize.width, info.naturalSize.height));
-    return turn * QTransform::fromTranslate(-upright.x(), -upright.y()) *
-           QTransform::fromScale(shown.width() / upright.width(), shown.height() / upright.height()) *
-           QTransform::fromTranslate(shown.x(), shown.y());
+    const QRectF coded(0, 0, info.naturalSize.width, info.naturalSize.height);
+    const QRectF upright = turn.mapRect(coded);
+    return {coded, QMatrix4x4(turn * QTransform::fromTranslate(-upright.x(), -upright.y()) *
+                              QTransform::fromScale(shown.width() / upright.width(),
+                                                    shown.height() / upright.height()) *
+                              QTransform::fromTranslate(shown.x(), shown.y()))};
 }
 
 /// On whole pixels of the screen, so that a picture of that size is copied and not blurred.
@@ -36,29 +45,6 @@ QRectF onPixels(const QRectF& rect, double ratio) {
     const QRect whole = QRectF(rect.topLeft() * ratio, rect.size() * ratio).toRect();
     return {QPointF(whole.topLeft()) / ratio, QSizeF(whole.size()) / ratio};
 }
-
-class PictureNode : public QSGTransformNode {
-public:
-    explicit PictureNode(QQuickWindow& window) : picture_(window.createImageNode()) {
-        picture_->setOwnsTexture(true);
-        picture_->setFiltering(QSGTexture::Linear);
-        appendChildNode(picture_.get());
-    }
-
-    void show(QSGTexture* texture, const SourceInfo& info, const QRectF& shown) {
-        picture_->setTexture(texture);
-        if (info.preferredTransform.isIdentity()) {
-            setMatrix({});
-            picture_->setRect(shown);
-        } else {
-            setMatrix(QMatrix4x4(placement(info, shown)));
-            picture_->setRect(0, 0, info.naturalSize.width, info.naturalSize.height);
-        }
-    }
-
-private:
-    std::unique_ptr<QSGImageNode> picture_;
-};
 
 } // namespace
 
@@ -76,18 +62,28 @@ void PlayerSurface::setSession(Session* session) {
 
 /// The thread of the window's pictures, while this one waits.
 QSGNode* PlayerSurface::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) {
-    auto node = std::unique_ptr<PictureNode>(static_cast<PictureNode*>(old));
-    const PlayerItem* item = session_->state()->player().currentItem();
-    const auto* picture = qobject_cast<const SoftwarePicture*>(&session_->state()->player().picture());
-    const QImage image = picture && item ? picture->image() : QImage();
-    if (image.isNull() || pictureRect_.isEmpty()) {
+    std::unique_ptr<QSGNode> node(old);
+    Player& player = session_->state()->player();
+    const PlayerItem* item = player.currentItem();
+    if (!item || pictureRect_.isEmpty()) {
+        return nullptr;
+    }
+    const PicturePlacement place = placement(item->info, pictureRect_);
+    if (auto* drawn = qobject_cast<OpenGLPicture*>(&player.picture())) {
+        if (!node) {
+            node = std::make_unique<OpenGLPictureNode>(*window(), *drawn);
+        }
+        static_cast<OpenGLPictureNode&>(*node).update(place, greatestSize_);
+        return node.release();
+    }
+    const QImage image = static_cast<const SoftwarePicture&>(player.picture()).image();
+    if (image.isNull()) {
         return nullptr;
     }
     if (!node) {
-        node = std::make_unique<PictureNode>(*window());
+        node = std::make_unique<SoftwarePictureNode>(*window());
     }
-    node->show(window()->createTextureFromImage(image, QQuickWindow::TextureIsOpaque), item->info,
-               pictureRect_);
+    static_cast<SoftwarePictureNode&>(*node).update(image, place);
     return node.release();
 }
 
@@ -112,10 +108,11 @@ void PlayerSurface::place() {
         const double ratio = window()->effectiveDevicePixelRatio();
         shown = onPixels(aspectFitRect(session_->displaySize(), size()), ratio);
         QSizeF pixels = shown.size() * ratio;
-        if (turnOf(*info).m11() == 0) {
+        if (isOnItsSide(*info)) {
             pixels.transpose();
         }
-        session_->state()->player().picture().setGreatestSize(pixels.toSize());
+        greatestSize_ = pixels.toSize();
+        session_->state()->player().picture().setGreatestSize(greatestSize_);
     }
     if (shown != pictureRect_) {
         pictureRect_ = shown;

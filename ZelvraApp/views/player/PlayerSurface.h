@@ -38,6 +38,7 @@ private:
 
     Session* session_ = nullptr;
     QRectF pictureRect_;
+    QSize greatestSize_; ///< of the picture on the screen, in pixels, before turning
 };
 
 } // namespace zelvra

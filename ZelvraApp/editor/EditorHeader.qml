@@ -1,0 +1,59 @@
+import QtQuick
+import QtQuick.Layouts
+import Zelvra.Theme
+import Zelvra.Editor
+
+// What is edited, the kinds of shapes, and how to draw.
+Rectangle {
+    id: header
+
+    required property HighlightEditor editor
+
+    implicitHeight: row.implicitHeight + 24
+    color: Theme.bar
+
+    RowLayout {
+        id: row
+
+        anchors.fill: parent
+        anchors.leftMargin: 16
+        anchors.rightMargin: 16
+        spacing: 14
+
+        ColumnLayout {
+            spacing: 2
+
+            Text {
+                objectName: "editorTitle"
+                text: header.editor.title
+                color: Theme.primary
+                font.family: Theme.family
+                font.pixelSize: Theme.title3
+                font.weight: Font.DemiBold
+            }
+            DigitText {
+                objectName: "editorMoment"
+                text: header.editor.momentText
+                color: Theme.secondary
+                font.pixelSize: Theme.caption
+            }
+        }
+        Separator {
+            Layout.preferredHeight: 32
+        }
+        ToolPicker {
+            selected: header.editor.kind
+            onChosen: kind => header.editor.kind = kind
+        }
+        Text {
+            objectName: "editorHint"
+            Layout.fillWidth: true
+            text: qsTr("Drag on the frame to draw a new shape. The colored handle moves it; the white arrows resize.")
+            color: Theme.secondary
+            font.family: Theme.family
+            font.pixelSize: Theme.caption
+            wrapMode: Text.Wrap
+            horizontalAlignment: Text.AlignRight
+        }
+    }
+}

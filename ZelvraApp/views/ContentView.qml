@@ -14,16 +14,16 @@ Item {
     property real sidebarWidth: 300
     // Something else is up over the window: it takes no drops.
     property bool covered: false
-    readonly property bool dialogUp: dialogs.anyUp || covered
+    readonly property bool dialogUp: questions.anyUp || covered
 
     // Asks where work would be lost, as closing the clip does, and then does it. Not at all if the user
     // keeps the clip.
     function confirmClose(then: var) {
-        dialogs.confirmClose(then);
+        questions.confirmClose(then);
     }
 
     Dialogs {
-        id: dialogs
+        id: questions
         session: content.session
     }
     WindowToolbar {
@@ -62,14 +62,14 @@ Item {
     }
     QuestionHost {
         session: content.session
-        dialogs: dialogs
+        dialogs: questions
         enabled: !content.session.hasDraft
     }
     HighlightEditorView {
         session: content.session
         over: QuestionHost {
             session: content.session
-            dialogs: dialogs
+            dialogs: questions
         }
     }
     Connections {

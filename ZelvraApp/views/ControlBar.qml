@@ -144,7 +144,7 @@ Rectangle {
             }
             Item {
                 anchors.verticalCenter: parent.verticalCenter
-                implicitWidth: Math.max(58, queueText.implicitWidth)
+                implicitWidth: Math.max(bar.isTight ? 0 : 58, queueText.implicitWidth)
                 implicitHeight: queueText.implicitHeight
 
                 DigitText {

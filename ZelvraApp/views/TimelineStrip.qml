@@ -127,6 +127,7 @@ Item {
             else
                 strip.hover(event.x - margin, event.y);
         }
+        onEntered: strip.hover(mouseX - margin, mouseY)
         onExited: strip.leave()
         onPressed: event => strip.press(event.x - margin, event.y)
         onReleased: event => strip.release(event.x - margin, event.y)

@@ -66,6 +66,7 @@ TEST_F(Lists, ShowMarkedClipsByTheirPlace) {
     EXPECT_THAT(texts("clipHighlights"), ElementsAre("1 highlight", "0 highlights", "0 highlights"));
     EXPECT_EQ(tipOver(*all("removeClip").at(1)), "Remove from list");
     clickRow("removeClip", 1);
+    EXPECT_TRUE(comesTrue([&] { return all("markedClipRow").size() == 2; }));
     EXPECT_THAT(texts("clipNumber"), ElementsAre("01", "02"));
     EXPECT_FALSE(state().editingClipID());
 }

@@ -62,6 +62,9 @@ void ViewsTest::highlight(double seconds, double freeze) {
         HighlightDraft::editing(wanted, Image(std::move(raster), {}), state().sourceInfo()->displaySize));
     state().commitDraft();
     state().setShowDefaultsScopePrompt(false);
+    // The editor and the prompt were up for a moment.
+    EXPECT_TRUE(disappears("questionTitle"));
+    EXPECT_TRUE(comesTrue([&] { return window().isActive(); }));
 }
 
 void ViewsTest::trim(double start, double end) {

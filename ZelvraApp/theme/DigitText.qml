@@ -10,6 +10,7 @@ Item {
     readonly property var runs: text.match(/\d|\D+/g) ?? []
     property color color: Theme.primary
     property alias font: digit.font
+    property int alignment: Qt.AlignLeft
 
     implicitWidth: row.implicitWidth
     implicitHeight: digit.implicitHeight
@@ -29,6 +30,7 @@ Item {
         id: row
 
         anchors.verticalCenter: parent.verticalCenter
+        anchors.right: root.alignment === Qt.AlignRight ? root.right : undefined
         Repeater {
             model: root.runs.length
             Text {

@@ -1,0 +1,90 @@
+#include "ZelvraApp/session/AppState.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <mpv/client.h>
+#include <vector>
+
+// Opening a clip, from the call to its first picture: the session (probe, index, player) and a bare libmpv
+// that only loads it, in turns. Prints both medians in milliseconds.
+
+namespace zelvra {
+namespace {
+
+double oursMs(AppState& session, const std::filesystem::path& movie) {
+    QEventLoop loop;
+    QObject::connect(&session.player(), &Player::itemReady, &loop, &QEventLoop::quit);
+    QElapsedTimer time;
+    time.start();
+    QCoro::Task<> loading = session.load(movie);
+    loop.exec();
+    const double taken = static_cast<double>(time.nsecsElapsed()) / 1e6;
+    QCoro::waitFor(loading);
+    session.closeVideo();
+    return taken;
+}
+
+double mpvMs(mpv_handle* mpv, const char* movie) {
+    QElapsedTimer time;
+    time.start();
+    const char* load[] = {"loadfile", movie, nullptr};
+    mpv_command(mpv, load);
+    while (mpv_wait_event(mpv, 10)->event_id != MPV_EVENT_PLAYBACK_RESTART) {
+    }
+    const double taken = static_cast<double>(time.nsecsElapsed()) / 1e6;
+    const char* stop[] = {"stop", nullptr};
+    mpv_command(mpv, stop);
+    return taken;
+}
+
+double median(std::vector<double> values) {
+    std::ranges::sort(values);
+    return values[values.size() / 2];
+}
+
+void compare(const char* movie, int rounds) {
+    const QTemporaryDir folder;
+    PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
+    AppState session(preferences);
+    mpv_handle* mpv = mpv_create();
+    for (const auto& [name, value] : {std::pair{"vo", "null"},
+                                      {"ao", "null"},
+                                      {"pause", "yes"},
+                                      {"idle", "yes"},
+                                      {"hr-seek", "yes"},
+                                      {"demuxer-lavf-o", "advanced_editlist=1"}}) {
+        mpv_set_option_string(mpv, name, value);
+    }
+    mpv_initialize(mpv);
+    std::vector<double> ours;
+    std::vector<double> theirs;
+    for (int i = 0; i < rounds; ++i) {
+        ours.push_back(oursMs(session, movie));
+        theirs.push_back(mpvMs(mpv, movie));
+    }
+    std::printf("%.2f %.2f\n", median(ours), median(theirs));
+    mpv_terminate_destroy(mpv);
+}
+
+} // namespace
+} // namespace zelvra
+
+int main(int argc, char** argv) {
+    qputenv("ZELVRA_AUDIO", "null");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
+    if (argc != 3) {
+        std::fputs("usage: open-clip MOVIE ROUNDS\n", stderr);
+        return 2;
+    }
+    zelvra::compare(argv[1], std::atoi(argv[2]));
+    return 0;
+}

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Zelvra.Session
 import Zelvra.Theme
@@ -22,7 +21,8 @@ Rectangle {
 
     readonly property real titleRowWidth: time.implicitWidth + (session.hasTrim ? 6 + badge.fullWidth : 0)
     readonly property real nameWidth: Math.max(titleRowWidth, Math.min(fileName.implicitWidth, 140))
-    readonly property real fullWidth: 2 * 16 + opening.implicitWidth + (rules.hasQueue ? queue.implicitWidth + 12 : 0) + nameWidth + 2 * inKey.implicitWidth + addButton.widthAround(addText.advanceWidth + timeText.advanceWidth) + markButton.widthAround(markText.advanceWidth) + exportButton.widthAround(exportText.advanceWidth) + 6 * 12
+    readonly property real queueWidth: 2 * (previous.implicitWidth + divider.width) + Math.max(58, queueText.implicitWidth) + 4 * 6
+    readonly property real fullWidth: 2 * 16 + opening.implicitWidth + (rules.hasQueue ? queueWidth + 12 : 0) + nameWidth + 2 * inKey.implicitWidth + addButton.widthAround(addText.advanceWidth + timeText.advanceWidth) + markButton.widthAround(markText.advanceWidth) + exportButton.widthAround(exportText.advanceWidth) + 6 * 12
 
     component LabelMetrics: TextMetrics {
         font.family: Theme.family
@@ -83,17 +83,17 @@ Rectangle {
                     Accessible.name: "Open"
                     onClicked: openMenu.open()
 
-                    Menu {
+                    AppMenu {
                         id: openMenu
 
                         y: -height - 4
 
-                        MenuItem {
+                        AppMenuItem {
                             objectName: "openMenuVideo"
                             text: "Open Video…"
                             onTriggered: bar.session.requestOpenVideo()
                         }
-                        MenuItem {
+                        AppMenuItem {
                             objectName: "openMenuFolder"
                             text: "Open Folder of Clips…"
                             onTriggered: bar.session.requestOpenFolder()
@@ -124,6 +124,8 @@ Rectangle {
             spacing: bar.isTight ? 0 : 6
 
             Separator {
+                id: divider
+
                 anchors.verticalCenter: parent.verticalCenter
                 width: 1
                 height: 22
@@ -133,6 +135,8 @@ Rectangle {
                 tip: "Previous clip (⌘[)"
 
                 PushButton {
+                    id: previous
+
                     objectName: "previousClip"
                     look: PushButton.Borderless
                     iconName: "chevron_left"

@@ -26,7 +26,7 @@ ListView {
     Keys.onReturnPressed: list.opened(list.currentItem?.id ?? "")
     Keys.onEnterPressed: list.opened(list.currentItem?.id ?? "")
     Keys.onDeletePressed: list.removed(list.currentItem?.id ?? "")
-    T.ScrollBar.vertical: ThinScrollBar {}
+    T.ScrollBar.vertical: AppScrollBar {}
     highlight: Item {
         z: 2
 

@@ -85,7 +85,7 @@ TEST_F(Questions, ApplyTheChosenScope) {
     state().setDraft(draft);
     state().commitDraft();
     EXPECT_EQ(asked(), "Use these settings for future highlights?");
-    EXPECT_TRUE(comesTrue([&] { return window().isActive(); }));
+    EXPECT_TRUE(comesToFront());
     answer("For This Session");
     EXPECT_TRUE(nothingAsked());
     EXPECT_EQ(state().sessionDefaults().durationSec, 7);

@@ -35,6 +35,8 @@ protected:
     /// Waits until it is shown, or not any more.
     bool appears(const QString& objectName);
     bool disappears(const QString& objectName);
+    /// Waits until the editor has gone and the main window has the keyboard.
+    bool comesToFront();
     /// Gives an answer of the question that is up.
     void answer(const QString& text) { click("answer:" + text); }
     /// The answers of the question that is up.

@@ -4,8 +4,8 @@
 #include "ZelvraApp/shell/Graphics.h"
 
 #include <QFont>
-#include <QFontDatabase>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QVariant>
@@ -14,25 +14,52 @@
 
 namespace zelvra {
 
+namespace {
+
+template <class Service>
+Service* orElse(Service* given, Service& desktops) {
+    return given != nullptr ? given : &desktops;
+}
+
+} // namespace
+
 void Application::prepare() {
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     QCoreApplication::setApplicationName(QStringLiteral("zelvra"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("zelvra"));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Zelvra"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.corvath.Zelvra"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
 Application::Application(const Options& options)
-    : preferences_(options.preferences),
-      state_(std::make_unique<AppState>(preferences_, options.services)),
-      session_(std::make_unique<Session>(*state_)),
-      engine_(std::make_unique<QQmlApplicationEngine>()) {
+    : windowState_(options.windowState), preferences_(options.preferences) {
+    OpenPanel* const openPanel = orElse<OpenPanel>(options.services.openPanel, panels_);
+    state_ = std::make_unique<AppState>(
+        preferences_, ShellServices{.openPanel = openPanel,
+                                    .fileViewer = orElse<FileViewer>(options.services.fileViewer, desktop_),
+                                    .terminator = &askFirst_,
+                                    .recentDocuments =
+                                        orElse<RecentDocuments>(options.services.recentDocuments, desktop_)});
+    session_ = std::make_unique<Session>(*state_);
+    settings_ = std::make_unique<Settings>(preferences_, openPanel);
+    leaving_ = std::make_unique<Leaving>(*state_, *orElse<Terminator>(options.services.terminator, desktop_));
+    menu_ = std::make_unique<MenuState>(*session_, *leaving_);
+    askFirst_.leaving = leaving_.get();
+    shell_.menu = menu_.get();
+    shell_.settings = settings_.get();
+    shell_.leaving = leaving_.get();
+    shell_.panels = &panels_;
+    shell_.windowState = &windowState_;
+
     const bool openGL = chooseGraphics();
     std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
     QFont font(QStringLiteral("Inter"));
     font.setPixelSize(13);
     QGuiApplication::setFont(font);
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/qml/Zelvra/Shell/AppIcon.svg")));
+    engine_ = std::make_unique<QQmlApplicationEngine>();
     engine_->addImportPath(QStringLiteral("qrc:/qml"));
-    engine_->setInitialProperties({{QStringLiteral("session"), QVariant::fromValue(session_.get())}});
+    engine_->setInitialProperties({{QStringLiteral("session"), QVariant::fromValue(session_.get())},
+                                   {QStringLiteral("shell"), QVariant::fromValue(&shell_)}});
     engine_->load(QUrl(QStringLiteral("qrc:/qml/Zelvra/Shell/MainWindow.qml")));
     if (openGL) {
         drawWithOpenGL(mainWindow(), state_->player());
@@ -41,6 +68,9 @@ Application::Application(const Options& options)
 
 Application::~Application() {
     engine_.reset();
+    menu_.reset();
+    leaving_.reset();
+    settings_.reset();
     session_.reset();
     state_.reset();
     finishWorkers();
@@ -48,6 +78,18 @@ Application::~Application() {
 
 QQuickWindow& Application::mainWindow() const {
     return *qobject_cast<QQuickWindow*>(engine_->rootObjects().constFirst());
+}
+
+void Application::present(const QString& activationToken) {
+    if (!activationToken.isEmpty()) {
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8()); // where the toolkit looks for it
+    }
+    QQuickWindow& window = mainWindow();
+    if (window.visibility() == QWindow::Minimized) {
+        window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
+    }
+    window.raise();
+    window.requestActivate();
 }
 
 } // namespace zelvra

@@ -4,6 +4,8 @@
 #include "ZelvraApp/platform/PreferenceStore.h"
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/ShellServices.h"
+#include "ZelvraApp/shell/DesktopServices.h"
+#include "ZelvraApp/shell/Shell.h"
 
 #include <QQmlApplicationEngine>
 
@@ -21,6 +23,7 @@ public:
     /// What the program stands on; tests give parts of their own.
     struct Options {
         std::filesystem::path preferences = PreferenceStore::standardFile();
+        std::filesystem::path windowState = WindowState::standardFile();
         /// Instead of the desktop's; null members are left to the desktop.
         ShellServices services = {};
     };
@@ -37,10 +40,28 @@ public:
     AppState& state() { return *state_; }
     QQuickWindow& mainWindow() const;
 
+    /// Brings the main window to the front. `activationToken` is the desktop's permission to do so; empty
+    /// where it gave none.
+    void present(const QString& activationToken = {});
+
 private:
+    /// The session's way out: asks before it ends the program.
+    struct AskFirst : Terminator {
+        void terminate() override { leaving->request(); }
+        Leaving* leaving = nullptr;
+    };
+
+    OpenPanels panels_;
+    DesktopServices desktop_;
+    AskFirst askFirst_;
+    WindowState windowState_;
     PreferenceStore preferences_;
     std::unique_ptr<AppState> state_;
     std::unique_ptr<Session> session_;
+    std::unique_ptr<Settings> settings_;
+    std::unique_ptr<Leaving> leaving_;
+    std::unique_ptr<MenuState> menu_;
+    Shell shell_;
     std::unique_ptr<QQmlApplicationEngine> engine_;
 };
 

@@ -8,6 +8,7 @@ Item {
     property string text
     property color color: Theme.primary
     property alias font: digit.font
+    property int alignment: Qt.AlignLeft
 
     implicitWidth: row.implicitWidth
     implicitHeight: digit.implicitHeight
@@ -27,6 +28,7 @@ Item {
         id: row
 
         anchors.verticalCenter: parent.verticalCenter
+        anchors.right: root.alignment === Qt.AlignRight ? root.right : undefined
         Repeater {
             model: root.text.length
             Text {

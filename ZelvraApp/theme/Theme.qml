@@ -14,6 +14,7 @@ QtObject {
     readonly property color field: dark ? "#17171a" : "#ffffff"
     readonly property color separator: dark ? "#3d3d42" : "#d9d9de"
     readonly property color shade: dark ? "#99000000" : "#59000000"
+    readonly property color dropShadow: dark ? "#52000000" : "#1f000000"
 
     // Text and signs; on window, bar and card each has a contrast of at least 4.5
     readonly property color primary: dark ? "#f2f2f4" : "#1b1b1e"
@@ -69,10 +70,19 @@ QtObject {
     readonly property int largeControlHeight: 32
     readonly property int smallControlHeight: 22
 
+    readonly property int menuItemWidest: 420
+
     readonly property int motion: Appearance.reducedMotion ? 0 : 200
     readonly property int quickMotion: Appearance.reducedMotion ? 0 : 120
     readonly property int tipDelay: 600
     readonly property int idleDelay: 2500
+
+    function menuWidth(menu: var): int {
+        let widest = 180;
+        for (let k = 0; k < menu.count; ++k)
+            widest = Math.max(widest, menu.itemAt(k).implicitWidth);
+        return widest;
+    }
 
     function over(base: color, opacity: real): color {
         return Qt.rgba(base.r, base.g, base.b, opacity);

@@ -39,6 +39,7 @@ void Desktop::ask(const OpenPanelRequest& request, std::function<void(const std:
 AppWindow::AppWindow()
     : application_(std::make_unique<Application>(
           Application::Options{.preferences = folder_ / "preferences.json",
+                               .windowState = folder_ / "window.json",
                                .services = {&desktop_, &desktop_, &desktop_, &desktop_}})) {
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window()));
 }

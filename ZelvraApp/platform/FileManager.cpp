@@ -1,0 +1,39 @@
+#include "ZelvraApp/platform/FileManager.h"
+
+#include "ZelvraApp/platform/FilePaths.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDesktopServices>
+#include <QStringList>
+#include <QUrl>
+
+namespace zelvra {
+
+namespace {
+
+QUrl urlOf(const std::filesystem::path& path) {
+    return QUrl::fromLocalFile(textOf(path));
+}
+
+} // namespace
+
+void showInFileManager(const std::filesystem::path& file) {
+    QDBusMessage show = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
+        QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+    show << QStringList{QString::fromUtf8(urlOf(file).toEncoded())}
+         << qEnvironmentVariable("DESKTOP_STARTUP_ID");
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(show));
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, file] {
+        const QDBusPendingReply<> reply = *watcher;
+        if (reply.isError()) {
+            QDesktopServices::openUrl(urlOf(file.parent_path()));
+        }
+        watcher->deleteLater();
+    });
+}
+
+} // namespace zelvra

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <filesystem>
+
+namespace zelvra {
+
+/// Shows the file in the desktop's file manager: its folder, with the file selected, by the D-Bus interface
+/// org.freedesktop.FileManager1. Where no file manager offers that, opens the folder. Returns at once; where
+/// nothing can be shown, nothing is. Main thread.
+void showInFileManager(const std::filesystem::path& file);
+
+} // namespace zelvra

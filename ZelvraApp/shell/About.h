@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <qqml.h>
+
+#include <optional>
+
+namespace zelvra {
+
+/// "1.2 (45)" for a version and a build, the version where there is no build, "1.0" without a version.
+QString appVersionString(const std::optional<QString>& version, const std::optional<QString>& build);
+
+/// What the about window says of this build.
+class About : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(QString versionText READ versionText CONSTANT)
+
+public:
+    using QObject::QObject;
+
+    static QString versionText();
+};
+
+} // namespace zelvra

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariantList>
+#include <qqml.h>
+
+#include <vector>
+
+namespace zelvra {
+
+struct HelpSection {
+    QString icon; ///< its name in the icon font
+    QString title;
+    QStringList items; ///< inline Markdown
+};
+
+/// The sections of a text whose lines are "## icon Title" and, below each, "- item".
+std::vector<HelpSection> helpSections(const QString& text);
+
+/// What the help window says: a tour of the program (help.md), and what its signs for keys mean here.
+class HelpContent : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    /// { icon, title, items }
+    Q_PROPERTY(QVariantList sections READ sections CONSTANT)
+    /// The last line.
+    Q_PROPERTY(QString keysNote READ keysNote CONSTANT)
+
+public:
+    using QObject::QObject;
+
+    static QVariantList sections();
+    static QString keysNote();
+};
+
+} // namespace zelvra

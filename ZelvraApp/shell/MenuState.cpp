@@ -1,0 +1,34 @@
+#include "ZelvraApp/shell/MenuState.h"
+
+namespace zelvra {
+
+MenuState::MenuState(const Session& session, const Leaving& leaving, QObject* parent)
+    : QObject(parent), session_(session), state_(*session.state()), leaving_(leaving) {
+    for (const auto signal :
+         {&AppState::videoURLChanged, &AppState::recentsChanged, &AppState::canExportChanged,
+          &AppState::markedClipsChanged, &AppState::canUndoChanged, &AppState::canRedoChanged,
+          &AppState::trimRangeChanged, &AppState::editingClipIDChanged, &AppState::queueIndexChanged,
+          &AppState::canGoNextChanged, &AppState::errorMessageChanged,
+          &AppState::showDefaultsScopePromptChanged, &AppState::showCloseConfirmationChanged,
+          &AppState::showPostExportDialogChanged}) {
+        connect(&state_, signal, this, &MenuState::changed);
+    }
+    connect(&session_, &Session::hasDraftChanged, this, &MenuState::changed);
+    connect(&leaving_, &Leaving::asksAboutExportChanged, this, &MenuState::changed);
+}
+
+bool MenuState::canAct() const {
+    return state_.errorMessage().isEmpty() && !state_.showDefaultsScopePrompt() &&
+           !state_.showCloseConfirmation() && !state_.showPostExportDialog() && !leaving_.asksAboutExport();
+}
+
+QString MenuState::exportTitle(std::size_t markedClips) {
+    return markedClips == 0 ? QStringLiteral("Export…")
+                            : QStringLiteral("Export %1 Marked Clips…").arg(markedClips);
+}
+
+QString MenuState::markTitle() const {
+    return session_.isEditingClip() ? QStringLiteral("Save & Return") : QStringLiteral("Mark Clip");
+}
+
+} // namespace zelvra

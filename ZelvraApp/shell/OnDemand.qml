@@ -1,0 +1,16 @@
+import QtQuick
+import Zelvra.Shell
+
+// A window that is made when it is first opened, and then kept.
+Loader {
+    id: loader
+
+    default property alias windowComponent: loader.sourceComponent
+
+    active: false
+
+    function present() {
+        active = true;
+        item.present();
+    }
+}

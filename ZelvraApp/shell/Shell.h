@@ -1,0 +1,33 @@
+#pragma once
+
+#include "ZelvraApp/shell/Leaving.h"
+#include "ZelvraApp/shell/MenuState.h"
+#include "ZelvraApp/shell/OpenPanels.h"
+#include "ZelvraApp/shell/Settings.h"
+#include "ZelvraApp/shell/WindowState.h"
+
+#include <QObject>
+#include <qqml.h>
+
+namespace zelvra {
+
+/// What the program's windows share beside the session. Owns nothing.
+class Shell : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The program has one.")
+    Q_PROPERTY(zelvra::MenuState* menu MEMBER menu CONSTANT)
+    Q_PROPERTY(zelvra::Settings* settings MEMBER settings CONSTANT)
+    Q_PROPERTY(zelvra::Leaving* leaving MEMBER leaving CONSTANT)
+    Q_PROPERTY(zelvra::OpenPanels* panels MEMBER panels CONSTANT)
+    Q_PROPERTY(zelvra::WindowState* windowState MEMBER windowState CONSTANT)
+
+public:
+    MenuState* menu = nullptr;
+    Settings* settings = nullptr;
+    Leaving* leaving = nullptr;
+    OpenPanels* panels = nullptr;
+    WindowState* windowState = nullptr;
+};
+
+} // namespace zelvra

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QObject>
+#include <QSize>
+#include <qqml.h>
+
+#include <filesystem>
+
+namespace zelvra {
+
+/// How the main window was left: its size, whether it was maximised, and how wide the sidebar was. Kept in a
+/// file of its own beside the preferences, read when this is made and written when it goes. A file that is
+/// absent or cannot be understood is the first day's window; one that cannot be written is left as it is.
+class WindowState : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The shell has one.")
+    /// Of the window when it is neither maximised nor full screen, in logical pixels.
+    Q_PROPERTY(int width MEMBER width_ NOTIFY changed)
+    Q_PROPERTY(int height MEMBER height_ NOTIFY changed)
+    Q_PROPERTY(bool maximized MEMBER maximized_ NOTIFY changed)
+    Q_PROPERTY(double sidebarWidth MEMBER sidebarWidth_ NOTIFY changed)
+
+public:
+    /// The file that the environment names in ZELVRA_STATE, else "zelvra/window.json" in the user's folder of
+    /// states.
+    static std::filesystem::path standardFile();
+
+    explicit WindowState(std::filesystem::path file, QObject* parent = nullptr);
+    ~WindowState() override;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    std::filesystem::path file_;
+    int width_ = 1280;
+    int height_ = 800;
+    bool maximized_ = false;
+    double sidebarWidth_ = 300;
+};
+
+} // namespace zelvra

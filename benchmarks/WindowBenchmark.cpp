@@ -1,14 +1,17 @@
 #include "ZelvraApp/platform/SoftwarePicture.h"
+#include "ZelvraApp/session/Background.h"
 #include "ZelvraApp/shell/Application.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QGuiApplication>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -17,6 +20,7 @@
 #include <string>
 #include <sys/resource.h>
 #include <unistd.h>
+#include <vector>
 
 // The application in its real window, measured from inside. Each command prints numbers on one line:
 //
@@ -110,6 +114,47 @@ void play(Application& application, const char* movie, int seconds) {
     std::printf("%.3f %.2f %.1f\n", (processorSeconds() - before) / passed, pictures / passed, residentMiB());
 }
 
+QQuickWindow& editorOf(Application& application) {
+    QQuickWindow* editor = nullptr;
+    letRun(application.state().addHighlightAtCurrentTime());
+    const bool shown = QTest::qWaitFor([&] {
+        for (QWindow* window : QGuiApplication::allWindows()) {
+            if (window->isVisible() && window->objectName() == QLatin1String("editorWindow")) {
+                editor = qobject_cast<QQuickWindow*>(window);
+            }
+        }
+        return editor != nullptr;
+    });
+    if (!shown) {
+        std::fputs("the editor does not open\n", stderr);
+        std::exit(1);
+    }
+    return *editor;
+}
+
+void dragShape(Application& application, const char* movie) {
+    open(application, movie);
+    QQuickWindow& editor = editorOf(application);
+    editor.resize(1280, 800);
+    pass(500);
+    auto* handle = editor.findChild<QQuickItem*>(QStringLiteral("moveHandle"));
+    const QPoint start = handle->mapToScene({handle->width() / 2, handle->height() / 2}).toPoint();
+    QTest::mousePress(&editor, Qt::LeftButton, {}, start);
+    std::vector<double> frames;
+    constexpr int moves = 300;
+    for (int move = 1; move <= moves; ++move) {
+        const QPoint there = start + QPoint(move * 3 % 300, move * 2 % 200);
+        QElapsedTimer time;
+        time.start();
+        QTimer::singleShot(0, &editor, [&] { QTest::mouseMove(&editor, there); });
+        waitForFrame(editor);
+        frames.push_back(static_cast<double>(time.nsecsElapsed()) / 1e6);
+    }
+    QTest::mouseRelease(&editor, Qt::LeftButton, {}, start);
+    std::ranges::sort(frames);
+    std::printf("%.1f %.1f\n", frames[moves / 2], frames[moves * 95 / 100]);
+}
+
 } // namespace
 } // namespace zelvra
 
@@ -124,8 +169,10 @@ int main(int argc, char** argv) {
         zelvra::start(application);
     } else if (command == "play" && argc == 4) {
         zelvra::play(application, argv[2], std::atoi(argv[3]));
+    } else if (command == "drag-shape" && argc == 3) {
+        zelvra::dragShape(application, argv[2]);
     } else {
-        std::fputs("usage: window-benchmark start | play MOVIE SECONDS\n", stderr);
+        std::fputs("usage: window-benchmark start | play MOVIE SECONDS | drag-shape MOVIE\n", stderr);
         return 2;
     }
     return 0;

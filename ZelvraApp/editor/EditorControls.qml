@@ -44,7 +44,7 @@ Rectangle {
             }
             ColorWell {
                 objectName: "colorWell"
-                implicitWidth: 60
+                pickerGap: 40 // off the captions, onto the frame
                 Accessible.name: qsTr("Color")
                 color: controls.editor.color
                 onPicked: color => controls.editor.color = color

@@ -229,7 +229,7 @@ T.Popup {
                     id: swatch
 
                     required property string modelData
-                    readonly property bool chosen: Qt.colorEqual(picker.color, modelData)
+                    readonly property bool chosen: picker.color.toString().toUpperCase() === modelData
 
                     objectName: "swatch:" + modelData
                     Layout.fillWidth: true

@@ -8,6 +8,8 @@ T.AbstractButton {
     id: well
 
     property color color: "#000000"
+    // Between the well and what it opens.
+    property int pickerGap: 8
     signal picked(color: color)
 
     implicitWidth: 60
@@ -47,7 +49,7 @@ T.AbstractButton {
 
         property bool above: false
 
-        y: above ? -height - 8 : well.height + 8
+        y: above ? -height - well.pickerGap : well.height + well.pickerGap
         onPicked: color => well.picked(color)
     }
 }

@@ -45,7 +45,7 @@ QtObject {
     readonly property color controlHover: dark ? "#47474d" : "#f6f6f8"
     readonly property color controlPressed: dark ? "#55555c" : "#e6e6ea"
     readonly property color controlBorder: dark ? "#515158" : "#c9c9d0"
-    readonly property color track: dark ? "#77777f" : "#8a8a92"
+    readonly property color track: tertiary
     readonly property color knob: dark ? "#d8d8dc" : "#ffffff"
     readonly property color knobPressed: dark ? "#ffffff" : "#e6e6ea"
     readonly property color knobBorder: dark ? "#101012" : "#6f6f78"

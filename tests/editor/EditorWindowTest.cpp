@@ -1,8 +1,11 @@
 #include "ZelvraApp/editor/AspectFit.h"
 #include "ZelvraApp/editor/PictureMapping.h"
+#include "ZelvraApp/editor/ShapeRenderer.h"
 #include "ZelvraApp/session/Colors.h"
 #include "tests/support/NumberedMovie.h"
 #include "tests/window/AppWindow.h"
+
+#include <QPainter>
 
 namespace zelvra::test {
 namespace {
@@ -90,6 +93,26 @@ TEST_F(Editor, MovesAndReshapesByTheHandlesWhereverTheyAreTaken) {
     expectAt(shape().p2, {0.7 + way.x, 0.5 + 2 * way.y});
 }
 
+TEST_F(Editor, TellsUnderThePointerWhatADragWillDo) {
+    const auto cursor = [this] { return canvas().window()->cursor().shape(); };
+    const std::vector<std::pair<QString, QString>> tips = {
+        {"circle", "Drag to change the circle's size"},
+        {"arrow", "Drag to move this end of the arrow"},
+        {"rectangle", "Drag to resize"},
+    };
+    for (const auto& [kind, tip] : tips) {
+        click("tool:" + kind);
+        hover(item("moveHandle"));
+        EXPECT_TRUE(comesTrue([&] { return cursor() == Qt::OpenHandCursor; }));
+        hover(item("end2Handle"));
+        EXPECT_TRUE(comesTrue([&] { return cursor() == Qt::CrossCursor; }));
+        hover(item("end2Handle"), QPointF(1, 1));
+        EXPECT_TRUE(comesTrue([&] { return cursor() == Qt::ArrowCursor; })) << "handles are round";
+        EXPECT_EQ(item("end2Handle").property("tip").toString(), tip);
+    }
+    EXPECT_EQ(item("moveHandle").property("tip").toString(), "Drag to move the shape");
+}
+
 TEST_F(Editor, DrawsNothingNewFromJustBesideAHandle) {
     const DraftShape before = shape();
     const QPointF centre = onCanvas({0.5, 0.5});
@@ -152,7 +175,12 @@ TEST_F(Editor, TakesTheColorBackWhenChoosingIsCancelled) {
 
 TEST_F(Editor, IsUsedByKeysAlone) {
     const Point before = shape().p1;
-    item("moveHandle").forceActiveFocus(Qt::TabFocusReason);
+    for (const char* tool : {"tool:circle", "tool:arrow", "tool:rectangle"}) {
+        key(Qt::Key_Tab);
+        EXPECT_TRUE(item(tool).hasActiveFocus()) << tool;
+    }
+    key(Qt::Key_Tab);
+    EXPECT_TRUE(item("moveHandle").hasActiveFocus());
     key(Qt::Key_Right);
     key(Qt::Key_Down, Qt::ShiftModifier);
     EXPECT_NEAR(shape().p1.x, before.x + 1.0 / 640, 1e-12);
@@ -207,6 +235,31 @@ TEST_F(Editor, EditsAHighlightAgain) {
     EXPECT_TRUE(isClosed());
     ASSERT_EQ(state().highlights().size(), 1U);
     EXPECT_GT(state().highlights()[0].shape.p1.x, 0.55);
+}
+
+TEST(ShapeRenderer, FitsAHighlightsPictureIntoItself) {
+    ShapeRenderer renderer;
+    renderer.setSize({1000, 800});
+    renderer.setPictureSize({1920, 1080});
+    EXPECT_EQ(renderer.imageRect(), QRectF(0, 118.75, 1000, 562.5));
+    const HighlightShape shape{.id = {},
+                               .kind = HighlightShapeKind::rectangle,
+                               .p1 = {0.2, 0.2},
+                               .p2 = {0.8, 0.8},
+                               .strokeColor = {1, 0, 0, 1},
+                               .strokeWidthRatio = 0.02};
+    renderer.setHighlight(Highlight{.id = {}, .timestamp = {}, .duration = {}, .shape = shape});
+    QImage screen(1000, 800, QImage::Format_RGB32);
+    screen.fill(Qt::black);
+    QPainter painter(&screen);
+    renderer.paint(&painter);
+    EXPECT_EQ(screen.pixelColor(200, 400), QColor(Qt::red));
+    EXPECT_EQ(screen.pixelColor(500, 231), QColor(Qt::red));
+    EXPECT_EQ(screen.pixelColor(500, 400), QColor(Qt::black));
+    renderer.setHighlight(std::nullopt);
+    screen.fill(Qt::black);
+    renderer.paint(&painter);
+    EXPECT_EQ(screen.pixelColor(200, 400), QColor(Qt::black));
 }
 
 } // namespace

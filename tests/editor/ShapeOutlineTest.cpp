@@ -1,11 +1,16 @@
 #include "ZelvraApp/editor/ShapeOutline.h"
+#include "ZelvraCore/OverlayRasteriser.h"
 #include "tests/editor/Shapes.h"
 
+#include <QImage>
+#include <QPainter>
 #include <QPainterPathStroker>
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
+#include <memory>
 
 namespace zelvra::test {
 namespace {
@@ -79,6 +84,66 @@ TEST(ShapeOutline, DrawsNothingThatIsNoNumber) {
     EXPECT_TRUE(shapeOutline(circleOf({0.5, none}, {0.6, 0.5}), picture).path.isEmpty());
     EXPECT_TRUE(
         shapeOutline(shapeOf(HighlightShapeKind::arrow, {0, 0}, {1, 1}, none), picture).path.isEmpty());
+}
+
+constexpr QSize exported(640, 360);
+
+/// What a picture that was black shows of a red shape.
+QRectF extentOf(const QImage& drawn) {
+    QRect extent;
+    for (int y = 0; y < drawn.height(); ++y) {
+        for (int x = 0; x < drawn.width(); ++x) {
+            if (qRed(drawn.pixel(x, y)) > 127) {
+                extent |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return extent;
+}
+
+QRectF extentOnScreen(const DraftShape& shape) {
+    QImage screen(exported, QImage::Format_RGB32);
+    screen.fill(Qt::black);
+    QPainter painter(&screen);
+    painter.setRenderHint(QPainter::Antialiasing);
+    ShapeOutline outline = shapeOutline(shape, QRectF({0, 0}, exported));
+    outline.pen.setColor(Qt::red);
+    painter.strokePath(outline.path, outline.pen);
+    painter.end();
+    return extentOf(screen);
+}
+
+QRectF extentInExport(const DraftShape& shape) {
+    Image::Raster black{.width = exported.width(), .height = exported.height(), .rgba = {}};
+    for (int i = 0; i < black.width * black.height; ++i) {
+        black.rgba.insert(black.rgba.end(), {0, 0, 0, 255});
+    }
+    const Image frame(std::make_shared<const Image::Raster>(std::move(black)), {});
+    const Image drawn = drawShape(frame, {.id = shape.id,
+                                          .kind = shape.kind,
+                                          .p1 = shape.p1,
+                                          .p2 = shape.p2,
+                                          .strokeColor = shape.color,
+                                          .strokeWidthRatio = shape.strokeWidthRatio});
+    return extentOf(QImage(drawn.raster().rgba.data(), drawn.width(), drawn.height(),
+                           QImage::Format_RGBA8888_Premultiplied));
+}
+
+TEST(ShapeOutline, HasItsAnchorsWhereTheExportHasThem) {
+    const DraftShape circle = circleOf({0.4, 0.6}, {0.5, 0.7});
+    const QPointF apart = extentOnScreen(circle).center() - extentInExport(circle).center();
+    EXPECT_LE(std::abs(apart.x()), 1);
+    EXPECT_LE(std::abs(apart.y()), 1);
+    EXPECT_NEAR(extentOnScreen(circle).width(), extentInExport(circle).width(), 4);
+
+    for (const DraftShape& shape : {rectangleOf({0.2, 0.1}, {0.7, 0.8}), arrowOf({0.1, 0.5}, {0.9, 0.5}),
+                                    arrowOf({0.9, 0.2}, {0.1, 0.2})}) {
+        const QRectF onScreen = extentOnScreen(shape);
+        const QRectF inExport = extentInExport(shape);
+        EXPECT_NEAR(onScreen.left(), inExport.left(), 1);
+        EXPECT_NEAR(onScreen.right(), inExport.right(), 1);
+        EXPECT_NEAR(onScreen.center().y(), inExport.center().y(), 1);
+    }
 }
 
 } // namespace

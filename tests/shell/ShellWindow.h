@@ -34,6 +34,8 @@ protected:
         state().setDraft(draft);
         state().commitDraft();
         state().setShowDefaultsScopePrompt(false);
+        window().requestActivate(); // as a window manager does when the editor goes
+        EXPECT_TRUE(isFront("Zelvra"));
     }
     void mark(double start, double end) {
         state().setTrim(CMTimeRange{sessionTime(start), sessionTime(end - start)});

@@ -124,7 +124,7 @@ TEST_F(WindowStory, OneClipFromTheDropToTheExportedMovie) {
 }
 
 TEST_F(WindowStory, ALongRecordingIsMarkedWhileItPlaysAndRefined) {
-    open(clip("match.mov", {.frames = 600}));
+    open(clip("match.mov", {.frames = 1800}));
     state().preferences().write(preferences::clipDefaultLengthSec, 5.0);
     key(Qt::Key_Space);
     EXPECT_TRUE(comesTrue([&] { return state().currentTime().seconds() > 0.3; }));
@@ -138,9 +138,8 @@ TEST_F(WindowStory, ALongRecordingIsMarkedWhileItPlaysAndRefined) {
     EXPECT_EQ(textOf("exportMovies"), "Export (2)");
 
     // The second is loaded, its start dragged on the zoomed strip, one frame of it highlighted.
-    const auto rows = window().contentItem()->findChildren<QQuickItem*>("markedClipRow");
-    ASSERT_EQ(rows.size(), 2);
-    click(*rows.last());
+    ASSERT_TRUE(comesTrue([&] { return items("markedClipRow").size() == 2; }));
+    click(*items("markedClipRow").back());
     EXPECT_TRUE(comesTrue([&] { return textOf("markClip") == "Save & Return"; }));
     QQuickItem& start = item("trimStartHandle");
     const double before = state().trimRange()->start.seconds();
@@ -157,12 +156,12 @@ TEST_F(WindowStory, ALongRecordingIsMarkedWhileItPlaysAndRefined) {
     EXPECT_FALSE(state().trimRange().has_value());
 
     // The first is loaded, too, but what was changed is thrown away.
-    click(*rows.first());
+    click(*items("markedClipRow").front());
     EXPECT_TRUE(comesTrue([&] { return isShown("trimBadge"); }));
-    const auto untouched = state().markedClips()[0].range;
+    const CMTime end = state().markedClips()[0].range.end();
     key(Qt::Key_O);
     click("clearTrim");
-    EXPECT_EQ(state().markedClips()[0].range, untouched);
+    EXPECT_EQ(state().markedClips()[0].range.end(), end);
 
     exportAll();
     EXPECT_EQ(textOf("questionMessage"), "Saved as match_clip_02_highlighted.mov.");

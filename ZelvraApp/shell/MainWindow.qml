@@ -20,6 +20,28 @@ ApplicationWindow {
     minimumHeight: 620 + menus.height
     color: Theme.window
 
+    // For what the toolkit draws itself: its dialogs, where the desktop has none.
+    palette {
+        window: Theme.window
+        windowText: Theme.primary
+        base: Theme.field
+        alternateBase: Theme.bar
+        text: Theme.primary
+        placeholderText: Theme.tertiary
+        button: Theme.control
+        buttonText: Theme.primary
+        brightText: Theme.primary
+        highlight: Theme.accentFill
+        highlightedText: "#ffffff"
+        light: Theme.hover
+        midlight: Theme.controlHover
+        mid: Theme.controlPressed
+        dark: Theme.controlBorder
+        link: Theme.accent
+        toolTipBase: Theme.card
+        toolTipText: Theme.primary
+    }
+
     Component.onCompleted: {
         width = remembered.width;
         height = remembered.height;

@@ -1,6 +1,10 @@
+#include "ZelvraApp/platform/SingleInstance.h"
 #include "ZelvraApp/shell/Application.h"
+#include "ZelvraApp/shell/CommandLine.h"
+#include "ZelvraApp/shell/DesktopIntegration.h"
 #include "ZelvraCore/records/ZVError.h"
 
+#include <QDir>
 #include <QGuiApplication>
 
 #include <cstdio>
@@ -11,10 +15,29 @@ int main(int argc, char** argv) {
     constexpr int largeBlock = 1 << 20;
     mallopt(M_MMAP_THRESHOLD, largeBlock);
 
+    QStringList arguments;
+    for (int k = 1; k < argc; ++k) {
+        arguments.append(QFile::decodeName(argv[k]));
+    }
+    const auto line = zelvra::CommandLine::parse(arguments, QDir::currentPath());
+    if (line.answer) {
+        std::fputs(line.answer->toLocal8Bit().constData(), line.exitStatus == 0 ? stdout : stderr);
+        return line.exitStatus;
+    }
+
     zelvra::Application::prepare();
     const QGuiApplication program(argc, argv);
+    zelvra::SingleInstance instance(QDBusConnection::sessionBus());
+    if (!instance.claim(line.urls)) {
+        return 0;
+    }
     try {
+        zelvra::DesktopIntegration desktop(QDBusConnection::sessionBus(), QDBusConnection::systemBus());
         zelvra::Application application({});
+        desktop.connectTo(application, instance);
+        if (!line.urls.isEmpty()) {
+            application.state().handleOpenedURLs(line.urls);
+        }
         return QGuiApplication::exec();
     } catch (const zelvra::MediaError& error) {
         std::fprintf(stderr, "zelvra: %s\n", error.what());

@@ -18,13 +18,20 @@ Appearance* Appearance::create(QQmlEngine* /*engine*/, QJSEngine* /*scripts*/) {
 
 Appearance::Appearance() {
     const QString wanted = qEnvironmentVariable("ZELVRA_APPEARANCE");
-    dark_ = wanted.isEmpty() ? QGuiApplication::palette().window().color().lightnessF() < 0.5F
-                             : wanted == QLatin1String("dark");
+    overruled_ = !wanted.isEmpty();
+    dark_ = overruled_ ? wanted == QLatin1String("dark")
+                       : QGuiApplication::palette().window().color().lightnessF() < 0.5F;
 }
 
 void Appearance::setDark(bool dark) {
     if (std::exchange(dark_, dark) != dark) {
         Q_EMIT changed();
+    }
+}
+
+void Appearance::followDesktop(bool dark) {
+    if (!overruled_) {
+        setDark(dark);
     }
 }
 

@@ -25,6 +25,8 @@ public:
 
     bool isDark() const { return dark_; }
     void setDark(bool dark);
+    /// What the desktop wants, where nothing overrules it.
+    void followDesktop(bool dark);
     bool reducedMotion() const { return reducedMotion_; }
     void setReducedMotion(bool reduced);
 
@@ -34,6 +36,7 @@ Q_SIGNALS:
 private:
     Appearance();
 
+    bool overruled_ = false;
     bool dark_ = false;
     bool reducedMotion_ = false;
 };

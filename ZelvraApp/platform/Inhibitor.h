@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusUnixFileDescriptor>
+#include <QObject>
+#include <QString>
+
+namespace zelvra {
+
+/// Keep the desktop awake for as long as they are held: no screen goes dark during a movie, no laptop falls
+/// asleep during an export. Courtesies: where nobody takes such wishes, nothing happens. Main thread.
+
+/// No idle screen, by the Inhibit interface of the XDG desktop portal.
+class IdleInhibitor : public QObject {
+    Q_OBJECT
+
+public:
+    explicit IdleInhibitor(const QDBusConnection& bus, QObject* parent = nullptr);
+    void hold(bool held);
+
+private:
+    void release(const QString& request);
+
+    QDBusConnection bus_;
+    bool held_ = false;
+    QString request_; ///< object path of the portal's answer; empty until it comes
+};
+
+/// No sleep, by login1's Inhibit on the system bus.
+class SleepInhibitor : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SleepInhibitor(const QDBusConnection& bus, QObject* parent = nullptr);
+    void hold(bool held);
+
+private:
+    QDBusConnection bus_;
+    bool held_ = false;
+    QDBusUnixFileDescriptor lock_; ///< sleep is inhibited until it is closed
+};
+
+} // namespace zelvra

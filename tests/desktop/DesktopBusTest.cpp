@@ -1,0 +1,223 @@
+#include "ZelvraApp/platform/DesktopSettings.h"
+#include "ZelvraApp/platform/FileManager.h"
+#include "ZelvraApp/platform/Inhibitor.h"
+#include "ZelvraApp/platform/SingleInstance.h"
+
+#include <QDBusContext>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QDBusVariant>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace zelvra::test {
+namespace {
+
+/// The bus as seen from another program.
+QDBusConnection others() {
+    static const QDBusConnection bus =
+        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("others"));
+    return bus;
+}
+
+QDBusConnection ours() {
+    return QDBusConnection::sessionBus();
+}
+
+/// A desktop's services under one name and path.
+class Service : public QObject {
+public:
+    Service(const QString& name, const QString& path) : name_(name), path_(path) {}
+    ~Service() override {
+        others().unregisterService(name_);
+        others().unregisterObject(path_);
+    }
+    void start() {
+        ASSERT_TRUE(others().registerObject(path_, this, QDBusConnection::ExportAllSlots));
+        ASSERT_TRUE(others().registerService(name_));
+    }
+
+protected:
+    QString name_;
+    QString path_;
+};
+
+class SettingsPortal : public Service {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    SettingsPortal()
+        : Service(QStringLiteral("org.freedesktop.portal.Desktop"),
+                  QStringLiteral("/org/freedesktop/portal/desktop")) {
+        start();
+    }
+    void say(const QString& group, const QString& key, const QVariant& value) {
+        QDBusMessage signal = QDBusMessage::createSignal(
+            path_, QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"));
+        signal << group << key << QVariant::fromValue(QDBusVariant(value));
+        others().send(signal);
+    }
+
+public Q_SLOTS:
+    QDBusVariant Read(const QString& group, const QString& key) {
+        Q_UNUSED(group)
+        const QVariant value = key == QLatin1String("enable-animations") ? QVariant(true) : QVariant(1U);
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(value)));
+    }
+};
+
+TEST(DesktopSettings, AreReadAndFollowed) {
+    SettingsPortal portal;
+    DesktopSettings settings(ours());
+    QSignalSpy dark(&settings, &DesktopSettings::darkChanged);
+    QSignalSpy motion(&settings, &DesktopSettings::reducedMotionChanged);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return motion.size() == 2; }, 20'000));
+    EXPECT_EQ(dark.last().first(), true);
+    EXPECT_EQ(motion.first().first(), false);
+    EXPECT_EQ(motion.last().first(), true);
+    portal.say(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"), 2U);
+    portal.say(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"), true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return motion.size() == 3; }, 20'000));
+    EXPECT_EQ(dark.last().first(), false);
+    EXPECT_EQ(motion.last().first(), false);
+}
+
+class InhibitPortal : public Service {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Inhibit")
+
+public:
+    InhibitPortal()
+        : Service(QStringLiteral("org.freedesktop.portal.Desktop"),
+                  QStringLiteral("/org/freedesktop/portal/desktop")) {
+        start();
+    }
+    uint flags = 0;
+
+public Q_SLOTS:
+    QDBusObjectPath Inhibit(const QString&, uint what, const QVariantMap&) {
+        flags = what;
+        return QDBusObjectPath(QStringLiteral("/request/1"));
+    }
+};
+
+class InhibitRequest : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Request")
+
+public:
+    bool closed = false;
+
+public Q_SLOTS:
+    void Close() { closed = true; }
+};
+
+TEST(IdleInhibitor, HoldsTheScreenAwakeUntilItIsReleased) {
+    InhibitPortal portal;
+    InhibitRequest request;
+    others().registerObject(QStringLiteral("/request/1"), &request, QDBusConnection::ExportAllSlots);
+    IdleInhibitor inhibitor(ours());
+    inhibitor.hold(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return portal.flags == 8; }, 20'000));
+    EXPECT_FALSE(request.closed);
+    inhibitor.hold(false); // perhaps before the portal's answer has come
+    EXPECT_TRUE(QTest::qWaitFor([&] { return request.closed; }, 20'000));
+}
+
+class Login : public Service {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.login1.Manager")
+
+public:
+    Login() : Service(QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1")) {
+        EXPECT_EQ(pipe2(ends_, O_CLOEXEC | O_NONBLOCK), 0);
+        start();
+    }
+    ~Login() override { close(ends_[0]); }
+    bool isHeld() const {
+        char nothing = 0;
+        return read(ends_[0], &nothing, 1) < 0; // at its end as soon as nobody holds the other side
+    }
+    QString what;
+
+public Q_SLOTS:
+    QDBusUnixFileDescriptor Inhibit(const QString& wanted, const QString&, const QString&, const QString&) {
+        what = wanted;
+        const QDBusUnixFileDescriptor lock(ends_[1]);
+        close(ends_[1]);
+        return lock;
+    }
+
+private:
+    int ends_[2] = {-1, -1};
+};
+
+TEST(SleepInhibitor, HoldsTheMachineAwakeUntilItIsReleased) {
+    Login login;
+    SleepInhibitor inhibitor(ours());
+    inhibitor.hold(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return login.what == QLatin1String("sleep"); }, 20'000));
+    EXPECT_TRUE(login.isHeld());
+    inhibitor.hold(false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !login.isHeld(); }, 20'000));
+}
+
+class FileManagerService : public Service {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+
+public:
+    FileManagerService()
+        : Service(QStringLiteral("org.freedesktop.FileManager1"),
+                  QStringLiteral("/org/freedesktop/FileManager1")) {
+        start();
+    }
+    QStringList shown;
+
+public Q_SLOTS:
+    void ShowItems(const QStringList& uris, const QString&) { shown = uris; }
+};
+
+TEST(FileManager, IsAskedToSelectTheFile) {
+    FileManagerService manager;
+    showInFileManager("/clips/ä b.mov");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !manager.shown.isEmpty(); }, 20'000));
+    EXPECT_EQ(manager.shown, QStringList("file:///clips/%C3%A4%20b.mov"));
+}
+
+TEST(SingleInstance, PassesTheDesktopsCallsOn) {
+    SingleInstance instance(ours());
+    ASSERT_TRUE(instance.claim({}));
+    QSignalSpy activated(&instance, &SingleInstance::activated);
+    QSignalSpy opened(&instance, &SingleInstance::openRequested);
+    const auto call = [&](const QString& method, const QVariantList& arguments) {
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(SingleInstance::name(), QStringLiteral("/com/corvath/Zelvra"),
+                                           QStringLiteral("org.freedesktop.Application"), method);
+        message.setArguments(arguments);
+        others().send(message);
+    };
+    call(QStringLiteral("Activate"), {QVariantMap{{QStringLiteral("activation-token"), "token-1"}}});
+    call(QStringLiteral("Open"), {QStringList("file:///clips/game.mov"), QVariantMap()});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !opened.isEmpty(); }, 20'000));
+    EXPECT_EQ(activated.size(), 2);
+    EXPECT_EQ(activated.first().first(), "token-1");
+    EXPECT_EQ(opened.first().first().value<QList<QUrl>>().first().toLocalFile(), "/clips/game.mov");
+}
+
+TEST(SingleInstance, StandsAloneWithoutABus) {
+    SingleInstance instance(QDBusConnection(QStringLiteral("there is none")));
+    EXPECT_TRUE(instance.claim({}));
+}
+
+} // namespace
+} // namespace zelvra::test
+
+#include "DesktopBusTest.moc"

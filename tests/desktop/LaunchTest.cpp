@@ -1,0 +1,86 @@
+#include "ZelvraApp/platform/SingleInstance.h"
+#include "ZelvraApp/shell/CommandLine.h"
+#include "tests/support/Files.h"
+
+#include <QDBusConnectionInterface>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace zelvra::test {
+namespace {
+
+/// The program as a shell starts it, with a home of its own.
+class Launch : public testing::Test {
+protected:
+    void start(const QStringList& arguments) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const auto& [variable, name] : {std::pair("ZELVRA_PREFERENCES", "preferences.json"),
+                                             std::pair("ZELVRA_STATE", "window.json")}) {
+            environment.insert(QLatin1String(variable), QString::fromStdString((folder_ / name).string()));
+        }
+        program_.setProcessEnvironment(environment);
+        program_.setWorkingDirectory(QString::fromStdString(folder_.path().string()));
+        program_.start(QStringLiteral(ZELVRA), arguments);
+    }
+    int exitStatus() {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return program_.state() == QProcess::NotRunning; }, 20'000));
+        return program_.exitCode();
+    }
+
+    TemporaryFolder folder_;
+    QProcess program_;
+};
+
+TEST(CommandLine, NamesFilesAndFoldersInEveryForm) {
+    const CommandLine line = CommandLine::parse(
+        {"game.mov", "../clips", "/movies/a b.mp4", "file:///movies/%C3%A4.mov", "--", "-odd.mov"},
+        "/work/here");
+    EXPECT_FALSE(line.answer);
+    QStringList files;
+    for (const QUrl& url : line.urls) {
+        files.append(url.toLocalFile());
+    }
+    EXPECT_EQ(files, QStringList({"/work/here/game.mov", "/work/clips", "/movies/a b.mp4", "/movies/ä.mov",
+                                  "/work/here/-odd.mov"}));
+}
+
+TEST_F(Launch, AnswersWithoutADisplay) {
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    start({"--version"});
+    EXPECT_EQ(exitStatus(), 0);
+    EXPECT_TRUE(program_.readAllStandardOutput().startsWith("zelvra 0."));
+    start({"--halp"});
+    EXPECT_EQ(exitStatus(), 2);
+    EXPECT_EQ(program_.readAllStandardError(), "zelvra: there is no option --halp; see zelvra --help\n");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+TEST_F(Launch, HandsOverToTheOneThatRuns) {
+    SingleInstance first(QDBusConnection::sessionBus());
+    ASSERT_TRUE(first.claim({}));
+    QSignalSpy opened(&first, &SingleInstance::openRequested);
+    start({"second half.mov"});
+    EXPECT_EQ(exitStatus(), 0);
+    ASSERT_EQ(opened.size(), 1);
+    EXPECT_EQ(
+        opened.first().first().value<QList<QUrl>>(),
+        QList<QUrl>{QUrl::fromLocalFile(QString::fromStdString((folder_ / "second half.mov").string()))});
+}
+
+TEST_F(Launch, TakesTheNameWhereNobodyHasIt) {
+    start({});
+    SingleInstance later(QDBusConnection::sessionBus());
+    const auto isTaken = [] {
+        return QDBusConnection::sessionBus().interface()->isServiceRegistered(SingleInstance::name()).value();
+    };
+    ASSERT_TRUE(QTest::qWaitFor(isTaken, 20'000));
+    EXPECT_FALSE(later.claim({}));
+    program_.terminate();
+    exitStatus();
+}
+
+} // namespace
+} // namespace zelvra::test

@@ -21,7 +21,7 @@ function(zelvra_test name)
                                           zelvra_options)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks-of-others.txt")
+        ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks-of-others.txt;TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/races-of-others.txt")
 endfunction()
 
 # zelvra_qml_module(NAME URI SOURCES ... QML ... [SINGLETONS ...] [RESOURCES ...] [PUBLIC targets...] [PRIVATE targets...])

@@ -30,6 +30,10 @@ Session::Session(AppState& state, QObject* parent) : QObject(parent), state_(sta
     connect(&state, &AppState::currentTimeChanged, this, &Session::currentTimeChanged);
     connect(&state, &AppState::trimRangeChanged, this, &Session::trimChanged);
     connect(&state, &AppState::editingClipIDChanged, this, &Session::editingClipIDChanged);
+    connect(&state, &AppState::previewHighlightChanged, this, &Session::isPreviewingChanged);
+    connect(&state, &AppState::highlightsChanged, this, &Session::highlightsChanged);
+    connect(&state, &AppState::markedClipsChanged, this, &Session::markedClipsChanged);
+    connect(&state, &AppState::clipQueueChanged, this, &Session::queueChanged);
     connect(&state, &AppState::draftChanged, this, [this] {
         if (std::exchange(hadDraft_, hasDraft()) != hasDraft()) {
             Q_EMIT hasDraftChanged();

@@ -45,6 +45,12 @@ class Session : public QObject {
     /// Id of the marked clip that is edited; empty where none is.
     Q_PROPERTY(QString editingClipID READ editingClipID NOTIFY editingClipIDChanged)
     Q_PROPERTY(bool isEditingClip READ isEditingClip NOTIFY editingClipIDChanged)
+    /// Playback has stopped on a highlight, whose figure shows for as long as it will freeze.
+    Q_PROPERTY(bool isPreviewing READ isPreviewing NOTIFY isPreviewingChanged)
+    Q_PROPERTY(int highlightCount READ highlightCount NOTIFY highlightsChanged)
+    Q_PROPERTY(int markedClipCount READ markedClipCount NOTIFY markedClipsChanged)
+    /// Of clips in the folder that is worked through; 0 where none is.
+    Q_PROPERTY(int queueLength READ queueLength NOTIFY queueChanged)
     Q_PROPERTY(bool hasDraft READ hasDraft NOTIFY hasDraftChanged)
 
 public:
@@ -62,6 +68,10 @@ public:
     double trimEnd() const;
     QString editingClipID() const;
     bool isEditingClip() const { return state_.editingClipID().has_value(); }
+    bool isPreviewing() const { return state_.previewHighlight().has_value(); }
+    int highlightCount() const { return static_cast<int>(state_.highlights().size()); }
+    int markedClipCount() const { return static_cast<int>(state_.markedClips().size()); }
+    int queueLength() const { return static_cast<int>(state_.clipQueue().size()); }
     bool hasDraft() const { return state_.draft().has_value(); }
 
     /// The text of a moment as the whole program shows it.
@@ -122,6 +132,10 @@ Q_SIGNALS:
     void currentTimeChanged();
     void trimChanged();
     void editingClipIDChanged();
+    void isPreviewingChanged();
+    void highlightsChanged();
+    void markedClipsChanged();
+    void queueChanged();
     void hasDraftChanged();
 
 private:

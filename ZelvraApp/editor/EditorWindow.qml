@@ -9,6 +9,7 @@ Window {
 
     required property Session session
     required property Window owner
+    property Component over: null
 
     objectName: "editorWindow"
     title: editor.title
@@ -39,5 +40,8 @@ Window {
         anchors.fill: parent
         session: window.session
         editor: editor
+    }
+    Loader {
+        sourceComponent: window.over
     }
 }

@@ -58,6 +58,9 @@ ApplicationWindow {
     ContentView {
         anchors.fill: parent
         session: window.session
+        sidebarWidth: window.remembered.sidebarWidth
+        covered: window.shell.leaving.asksAboutExport || moviePanel.visible || folderPanel.visible
+        onSidebarWidthChanged: window.remembered.sidebarWidth = sidebarWidth
     }
 
     Question {

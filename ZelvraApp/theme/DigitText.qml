@@ -6,6 +6,8 @@ Item {
     id: root
 
     property string text
+    // Each digit by itself, and what stands between them.
+    readonly property var runs: text.match(/\d|\D+/g) ?? []
     property color color: Theme.primary
     property alias font: digit.font
     property int alignment: Qt.AlignLeft
@@ -30,13 +32,12 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         anchors.right: root.alignment === Qt.AlignRight ? root.right : undefined
         Repeater {
-            model: root.text.length
+            model: root.runs.length
             Text {
                 required property int index
-                readonly property string character: root.text.charAt(index)
-
-                text: character
-                width: character >= "0" && character <= "9" ? digit.implicitWidth : implicitWidth
+                
+                text: root.runs[index] ?? ""
+                width: text >= "0" && text <= "9" ? digit.implicitWidth : implicitWidth
                 horizontalAlignment: Text.AlignHCenter
                 color: root.color
                 font: digit.font

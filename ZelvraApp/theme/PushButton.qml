@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import QtQuick.Templates as T
 import Zelvra.Theme
 
@@ -14,13 +13,23 @@ T.AbstractButton {
     property int iconSize: 16
     property color tint: button.look === PushButton.Borderless ? Theme.secondary : Theme.primary
     property int controlHeight: Theme.controlHeight
+    // For a text with a time that runs.
+    property bool tabularDigits: false
 
+    // The width of the button around a text that is so wide, and the sign alone.
+    function widthAround(textWidth: real): real {
+        return textWidth + iconSize + gap + 2 * textPadding;
+    }
+    readonly property real signWidth: Math.max(controlHeight, iconSize + 10)
+
+    readonly property int gap: 6
+    readonly property int textPadding: controlHeight >= Theme.largeControlHeight ? 17 : 14
     readonly property bool prominent: look === PushButton.Prominent
     readonly property color ink: prominent ? "#ffffff" : tint
 
     implicitWidth: Math.max(controlHeight, contentItem.implicitWidth + leftPadding + rightPadding)
     implicitHeight: controlHeight
-    leftPadding: text === "" ? 5 : controlHeight >= Theme.largeControlHeight ? 14 : 11
+    leftPadding: text === "" ? 5 : textPadding
     rightPadding: leftPadding
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
@@ -29,29 +38,46 @@ T.AbstractButton {
     Accessible.name: text
     Keys.onReturnPressed: button.clicked()
 
-    contentItem: RowLayout {
-        spacing: 6
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
 
-        Item {
-            Layout.fillWidth: true
-        }
-        Icon {
-            visible: button.iconName !== ""
-            name: button.iconName
-            size: button.iconSize
-            color: button.ink
-        }
-        Text {
-            visible: button.text !== ""
-            text: button.text
-            color: button.ink
-            font.family: Theme.family
-            font.pixelSize: button.controlHeight <= Theme.smallControlHeight ? Theme.caption : Theme.body
-            font.weight: button.prominent ? Font.DemiBold : Font.Medium
-            Accessible.ignored: true
-        }
-        Item {
-            Layout.fillWidth: true
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: button.gap
+
+            Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.iconName !== ""
+                name: button.iconName
+                size: button.iconSize
+                color: button.ink
+            }
+            Text {
+                id: label
+
+                anchors.verticalCenter: parent.verticalCenter
+                visible: text !== ""
+                text: button.tabularDigits ? "" : button.text
+                color: button.ink
+                font.family: Theme.family
+                font.pixelSize: button.controlHeight <= Theme.smallControlHeight ? Theme.caption : Theme.body
+                font.weight: button.prominent ? Font.DemiBold : Font.Medium
+                Accessible.ignored: true
+            }
+            Loader {
+                anchors.verticalCenter: parent.verticalCenter
+                active: button.tabularDigits && button.text !== ""
+                visible: active
+                sourceComponent: DigitText {
+                    text: button.text
+                    color: button.ink
+                    font: label.font
+                    Accessible.ignored: true
+                }
+            }
         }
     }
     background: Rectangle {

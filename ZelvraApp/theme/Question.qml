@@ -4,7 +4,7 @@ import QtQuick.Templates as T
 import Zelvra.Theme
 
 // A question over the window it stands in: title, text, and the answers one below the other. Esc gives the
-// cancelling answer; where there is none it only dismisses. Return gives the prominent one.
+// cancelling answer; where there is none it only dismisses. Return gives the prominent one, which is never destructive where there is a choice.
 //
 // `answers` are { text, role ("", "cancel" or "destructive"), action }. `dismissed` comes once, however the
 // question goes away, before the chosen answer's action.
@@ -17,6 +17,7 @@ T.Popup {
     signal dismissed
 
     property var chosen: null
+    readonly property var cancelling: question.answers.find(answer => answer.role === "cancel")
 
     function choose(answer: var) {
         question.chosen = answer;
@@ -33,7 +34,7 @@ T.Popup {
     implicitHeight: contentItem.implicitHeight + 2 * padding
     onOpened: column.forceActiveFocus()
     onClosed: {
-        const answer = question.chosen ?? question.answers.find(other => other.role === "cancel");
+        const answer = question.chosen ?? question.cancelling;
         question.chosen = null;
         question.dismissed();
         if (answer?.action)
@@ -57,7 +58,7 @@ T.Popup {
     contentItem: ColumnLayout {
         id: column
 
-        readonly property var prominent: question.answers.find(answer => answer.role !== "cancel" && answer.role !== "destructive") ?? question.answers[0]
+        readonly property var prominent: question.answers.find(answer => answer.role !== "cancel" && answer.role !== "destructive") ?? question.cancelling ?? question.answers[0]
 
         spacing: 8
         focus: true
@@ -68,6 +69,7 @@ T.Popup {
         Keys.onEnterPressed: question.choose(column.prominent)
 
         Text {
+            objectName: "questionTitle"
             Layout.fillWidth: true
             text: question.title
             color: Theme.primary
@@ -98,7 +100,7 @@ T.Popup {
                 objectName: "answer:" + modelData.text
                 text: modelData.text
                 controlHeight: Theme.largeControlHeight
-                look: modelData === column.prominent ? PushButton.Prominent : PushButton.Regular
+                look: modelData.text === column.prominent.text ? PushButton.Prominent : PushButton.Regular
                 tint: modelData.role === "destructive" ? Theme.destructive : Theme.primary
                 onClicked: question.choose(modelData)
             }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import Zelvra.Theme
 
 // Gives what it holds a tooltip, also while that is disabled.
@@ -20,23 +19,14 @@ Item {
     HoverHandler {
         id: hover
     }
-    ToolTip {
-        id: label
-
-        visible: hover.hovered && root.tip !== ""
-        delay: Theme.tipDelay
-        text: root.tip
-        padding: 6
-        contentItem: Text {
-            text: label.text
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.caption
-        }
-        background: Rectangle {
-            color: Theme.card
-            border.color: Theme.separator
-            radius: 4
+    Loader {
+        active: hover.hovered && root.tip !== ""
+        sourceComponent: Item {
+            Tip {
+                parent: root
+                text: root.tip
+                visible: true
+            }
         }
     }
 }

@@ -1,20 +1,100 @@
 import QtQuick
-import Zelvra.Session
 import Zelvra.Editor
+import Zelvra.Session
+import Zelvra.Theme
 import Zelvra.Views
 
-// What the main window shows.
+// What the main window shows: the landing screen or the open clip, the toolbar over it, and the questions
+// and the editor that come over the window.
 Item {
     id: content
 
     required property Session session
+    // The width that the user has given the sidebar.
+    property real sidebarWidth: 300
+    // Something else is up over the window: it takes no drops.
+    property bool covered: false
+    readonly property bool dialogUp: questions.anyUp || covered
 
-    PlayerView {
-        anchors.fill: parent
-        focus: true
+    // Asks where work would be lost, as closing the clip does, and then does it. Not at all if the user
+    // keeps the clip.
+    function confirmClose(then: var) {
+        questions.confirmClose(then);
+    }
+
+    Dialogs {
+        id: questions
         session: content.session
+    }
+    WindowToolbar {
+        id: toolbar
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        session: content.session
+    }
+    Loader {
+        anchors.top: toolbar.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        focus: true
+        sourceComponent: content.session.hasVideo ? main : landing
+    }
+    Component {
+        id: landing
+
+        EmptyLandingView {
+            session: content.session
+            takesDrops: !content.dialogUp
+        }
+    }
+    Component {
+        id: main
+
+        MainView {
+            session: content.session
+            takesDrops: !content.dialogUp
+            sidebarWidth: content.sidebarWidth
+            onSidebarDragged: width => content.sidebarWidth = width
+            onDropped: url => content.confirmClose(() => content.session.open(url))
+        }
+    }
+    QuestionHost {
+        session: content.session
+        dialogs: questions
+        enabled: !content.session.hasDraft
     }
     HighlightEditorView {
         session: content.session
+        over: QuestionHost {
+            session: content.session
+            dialogs: questions
+        }
+    }
+    Connections {
+        target: content.session
+
+        // Not every desktop gives the keyboard back to the main window when the editor goes.
+        function onHasDraftChanged() {
+            if (!content.session.hasDraft)
+                content.Window.window.requestActivate();
+        }
+    }
+    Connections {
+        target: content.session.state
+
+        function onTriggerOpenChanged() {
+            if (content.session.state.triggerOpen) {
+                content.session.state.triggerOpen = false;
+                content.session.presentOpenVideoPanel();
+            }
+        }
+        function onTriggerOpenFolderChanged() {
+            if (content.session.state.triggerOpenFolder) {
+                content.session.state.triggerOpenFolder = false;
+                content.session.presentOpenFolderPanel();
+            }
+        }
     }
 }

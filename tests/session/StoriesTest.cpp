@@ -91,6 +91,30 @@ TEST_F(Story, CutsARecordingWhileItPlays) {
     EXPECT_FALSE(std::filesystem::exists(folder_ / "highlighted" / "game_clip_20_highlighted.mov"));
 }
 
+TEST_F(Story, CutsFourHoursIntoThreeHundredClips) {
+    open(clip("day.mp4", {.width = 64,
+                          .height = 36,
+                          .rate = 1,
+                          .frames = 4 * 3600,
+                          .gop = 10,
+                          .container = "mp4"}));
+    for (int i = 0; i < 300; ++i) {
+        session_->setTrim(range(i * 48, i * 48 + 5));
+        if (i == 299) {
+            add(i * 48 + 2, 2, 7);
+        }
+        session_->markCurrentClip();
+    }
+    run(session_->exportMovies());
+    ASSERT_EQ(session_->errorMessage(), "");
+    const auto exported = [&](const char* number) {
+        return story(folder_ / "highlighted" / ("day_clip_" + std::string(number) + "_highlighted.mp4"));
+    };
+    EXPECT_EQ(exported("01"), "0-4");
+    EXPECT_EQ(exported("150"), "7152-7156");
+    EXPECT_EQ(exported("300"), "14352-14353, 14354 frozen 2.0 s #7, 14354-14356");
+}
+
 TEST_F(Story, ExportsWhatWasSeenOfRealMovies) {
     for (const char* name : {"phone-13-portrait.MOV", "sport-11-karma.mp4"}) {
         const auto source = sharedMovie(name);

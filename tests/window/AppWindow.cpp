@@ -5,6 +5,9 @@
 #include <QMimeData>
 #include <QTest>
 
+#include <algorithm>
+#include <stdexcept>
+
 namespace zelvra::test {
 
 namespace {
@@ -21,6 +24,15 @@ QQuickItem* findBelow(QQuickItem* root, const QString& name) {
         }
     }
     return root->objectName() == name ? root : nullptr;
+}
+
+void collectBelow(QQuickItem* root, const QString& name, std::vector<QQuickItem*>& found) {
+    if (root->isVisible() && root->objectName() == name) {
+        found.push_back(root);
+    }
+    for (QQuickItem* child : root->childItems()) {
+        collectBelow(child, name, found);
+    }
 }
 
 QPoint inWindow(QQuickItem& item, std::optional<QPointF> at) {
@@ -79,6 +91,13 @@ QQuickItem& AppWindow::item(const QString& objectName) {
         throw std::runtime_error("no " + objectName.toStdString() + " is shown");
     }
     return *found;
+}
+
+std::vector<QQuickItem*> AppWindow::items(const QString& objectName) {
+    std::vector<QQuickItem*> found;
+    collectBelow(window().contentItem(), objectName, found);
+    std::ranges::sort(found, {}, [](const QQuickItem* item) { return item->mapToScene({0, 0}).y(); });
+    return found;
 }
 
 void AppWindow::click(QQuickItem& item, std::optional<QPointF> at) {

@@ -57,6 +57,8 @@ protected:
     QQuickItem* find(const QString& objectName);
     /// The same; waits for it, and fails the test where it does not come.
     QQuickItem& item(const QString& objectName);
+    /// All visible items of that name in the main window, from top to bottom.
+    std::vector<QQuickItem*> items(const QString& objectName);
     bool isShown(const QString& objectName) { return find(objectName) != nullptr; }
     /// A property of an item, for example its "text".
     QString textOf(const QString& objectName) { return item(objectName).property("text").toString(); }

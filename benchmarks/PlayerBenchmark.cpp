@@ -4,12 +4,15 @@
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <algorithm>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <mpv/client.h>
+#include <string>
+#include <sys/resource.h>
 #include <vector>
 
 // Opening a clip, from the call to its first picture: the session (probe, index, player) and a bare libmpv
@@ -49,7 +52,7 @@ double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-void compare(const char* movie, int rounds) {
+void open(const char* movie, int rounds) {
     const QTemporaryDir folder;
     PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
     AppState session(preferences);
@@ -73,6 +76,23 @@ void compare(const char* movie, int rounds) {
     mpv_terminate_destroy(mpv);
 }
 
+void play(const char* movie, int seconds) {
+    const QTemporaryDir folder;
+    PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
+    AppState session(preferences);
+    session.player().picture().setGreatestSize({1280, 720});
+    oursMs(session, movie);
+    QCoro::Task<> loading = session.load(movie);
+    QCoro::waitFor(loading);
+    session.player().play();
+    QEventLoop loop;
+    QTimer::singleShot(seconds * 1000, &loop, &QEventLoop::quit);
+    loop.exec();
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    std::printf("%.1f\n", static_cast<double>(usage.ru_maxrss) / 1024);
+}
+
 } // namespace
 } // namespace zelvra
 
@@ -81,10 +101,14 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
-    if (argc != 3) {
-        std::fputs("usage: open-clip MOVIE ROUNDS\n", stderr);
+    const std::string command = argc == 4 ? argv[1] : "";
+    if (command == "open") {
+        zelvra::open(argv[2], std::atoi(argv[3]));
+    } else if (command == "play") {
+        zelvra::play(argv[2], std::atoi(argv[3]));
+    } else {
+        std::fputs("usage: player-benchmark open MOVIE ROUNDS | play MOVIE SECONDS\n", stderr);
         return 2;
     }
-    zelvra::compare(argv[1], std::atoi(argv[2]));
     return 0;
 }

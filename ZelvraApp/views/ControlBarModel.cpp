@@ -1,0 +1,48 @@
+#include "ZelvraApp/views/ControlBarModel.h"
+
+#include "ZelvraApp/session/RoughClip.h"
+#include "ZelvraApp/views/Texts.h"
+
+namespace zelvra {
+
+int savingsNeeded(double available, double full, const QList<double>& savings) {
+    int needed = 0;
+    for (double width = full; width > available && needed < savings.size(); ++needed) {
+        width -= savings[needed];
+    }
+    return needed;
+}
+
+void ControlBarModel::setSession(Session* session) {
+    if (session_ == session || session == nullptr) {
+        return;
+    }
+    session_ = session;
+    AppState* state = session->state();
+    for (const auto changedValue :
+         {&AppState::clipQueueChanged, &AppState::queueIndexChanged, &AppState::trimRangeChanged,
+          &AppState::markedClipsChanged, &AppState::activeRoughClipIDChanged}) {
+        connect(state, changedValue, this, &ControlBarModel::changed);
+    }
+    connect(&state->preferences(), &PreferenceStore::changed, this, &ControlBarModel::changed);
+    Q_EMIT changed();
+}
+
+QString ControlBarModel::inPointTip() const {
+    return session_
+               ? Texts::inPointTip(session_->hasTrim(), roughClipLengthSec(session_->state()->preferences()))
+               : QString();
+}
+
+QString ControlBarModel::outPointTip() const {
+    return session_
+               ? Texts::outPointTip(session_->hasTrim(), session_->state()->activeRoughClipID().has_value())
+               : QString();
+}
+
+QString ControlBarModel::exportLabel() const {
+    return session_ ? Texts::exportLabel(static_cast<int>(session_->state()->markedClips().size()))
+                    : QString();
+}
+
+} // namespace zelvra

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "ZelvraApp/bridge/Session.h"
+
+#include <QJSValue>
+#include <QObject>
+#include <QPointer>
+#include <qqml.h>
+
+#include <functional>
+#include <vector>
+
+namespace zelvra {
+
+/// Which of the session's questions is up. The session asks each by a flag of its own; here they stand in
+/// line, so that one shows at a time and the next when it is dismissed. While the editor is open only an
+/// error shows, over it.
+///
+/// It also lets others ask the close question before they do what would lose work. Main thread.
+class Dialogs : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(zelvra::Session* session READ session WRITE setSession NOTIFY sessionChanged REQUIRED)
+    Q_PROPERTY(Question current READ current NOTIFY changed)
+    /// A question or the editor is up: nothing else should come over the window.
+    Q_PROPERTY(bool anyUp READ anyUp NOTIFY changed)
+
+public:
+    enum Question { None, ErrorAlert, ScopePrompt, CloseConfirmation, PostExport };
+    Q_ENUM(Question)
+
+    using QObject::QObject;
+
+    Session* session() const { return session_; }
+    void setSession(Session* session);
+    Question current() const;
+    bool anyUp() const { return current() != None || (session_ && session_->hasDraft()); }
+
+    /// Does `then` at once where nothing would be lost. Otherwise asks, and where the user discards closes
+    /// the clip and then does it; a later call replaces one that waits for its answer.
+    void confirmClose(std::function<void()> then);
+    Q_INVOKABLE void confirmClose(const QJSValue& then);
+    /// The answers to the close question.
+    Q_INVOKABLE void closeAndDiscard();
+    Q_INVOKABLE void keepOpen() { afterClosing_ = nullptr; }
+
+    /// The question went away; its flag is taken back.
+    Q_INVOKABLE void dismiss(Question question);
+
+Q_SIGNALS:
+    void sessionChanged();
+    void changed();
+
+private:
+    void want(Question question, bool wanted);
+
+    QPointer<Session> session_;
+    std::vector<Question> line_; ///< that are wanted, in the order in which they came
+    std::function<void()> afterClosing_;
+};
+
+} // namespace zelvra

@@ -1,0 +1,64 @@
+import QtQuick
+import Zelvra.Session
+import Zelvra.Theme
+import Zelvra.Views
+
+// Tells that an export has written its files, and shows the last of them in the file viewer.
+Row {
+    id: banner
+
+    required property Session session
+    readonly property url exported: session.state.lastExportURL
+    // Stays while the banner slides out.
+    property string name
+
+    onExportedChanged: {
+        if (exported.toString() !== "")
+            name = Texts.fileName(exported);
+    }
+    Component.onCompleted: exportedChanged()
+    objectName: "exportBanner"
+    spacing: 12
+
+    Icon {
+        anchors.verticalCenter: parent.verticalCenter
+        name: "check_circle"
+        size: 24
+        color: Theme.success
+    }
+    Column {
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        Text {
+            text: "Exported"
+            color: Theme.primary
+            font.family: Theme.family
+            font.pixelSize: Theme.headline
+            font.weight: Font.DemiBold
+        }
+        Text {
+            objectName: "exportedName"
+            width: Math.min(implicitWidth, 360)
+            text: banner.name
+            elide: Text.ElideMiddle
+            color: Theme.secondary
+            font.family: Theme.family
+            font.pixelSize: Theme.caption
+        }
+    }
+    PushButton {
+        objectName: "reveal"
+        anchors.verticalCenter: parent.verticalCenter
+        text: "Reveal in Finder"
+        onClicked: banner.session.revealLastExport()
+    }
+    PushButton {
+        objectName: "dismissBanner"
+        anchors.verticalCenter: parent.verticalCenter
+        look: PushButton.Borderless
+        iconName: "close"
+        Accessible.name: "Dismiss"
+        onClicked: banner.session.forgetLastExport()
+    }
+}

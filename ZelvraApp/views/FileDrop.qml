@@ -1,0 +1,18 @@
+import QtQuick
+import Zelvra.Views
+
+// Takes files that are dragged from elsewhere; the first of them counts. `isTargeted` while they are over it.
+DropArea {
+    id: area
+
+    readonly property bool isTargeted: containsDrag
+    signal offered(url: url)
+
+    onEntered: drag => drag.accepted = drag.hasUrls
+    onDropped: drop => {
+        if (drop.urls.length > 0) {
+            drop.accept(Qt.CopyAction);
+            area.offered(drop.urls[0]);
+        }
+    }
+}

@@ -1,0 +1,53 @@
+import QtQuick
+import Zelvra.Editor
+import Zelvra.Session
+import Zelvra.Theme
+import Zelvra.Views
+
+// The figure of the highlight whose freeze is previewed, over the picture, and a badge that says so.
+Item {
+    id: overlay
+
+    required property Session session
+
+    objectName: "previewOverlay"
+    visible: session.isPreviewing
+
+    ShapeRenderer {
+        objectName: "previewShape"
+        anchors.fill: parent
+        highlight: overlay.session.state.previewHighlight
+        pictureSize: overlay.session.displaySize
+    }
+    Rectangle {
+        objectName: "previewBadge"
+        anchors.top: parent.top
+        anchors.right: parent.right
+        anchors.margins: 10
+        width: badge.implicitWidth + 18
+        height: badge.implicitHeight + 8
+        radius: height / 2
+        color: Qt.rgba(0, 0, 0, 0.45)
+
+        Row {
+            id: badge
+
+            anchors.centerIn: parent
+            spacing: 5
+
+            Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                name: "pause_circle_filled"
+                size: 15
+                color: Qt.rgba(1, 1, 1, 0.85)
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: "Freeze preview"
+                color: Qt.rgba(1, 1, 1, 0.85)
+                font.family: Theme.family
+                font.pixelSize: Theme.caption
+            }
+        }
+    }
+}

@@ -1,0 +1,143 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zelvra.Session
+import Zelvra.Theme
+import Zelvra.Views
+
+// The open clip: its picture, the strip of its timeline and the control bar; beside them its lists; over them
+// what an export has to tell.
+Item {
+    id: view
+
+    required property Session session
+    property bool takesDrops: true
+    property real sidebarWidth: 300
+    signal sidebarDragged(width: real)
+    signal dropped(url: url)
+
+    readonly property int leastPlayerWidth: 520
+    readonly property int leastSidebarWidth: 260
+
+    T.SplitView {
+        id: split
+
+        anchors.fill: parent
+        orientation: Qt.Horizontal
+        onResizingChanged: {
+            if (!resizing)
+                view.sidebarDragged(sidebar.width);
+        }
+        handle: Rectangle {
+            id: divider
+
+            objectName: "divider"
+            implicitWidth: 1
+            color: T.SplitHandle.pressed || T.SplitHandle.hovered ? Theme.tertiary : Theme.separator
+            containmentMask: Item {
+                x: -4
+                width: 9
+                height: divider.height
+            }
+        }
+
+        Item {
+            T.SplitView.fillWidth: true
+            T.SplitView.minimumWidth: view.leastPlayerWidth
+
+            PlayerView {
+                objectName: "playerArea"
+                anchors.top: parent.top
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.bottom: strip.top
+                focus: true
+                session: view.session
+                overlay: [
+                    HighlightPreviewOverlay {
+                        anchors.fill: parent
+                        session: view.session
+                    },
+                Card {
+                    anchors.centerIn: parent
+                    width: 64
+                    height: 64
+                    opacity: spinner.opacity
+                    visible: spinner.visible
+
+                    Spinner {
+                        id: spinner
+
+                        objectName: "spinner"
+                        anchors.centerIn: parent
+                        running: view.session.state.isOpening || view.session.state.isGrabbingFrame
+                    }
+                }
+                ]
+            }
+            TimelineRow {
+                id: strip
+
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.bottom: controls.top
+                session: view.session
+            }
+            ControlBar {
+                id: controls
+
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.bottom: parent.bottom
+                session: view.session
+            }
+        }
+        HighlightsSidebar {
+            id: sidebar
+
+            T.SplitView.minimumWidth: view.leastSidebarWidth
+            T.SplitView.maximumWidth: Math.max(view.leastSidebarWidth, split.width - view.leastPlayerWidth - 1)
+            T.SplitView.preferredWidth: view.sidebarWidth
+            session: view.session
+        }
+    }
+    SlidingCard {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 16
+        edge: Qt.BottomEdge
+        shown: view.session.state.isExporting
+
+        ExportProgressBar {
+            session: view.session
+        }
+    }
+    SlidingCard {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.top: parent.top
+        anchors.topMargin: 12
+        edge: Qt.TopEdge
+        shown: !view.session.state.isExporting && view.session.state.lastExportURL.toString() !== ""
+
+        ExportSuccessBanner {
+            session: view.session
+        }
+    }
+    FileDrop {
+        id: drop
+
+        objectName: "clipDrop"
+        anchors.fill: parent
+        enabled: view.takesDrops
+        onOffered: url => view.dropped(url)
+    }
+    DashedOutline {
+        anchors.fill: parent
+        anchors.margins: 12
+        radius: Theme.landingRadius
+        lineWidth: 3
+        dash: 8
+        gap: 6
+        color: Theme.over(Theme.vivid, 0.9)
+        visible: drop.isTargeted
+    }
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QUrl>
+#include <qqml.h>
+
+namespace zelvra {
+
+/// The main window's texts that follow from numbers. Functions of their arguments alone; views call them as
+/// `Texts.closeMessage(…)`.
+class Texts : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    using QObject::QObject;
+
+    // Questions
+    /// What closing would lose; empty where nothing would be lost.
+    Q_INVOKABLE static QString closeMessage(int highlights, int markedClips);
+    /// `file` is what was written last; empty where nothing was.
+    Q_INVOKABLE static QString postExportMessage(const QUrl& file);
+    /// The answer that leads on in a queue, from the clip at `queueIndex`, counted from 0.
+    Q_INVOKABLE static QString nextClipAnswer(int queueIndex, int queueLength);
+
+    // Control bar
+    Q_INVOKABLE static QString exportLabel(int markedClips);
+    Q_INVOKABLE static QString markLabel(bool editing);
+    Q_INVOKABLE static QString markTip(bool editing);
+    Q_INVOKABLE static QString inPointTip(bool hasTrim, double clipLengthSec);
+    Q_INVOKABLE static QString outPointTip(bool hasTrim, bool hasRoughClip);
+    Q_INVOKABLE static QString trimBadgeTip(bool editing);
+
+    // Rows
+    Q_INVOKABLE static QString clipNumber(int number);
+    Q_INVOKABLE static QString highlightCount(int highlights);
+    Q_INVOKABLE static QString clipRowTip(bool editing);
+    Q_INVOKABLE static QString freezeLength(double seconds);
+    /// The name of the folder that holds it.
+    Q_INVOKABLE static QString folderName(const QString& path);
+
+    /// The last component of a local file's path.
+    Q_INVOKABLE static QString fileName(const QUrl& file);
+
+    /// Of a fraction from 0 to 1, cut off.
+    Q_INVOKABLE static QString percentage(double fraction);
+};
+
+} // namespace zelvra

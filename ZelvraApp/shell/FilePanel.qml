@@ -1,6 +1,5 @@
 pragma ComponentBehavior: Bound
 
-import Qt.labs.folderlistmodel
 import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
@@ -12,20 +11,15 @@ T.Popup {
     id: panel
 
     required property OpenPanels panels
-    readonly property int row: list.currentIndex
-    readonly property bool rowIsFolder: row >= 0 && files.isFolder(row)
-    readonly property url rowUrl: row >= 0 ? files.get(row, "fileUrl") : ""
+    readonly property var chosen: files.entries[list.currentIndex]
 
     function present(over: Item) {
         parent = over;
-        files.folder = panels.firstFolder;
-        list.currentIndex = -1;
         open();
-        list.forceActiveFocus();
+        goTo(panels.firstFolder);
     }
     function goTo(folder: url) {
         files.folder = folder;
-        list.currentIndex = -1;
         list.forceActiveFocus();
     }
     function choose(url: url) {
@@ -33,10 +27,10 @@ T.Popup {
         panels.choose(url);
     }
     function openRow() {
-        if (rowIsFolder)
-            goTo(rowUrl);
-        else if (row >= 0)
-            choose(rowUrl);
+        if (chosen?.isFolder)
+            goTo(chosen.url);
+        else if (chosen)
+            choose(chosen.url);
     }
 
     anchors.centerIn: parent
@@ -46,6 +40,12 @@ T.Popup {
     modal: true
     focus: true
     closePolicy: T.Popup.CloseOnEscape
+
+    FolderListing {
+        id: files
+
+        globs: panel.panels.globs
+    }
 
     T.Overlay.modal: Rectangle {
         color: Theme.shade
@@ -131,14 +131,8 @@ T.Popup {
                         panel.goTo(files.parentFolder);
                 }
                 T.ScrollBar.vertical: AppScrollBar {}
-                model: FolderListModel {
-                    id: files
-
-                    nameFilters: panel.panels.globs
-                    showFiles: !panel.panels.forFolder
-                    showDirsFirst: true
-                    sortCaseSensitive: false
-                }
+                model: files.entries
+                onModelChanged: currentIndex = -1 // the view would choose the first by itself
                 delegate: FilePanelRow {
                     width: ListView.view.width
                     onClicked: {
@@ -151,7 +145,7 @@ T.Popup {
             Text {
                 objectName: "panelEmpty"
                 anchors.centerIn: parent
-                visible: files.count === 0 && files.status === FolderListModel.Ready
+                visible: files.entries.length === 0 && !files.reading
                 text: panel.panels.forFolder ? qsTr("No folders in here") : qsTr("No movies in here")
                 color: Theme.tertiary
                 font.family: Theme.family
@@ -179,12 +173,12 @@ T.Popup {
                 text: panel.panels.prompt
                 look: PushButton.Prominent
                 controlHeight: Theme.largeControlHeight
-                enabled: panel.panels.forFolder || panel.row >= 0
+                enabled: panel.panels.forFolder || panel.chosen !== undefined
                 onClicked: {
                     if (!panel.panels.forFolder)
                         panel.openRow();
                     else
-                        panel.choose(panel.row >= 0 ? panel.rowUrl : files.folder);
+                        panel.choose(panel.chosen?.url ?? files.folder);
                 }
             }
         }

@@ -9,10 +9,7 @@ T.AbstractButton {
     id: row
 
     required property int index
-    required property string fileName
-    required property bool fileIsDir
-    required property var fileSize
-    required property date fileModified
+    required property var modelData
     readonly property bool chosen: ListView.isCurrentItem
     readonly property color ink: chosen ? "#ffffff" : Theme.primary
     readonly property color paleInk: chosen ? "#ffffff" : Theme.tertiary
@@ -24,37 +21,37 @@ T.AbstractButton {
         horizontalAlignment: Text.AlignRight
     }
 
-    objectName: "file:" + fileName
+    objectName: "file:" + modelData.name
     implicitHeight: 28
     focusPolicy: Qt.NoFocus
     hoverEnabled: true
     leftPadding: 8
     rightPadding: 12
     Accessible.role: Accessible.ListItem
-    Accessible.name: fileName
+    Accessible.name: modelData.name
 
     contentItem: RowLayout {
         spacing: 8
 
         Icon {
-            name: row.fileIsDir ? "folder" : "movie"
-            color: row.chosen ? "#ffffff" : row.fileIsDir ? Theme.accent : Theme.secondary
+            name: row.modelData.isFolder ? "folder" : "movie"
+            color: row.chosen ? "#ffffff" : row.modelData.isFolder ? Theme.accent : Theme.secondary
         }
         Text {
             Layout.fillWidth: true
-            text: row.fileName
+            text: row.modelData.name
             color: row.ink
             font.family: Theme.family
             font.pixelSize: Theme.body
             elide: Text.ElideMiddle
         }
         Detail {
-            visible: !row.fileIsDir
-            text: Qt.locale("C").formattedDataSize(row.fileSize, 1, Locale.DataSizeSIFormat)
+            visible: !row.modelData.isFolder
+            text: row.modelData.sizeText
         }
         Detail {
             Layout.preferredWidth: 120
-            text: Qt.formatDateTime(row.fileModified, "yyyy-MM-dd HH:mm")
+            text: row.modelData.timeText
         }
     }
     background: Rectangle {

@@ -59,7 +59,7 @@ ApplicationWindow {
         anchors.fill: parent
         session: window.session
         sidebarWidth: window.remembered.sidebarWidth
-        covered: window.shell.leaving.asksAboutExport || moviePanel.visible || folderPanel.visible
+        covered: window.shell.leaving.asksAboutExport || panel.visible
         onSidebarWidthChanged: window.remembered.sidebarWidth = sidebarWidth
     }
 

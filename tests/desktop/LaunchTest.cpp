@@ -15,8 +15,8 @@ namespace {
 /// The program as a shell starts it, with a home of its own.
 class Launch : public testing::Test {
 protected:
-    void start(const QStringList& arguments) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    void start(const QStringList& arguments,
+               QProcessEnvironment environment = QProcessEnvironment::systemEnvironment()) {
         for (const auto& [variable, name] : {std::pair("ZELVRA_PREFERENCES", "preferences.json"),
                                              std::pair("ZELVRA_STATE", "window.json")}) {
             environment.insert(QLatin1String(variable), QString::fromStdString((folder_ / name).string()));
@@ -80,6 +80,32 @@ TEST_F(Launch, TakesTheNameWhereNobodyHasIt) {
     EXPECT_FALSE(later.claim({}));
     program_.terminate();
     exitStatus();
+}
+
+TEST_F(Launch, DrawsItsWindowOnWayland) {
+    const QString folder = QString::fromStdString(folder_.path().string());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_RUNTIME_DIR", folder);
+    environment.insert("WAYLAND_DISPLAY", "zelvra-test");
+    environment.insert("WAYLAND_DEBUG", "1");
+    environment.insert("QT_QPA_PLATFORM", "wayland");
+    environment.insert("QT_IM_MODULE", "compose"); // Qt 6.4 wants a keyboard for its own, and there is none
+    QProcess weston;
+    weston.setProcessEnvironment(environment);
+    weston.start("weston", {"--backend=headless-backend.so", "--socket=zelvra-test", "--idle-time=0"});
+    if (!weston.waitForStarted()) {
+        GTEST_SKIP() << "there is no weston";
+    }
+    ASSERT_TRUE(QTest::qWaitFor([&] { return std::filesystem::exists(folder_ / "zelvra-test"); }, 20'000));
+    start({}, environment);
+    QByteArray protocol;
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return (protocol += program_.readAllStandardError()).contains(".attach(wl_buffer"); }, 20'000));
+    EXPECT_TRUE(protocol.contains("set_app_id(\"com.corvath.Zelvra\")"));
+    program_.terminate();
+    exitStatus();
+    weston.terminate();
+    weston.waitForFinished();
 }
 
 } // namespace

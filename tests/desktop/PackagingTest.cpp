@@ -1,0 +1,43 @@
+#include <QImage>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+namespace zelvra::test {
+namespace {
+
+const QString packaging = QStringLiteral(ZELVRA_PACKAGING);
+const QString built = QStringLiteral(ZELVRA_PACKAGING_BUILT);
+
+/// Whatever the program complains of; empty where it is content.
+QByteArray complaints(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    process.waitForFinished();
+    return process.exitCode() == 0 && process.error() != QProcess::FailedToStart
+               ? QByteArray()
+               : process.readAll() + "failed";
+}
+
+TEST(Packaging, DescribesTheProgramAsDesktopsWantIt) {
+    EXPECT_EQ(complaints("desktop-file-validate", {packaging + "/desktop/com.corvath.Zelvra.desktop"}), "");
+    EXPECT_EQ(
+        complaints("appstreamcli", {"validate", "--no-net", built + "/com.corvath.Zelvra.metainfo.xml"}), "");
+    QProcess groff;
+    groff.start("groff", {"-man", "-Tutf8", "-P-cbou", "-ww", packaging + "/man/zelvra.1"});
+    groff.waitForFinished();
+    EXPECT_EQ(groff.readAllStandardError(), "");
+}
+
+TEST(Packaging, DrawsTheIconInEverySize) {
+    for (const int size : {16, 48, 512}) {
+        const QImage icon(built + QStringLiteral("/icons/%1/com.corvath.Zelvra.png").arg(size));
+        EXPECT_EQ(icon.size(), QSize(size, size));
+        EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0);
+        EXPECT_GT(icon.pixelColor(size / 2, size / 4).alpha(), 200);
+    }
+}
+
+} // namespace
+} // namespace zelvra::test

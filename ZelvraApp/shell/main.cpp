@@ -1,13 +1,14 @@
 #include "ZelvraApp/platform/SingleInstance.h"
+#include "ZelvraApp/platform/TerminationSignals.h"
 #include "ZelvraApp/shell/Application.h"
 #include "ZelvraApp/shell/CommandLine.h"
 #include "ZelvraApp/shell/DesktopIntegration.h"
-#include "ZelvraCore/records/ZVError.h"
 
 #include <QDir>
 #include <QGuiApplication>
 
 #include <cstdio>
+#include <exception>
 #include <malloc.h>
 
 int main(int argc, char** argv) {
@@ -32,6 +33,9 @@ int main(int argc, char** argv) {
         return 0;
     }
     try {
+        zelvra::TerminationSignals termination;
+        QObject::connect(&termination, &zelvra::TerminationSignals::received, &program,
+                         [] { QCoreApplication::exit(0); });
         zelvra::DesktopIntegration desktop(QDBusConnection::sessionBus(), QDBusConnection::systemBus());
         zelvra::Application application({});
         desktop.connectTo(application, instance);
@@ -39,7 +43,7 @@ int main(int argc, char** argv) {
             application.state().handleOpenedURLs(line.urls);
         }
         return QGuiApplication::exec();
-    } catch (const zelvra::MediaError& error) {
+    } catch (const std::exception& error) {
         std::fprintf(stderr, "zelvra: %s\n", error.what());
         return 1;
     }

@@ -70,7 +70,7 @@ TEST_F(Launch, HandsOverToTheOneThatRuns) {
         QList<QUrl>{QUrl::fromLocalFile(QString::fromStdString((folder_ / "second half.mov").string()))});
 }
 
-TEST_F(Launch, TakesTheNameWhereNobodyHasIt) {
+TEST_F(Launch, TakesTheNameWhereNobodyHasItAndEndsInGoodOrder) {
     start({});
     SingleInstance later(QDBusConnection::sessionBus());
     const auto isTaken = [] {
@@ -79,7 +79,9 @@ TEST_F(Launch, TakesTheNameWhereNobodyHasIt) {
     ASSERT_TRUE(QTest::qWaitFor(isTaken, 20'000));
     EXPECT_FALSE(later.claim({}));
     program_.terminate();
-    exitStatus();
+    EXPECT_EQ(exitStatus(), 0);
+    EXPECT_EQ(program_.exitStatus(), QProcess::NormalExit);
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "window.json"));
 }
 
 TEST_F(Launch, DrawsItsWindowOnWayland) {

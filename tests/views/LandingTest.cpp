@@ -1,13 +1,7 @@
 #include "tests/views/ViewsTest.h"
 
-#include <gmock/gmock.h>
-
-#include <fstream>
-
 namespace zelvra::test {
 namespace {
-
-using testing::ElementsAre;
 
 using Landing = ViewsTest;
 

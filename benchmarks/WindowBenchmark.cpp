@@ -170,19 +170,17 @@ void dragTrim(Application& application, const char* movie, int marks) {
     const auto range = [](double start, double end) {
         return CMTimeRange::fromStartToEnd(sessionTime(start), sessionTime(end));
     };
-    const auto pixel =
-        std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)});
     for (int i = 0; i < marks; ++i) {
         state.setTrim(range(length * i / marks, length * (i + 1) / marks));
         state.markCurrentClip();
     }
+    MarkedClip edited{Uuid::random(), range(0, length / 20), {}};
     for (int i = 0; i < marks; ++i) {
-        const Highlight highlight{Uuid::random(), sessionTime(length * i / marks), sessionTime(3), {}};
-        state.setDraft(HighlightDraft::editing(highlight, Image(pixel, {}), {1920, 1080}));
-        state.commitDraft();
-        state.setShowDefaultsScopePrompt(false);
+        // Behind the handle, but on the strip: a dot over the handle would be pressed instead.
+        const double moment = length * (0.1 + 0.1 * i / marks);
+        edited.highlights.push_back({Uuid::random(), sessionTime(moment), sessionTime(3), {}});
     }
-    state.setTrim(range(0, length / 20));
+    state.editMarkedClip(edited);
     QQuickWindow& window = application.mainWindow();
     pass(1000);
     auto* handle = window.findChild<QQuickItem*>(QStringLiteral("trimEndHandle"));
@@ -202,6 +200,7 @@ int main(int argc, char** argv) {
     zelvra::Application::prepare();
     const QGuiApplication program(argc, argv);
     const QTemporaryDir folder;
+    qputenv("ZELVRA_STATE", folder.filePath("state.json").toUtf8()); // the window's first size
     zelvra::Application application({.preferences = folder.filePath("preferences.json").toStdString()});
     const std::string command = argc > 1 ? argv[1] : "";
     if (command == "start" && argc == 2) {

@@ -21,16 +21,22 @@ QUrl urlOf(const std::filesystem::path& path) {
 } // namespace
 
 void showInFileManager(const std::filesystem::path& file) {
+    const auto openFolder = [file] { QDesktopServices::openUrl(urlOf(file.parent_path())); };
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        openFolder();
+        return;
+    }
     QDBusMessage show = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
         QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
     show << QStringList{QString::fromUtf8(urlOf(file).toEncoded())}
          << qEnvironmentVariable("DESKTOP_STARTUP_ID");
-    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(show));
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, file] {
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(show));
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, openFolder] {
         const QDBusPendingReply<> reply = *watcher;
         if (reply.isError()) {
-            QDesktopServices::openUrl(urlOf(file.parent_path()));
+            openFolder();
         }
         watcher->deleteLater();
     });

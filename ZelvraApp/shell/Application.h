@@ -51,7 +51,7 @@ private:
         Leaving* leaving = nullptr;
     };
 
-    OpenPanels panels_;
+    OpenPanels panels_{QDBusConnection::sessionBus()};
     DesktopServices desktop_;
     AskFirst askFirst_;
     WindowState windowState_;

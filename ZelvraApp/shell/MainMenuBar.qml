@@ -61,7 +61,7 @@ AppMenuBar {
                 objectName: "clearRecentsItem"
                 text: "Clear Menu"
                 enabled: bar.can.canClearRecents
-                onTriggered: bar.session.clearRecents()
+                onTriggered: Qt.callLater(bar.session.clearRecents)
             }
         }
         AppMenuSeparator {}

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Controls.Basic
-import QtQuick.Dialogs
 import Zelvra.Session
 import Zelvra.Theme
 import Zelvra.Views
@@ -19,28 +18,6 @@ ApplicationWindow {
     minimumWidth: 960
     minimumHeight: 620 + menus.height
     color: Theme.window
-
-    // For what the toolkit draws itself: its dialogs, where the desktop has none.
-    palette {
-        window: Theme.window
-        windowText: Theme.primary
-        base: Theme.field
-        alternateBase: Theme.bar
-        text: Theme.primary
-        placeholderText: Theme.tertiary
-        button: Theme.control
-        buttonText: Theme.primary
-        brightText: Theme.primary
-        highlight: Theme.accentFill
-        highlightedText: "#ffffff"
-        light: Theme.hover
-        midlight: Theme.controlHover
-        mid: Theme.controlPressed
-        dark: Theme.controlBorder
-        link: Theme.accent
-        toolTipBase: Theme.card
-        toolTipText: Theme.primary
-    }
 
     Component.onCompleted: {
         width = remembered.width;
@@ -82,7 +59,7 @@ ApplicationWindow {
         anchors.fill: parent
         session: window.session
         sidebarWidth: window.remembered.sidebarWidth
-        covered: window.shell.leaving.asksAboutExport || moviePanel.visible || folderPanel.visible
+        covered: window.shell.leaving.asksAboutExport || panel.visible
         onSidebarWidthChanged: window.remembered.sidebarWidth = sidebarWidth
     }
 
@@ -105,31 +82,16 @@ ApplicationWindow {
         onDismissed: window.shell.leaving.stay()
     }
 
-    FileDialog {
-        id: moviePanel
+    FilePanel {
+        id: panel
 
-        title: window.shell.panels.message
-        acceptLabel: window.shell.panels.prompt
-        nameFilters: window.shell.panels.movieFilters
-        currentFolder: window.shell.panels.firstFolder
-        onAccepted: window.shell.panels.choose(selectedFile)
-    }
-    FolderDialog {
-        id: folderPanel
-
-        title: window.shell.panels.message
-        acceptLabel: window.shell.panels.prompt
-        currentFolder: window.shell.panels.firstFolder
-        onAccepted: window.shell.panels.choose(selectedFolder)
+        panels: window.shell.panels
     }
     Connections {
         target: window.shell.panels
 
-        function onMovieAsked() {
-            moviePanel.open();
-        }
-        function onFolderAsked() {
-            folderPanel.open();
+        function onAsked() {
+            panel.present(settings.item?.active ? settings.item.contentItem : window.contentItem);
         }
     }
 

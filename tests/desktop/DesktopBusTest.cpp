@@ -1,9 +1,10 @@
 #include "ZelvraApp/platform/DesktopSettings.h"
 #include "ZelvraApp/platform/FileManager.h"
 #include "ZelvraApp/platform/Inhibitor.h"
+#include "ZelvraApp/platform/PortalFileChooser.h"
 #include "ZelvraApp/platform/SingleInstance.h"
 
-#include <QDBusContext>
+#include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
@@ -129,6 +130,70 @@ TEST(IdleInhibitor, HoldsTheScreenAwakeUntilItIsReleased) {
     EXPECT_FALSE(request.closed);
     inhibitor.hold(false); // perhaps before the portal's answer has come
     EXPECT_TRUE(QTest::qWaitFor([&] { return request.closed; }, 20'000));
+}
+
+class FileChooserPortal : public Service {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.FileChooser")
+
+public:
+    FileChooserPortal()
+        : Service(QStringLiteral("org.freedesktop.portal.Desktop"),
+                  QStringLiteral("/org/freedesktop/portal/desktop")) {
+        start();
+    }
+    void answer(uint response, const QStringList& uris) {
+        QDBusMessage signal = QDBusMessage::createSignal(
+            request, QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"));
+        signal << response << QVariantMap{{QStringLiteral("uris"), uris}};
+        others().send(signal);
+    }
+    QString title;
+    QVariantMap options;
+    QString filters; ///< their signature on the bus
+    QString request;
+
+public Q_SLOTS:
+    QDBusObjectPath OpenFile(const QString&, const QString& asked, const QVariantMap& with,
+                             const QDBusMessage& call) {
+        title = asked;
+        options = with;
+        filters = with[QStringLiteral("filters")].value<QDBusArgument>().currentSignature();
+        const QString sender = call.service().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
+        request = path_ + QStringLiteral("/request/%1/").arg(sender) +
+                  with[QStringLiteral("handle_token")].toString();
+        return QDBusObjectPath(request);
+    }
+};
+
+TEST(PortalFileChooser, AsksTheDesktopAndTakesItsAnswer) {
+    PortalFileChooser chooser(ours());
+    QSignalSpy chosen(&chooser, &PortalFileChooser::chosen);
+    QSignalSpy unavailable(&chooser, &PortalFileChooser::unavailable);
+    const PortalFileChooser::Question question{.title = "Choose a clip",
+                                               .acceptLabel = "Open",
+                                               .filterName = "Movies",
+                                               .globs = {"*.mov", "*.MOV"},
+                                               .firstFolder = "/clips",
+                                               .parentWindow = {}};
+    chooser.ask(question);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !unavailable.isEmpty(); }, 20'000));
+
+    FileChooserPortal portal;
+    chooser.ask(question);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !portal.request.isEmpty(); }, 20'000));
+    EXPECT_EQ(portal.title, "Choose a clip");
+    EXPECT_EQ(portal.options["accept_label"], "Open");
+    EXPECT_EQ(portal.options["current_folder"], QByteArray("/clips").append('\0'));
+    EXPECT_EQ(portal.filters, "a(sa(us))");
+    portal.answer(1, {"file:///cancelled.mov"});
+    chooser.ask(question);
+    const QString before = portal.request;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return portal.request != before; }, 20'000));
+    portal.answer(0, {"file:///clips/game%201.mov"});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !chosen.isEmpty(); }, 20'000));
+    EXPECT_EQ(chosen.size(), 1);
+    EXPECT_EQ(chosen.first().first().toUrl().toLocalFile(), "/clips/game 1.mov");
 }
 
 class Login : public Service {

@@ -16,7 +16,7 @@ TEST_F(ShellWindow, AsksBeforeUnexportedWorkIsLost) {
     EXPECT_FALSE(desktop_.terminated);
     ASSERT_TRUE(state().showCloseConfirmation());
 
-    state().setShowCloseConfirmation(false); // Cancel
+    click("answer:Cancel");
     letPass(1);
     state().closeVideo(); // later, for other reasons
     EXPECT_FALSE(desktop_.terminated);
@@ -27,8 +27,7 @@ TEST_F(ShellWindow, EndsOnceTheWorkIsDiscarded) {
     addHighlight(0.5);
     window().close();
     ASSERT_TRUE(state().showCloseConfirmation());
-    state().setShowCloseConfirmation(false);
-    state().closeVideo(); // Close and Discard
+    click("answer:Close and Discard");
     EXPECT_TRUE(comesTrue([&] { return desktop_.terminated; }));
 }
 

@@ -48,9 +48,10 @@ protected:
             return item(objectName);
         }
         closeMenus();
-        hover(item("menu:" + menu)); // opens it where another was open
-        if (!isShown(objectName)) {
+        // Where another menu was open, moving there opens it, and the click closes it again.
+        for (int attempt = 0; attempt < 5 && !isShown(objectName); ++attempt) {
             click("menu:" + menu);
+            letPass(50);
         }
         return item(objectName);
     }

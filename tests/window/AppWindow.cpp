@@ -5,6 +5,8 @@
 #include <QMimeData>
 #include <QTest>
 
+#include <tuple>
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -33,6 +35,17 @@ void collectBelow(QQuickItem* root, const QString& name, std::vector<QQuickItem*
     for (QQuickItem* child : root->childItems()) {
         collectBelow(child, name, found);
     }
+}
+
+/// Waits until the item has come to rest: what has just been shown is laid out a moment later.
+void letRest(QQuickItem& item) {
+    std::optional<QRectF> before;
+    std::ignore = QTest::qWaitFor(
+        [&] {
+            const QRectF now = item.mapRectToScene(item.boundingRect());
+            return std::exchange(before, now) == now;
+        },
+        20'000);
 }
 
 QPoint inWindow(QQuickItem& item, std::optional<QPointF> at) {
@@ -101,6 +114,7 @@ std::vector<QQuickItem*> AppWindow::items(const QString& objectName) {
 }
 
 void AppWindow::click(QQuickItem& item, std::optional<QPointF> at) {
+    letRest(item);
     QTest::mouseMove(item.window(), inWindow(item, at));
     QTest::mouseClick(item.window(), Qt::LeftButton, {}, inWindow(item, at));
 }

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+namespace zelvra {
+
+/// The desktop's own file chooser, by the FileChooser interface of the XDG desktop portal: GNOME's on GNOME,
+/// KDE's on KDE. Where there is none, `unavailable` says so, and the caller has to ask by itself.
+///
+/// One question at a time: a second one makes this forget the first. Main thread.
+class PortalFileChooser : public QObject {
+    Q_OBJECT
+
+public:
+    struct Question {
+        bool folder = false; ///< else a file
+        QString title;
+        QString acceptLabel;
+        QString filterName;
+        QStringList globs;   ///< "*.mov"; none for a folder
+        QString firstFolder; ///< where to begin to look
+        /// The window that asks, as the portal names it: "x11:3a00007", or empty where that is not known.
+        QString parentWindow;
+    };
+
+    explicit PortalFileChooser(const QDBusConnection& bus, QObject* parent = nullptr);
+
+    /// Leads to one of the signals, or to none where the user cancels.
+    void ask(const Question& question);
+
+Q_SIGNALS:
+    void chosen(const QUrl& url);
+    void unavailable();
+
+private Q_SLOTS:
+    void takeResponse(const QDBusMessage& response);
+
+private:
+    void listenTo(const QString& request);
+
+    QDBusConnection bus_;
+    QString request_; ///< object path of the open question; empty where none is
+    int questions_ = 0;
+};
+
+} // namespace zelvra

@@ -1,5 +1,6 @@
 #include "ZelvraApp/platform/SoftwarePicture.h"
 #include "ZelvraApp/session/Background.h"
+#include "ZelvraApp/session/SessionTime.h"
 #include "ZelvraApp/shell/Application.h"
 
 #include <QElapsedTimer>
@@ -16,6 +17,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <sys/resource.h>
@@ -24,11 +26,14 @@
 
 // The application in its real window, measured from inside. Each command prints numbers on one line:
 //
-//     window-benchmark start                 milliseconds from the process's start to the first frame on
-//     screen,
-//                                            resident MiB
-//     window-benchmark play MOVIE SECONDS    processor seconds a second, pictures shown a second, resident
-//     MiB
+//     window-benchmark start
+//         milliseconds from the process's start to the first frame on screen, resident MiB
+//     window-benchmark play MOVIE SECONDS
+//         processor seconds a second, pictures shown a second, resident MiB
+//     window-benchmark drag-shape MOVIE
+//     window-benchmark drag-trim MOVIE MARKS
+//         milliseconds from a move of the pointer to the frame that shows it, median and 95th of 100; with
+//         that many marked clips and highlights on the strip
 
 namespace zelvra {
 namespace {
@@ -132,6 +137,22 @@ QQuickWindow& editorOf(Application& application) {
     return *editor;
 }
 
+void timeDrag(QQuickWindow& window, QPoint start, const std::function<QPoint(int)>& way) {
+    QTest::mousePress(&window, Qt::LeftButton, {}, start);
+    std::vector<double> frames;
+    constexpr int moves = 300;
+    for (int move = 1; move <= moves; ++move) {
+        QElapsedTimer time;
+        time.start();
+        QTimer::singleShot(0, &window, [&] { QTest::mouseMove(&window, start + way(move)); });
+        waitForFrame(window);
+        frames.push_back(static_cast<double>(time.nsecsElapsed()) / 1e6);
+    }
+    QTest::mouseRelease(&window, Qt::LeftButton, {}, start);
+    std::ranges::sort(frames);
+    std::printf("%.1f %.1f\n", frames[moves / 2], frames[moves * 95 / 100]);
+}
+
 void dragShape(Application& application, const char* movie) {
     open(application, movie);
     QQuickWindow& editor = editorOf(application);
@@ -139,20 +160,36 @@ void dragShape(Application& application, const char* movie) {
     pass(500);
     auto* handle = editor.findChild<QQuickItem*>(QStringLiteral("moveHandle"));
     const QPoint start = handle->mapToScene({handle->width() / 2, handle->height() / 2}).toPoint();
-    QTest::mousePress(&editor, Qt::LeftButton, {}, start);
-    std::vector<double> frames;
-    constexpr int moves = 300;
-    for (int move = 1; move <= moves; ++move) {
-        const QPoint there = start + QPoint(move * 3 % 300, move * 2 % 200);
-        QElapsedTimer time;
-        time.start();
-        QTimer::singleShot(0, &editor, [&] { QTest::mouseMove(&editor, there); });
-        waitForFrame(editor);
-        frames.push_back(static_cast<double>(time.nsecsElapsed()) / 1e6);
+    timeDrag(editor, start, [](int move) { return QPoint(move * 3 % 300, move * 2 % 200); });
+}
+
+void dragTrim(Application& application, const char* movie, int marks) {
+    open(application, movie);
+    AppState& state = application.state();
+    const double length = state.sourceInfo()->duration.seconds();
+    const auto range = [](double start, double end) {
+        return CMTimeRange::fromStartToEnd(sessionTime(start), sessionTime(end));
+    };
+    for (int i = 0; i < marks; ++i) {
+        state.setTrim(range(length * i / marks, length * (i + 1) / marks));
+        state.markCurrentClip();
     }
-    QTest::mouseRelease(&editor, Qt::LeftButton, {}, start);
-    std::ranges::sort(frames);
-    std::printf("%.1f %.1f\n", frames[moves / 2], frames[moves * 95 / 100]);
+    MarkedClip edited{Uuid::random(), range(0, length / 20), {}};
+    for (int i = 0; i < marks; ++i) {
+        // Behind the handle, but on the strip: a dot over the handle would be pressed instead.
+        const double moment = length * (0.1 + 0.1 * i / marks);
+        edited.highlights.push_back({Uuid::random(), sessionTime(moment), sessionTime(3), {}});
+    }
+    state.editMarkedClip(edited);
+    QQuickWindow& window = application.mainWindow();
+    pass(1000);
+    auto* handle = window.findChild<QQuickItem*>(QStringLiteral("trimEndHandle"));
+    if (handle == nullptr) {
+        std::fputs("no handle to drag: is the movie longer than 60 s?\n", stderr);
+        std::exit(1);
+    }
+    const QPoint start = handle->mapToScene({handle->width() / 2, handle->height() / 2}).toPoint();
+    timeDrag(window, start, [](int move) { return QPoint(move * 3 % 300, 0); });
 }
 
 } // namespace
@@ -163,6 +200,7 @@ int main(int argc, char** argv) {
     zelvra::Application::prepare();
     const QGuiApplication program(argc, argv);
     const QTemporaryDir folder;
+    qputenv("ZELVRA_STATE", folder.filePath("state.json").toUtf8()); // the window's first size
     zelvra::Application application({.preferences = folder.filePath("preferences.json").toStdString()});
     const std::string command = argc > 1 ? argv[1] : "";
     if (command == "start" && argc == 2) {
@@ -171,8 +209,12 @@ int main(int argc, char** argv) {
         zelvra::play(application, argv[2], std::atoi(argv[3]));
     } else if (command == "drag-shape" && argc == 3) {
         zelvra::dragShape(application, argv[2]);
+    } else if (command == "drag-trim" && argc == 4) {
+        zelvra::dragTrim(application, argv[2], std::atoi(argv[3]));
     } else {
-        std::fputs("usage: window-benchmark start | play MOVIE SECONDS | drag-shape MOVIE\n", stderr);
+        std::fputs(
+            "usage: window-benchmark start | play MOVIE SECONDS | drag-shape MOVIE | drag-trim MOVIE MARKS\n",
+            stderr);
         return 2;
     }
     return 0;

@@ -48,6 +48,7 @@ ApplicationWindow {
     menuBar: MainMenuBar {
         id: menus
 
+        visible: window.visibility !== Window.FullScreen // the picture takes all of the screen
         session: window.session
         shell: window.shell
         onSettingsAsked: settings.present()

@@ -63,7 +63,7 @@ Item {
     QuestionHost {
         session: content.session
         dialogs: questions
-        enabled: !content.session.hasDraft
+        available: !content.session.hasDraft
     }
     HighlightEditorView {
         session: content.session

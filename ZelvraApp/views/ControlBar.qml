@@ -230,14 +230,14 @@ Rectangle {
             objectName: "inPoint"
             letter: "I"
             tip: rules.inPointTip
-            enabled: bar.session.hasVideo
+            available: bar.session.hasVideo
             onClicked: bar.session.markInPoint()
         }
         MarkingKey {
             objectName: "outPoint"
             letter: "O"
             tip: rules.outPointTip
-            enabled: bar.session.hasVideo
+            available: bar.session.hasVideo
             onClicked: bar.session.markOutPoint()
         }
         Tipped {

@@ -16,23 +16,12 @@ Item {
         radius: Theme.landingRadius
         color: Theme.window
     }
-    DashedOutline {
+    DropOutline {
         objectName: "dropOutline"
         anchors.fill: parent
         anchors.margins: 24
-        radius: Theme.landingRadius
-        lineWidth: 3
-        dash: 8
-        gap: 6
         color: Theme.over(Theme.accent, 0.9)
-        opacity: drop.isTargeted ? 1 : 0
-        visible: opacity > 0
-
-        Behavior on opacity {
-            NumberAnimation {
-                duration: Theme.quickMotion
-            }
-        }
+        shown: drop.isTargeted
     }
     FileDrop {
         id: drop

@@ -53,25 +53,31 @@ Item {
                 focus: true
                 session: view.session
                 overlay: [
+                    DropOutline {
+                        anchors.fill: parent
+                        anchors.margins: 16
+                        color: Theme.over(Theme.vivid, 0.9)
+                        shown: drop.isTargeted
+                    },
                     HighlightPreviewOverlay {
                         anchors.fill: parent
                         session: view.session
                     },
-                Card {
-                    anchors.centerIn: parent
-                    width: 64
-                    height: 64
-                    opacity: spinner.opacity
-                    visible: spinner.visible
-
-                    Spinner {
-                        id: spinner
-
-                        objectName: "spinner"
+                    Card {
                         anchors.centerIn: parent
-                        running: view.session.state.isOpening || view.session.state.isGrabbingFrame
+                        width: 64
+                        height: 64
+                        opacity: spinner.opacity
+                        visible: spinner.visible
+
+                        Spinner {
+                            id: spinner
+
+                            objectName: "spinner"
+                            anchors.centerIn: parent
+                            running: view.session.state.isOpening || view.session.state.isGrabbingFrame
+                        }
                     }
-                }
                 ]
             }
             TimelineRow {
@@ -129,15 +135,5 @@ Item {
         anchors.fill: parent
         enabled: view.takesDrops
         onOffered: url => view.dropped(url)
-    }
-    DashedOutline {
-        anchors.fill: parent
-        anchors.margins: 12
-        radius: Theme.landingRadius
-        lineWidth: 3
-        dash: 8
-        gap: 6
-        color: Theme.over(Theme.vivid, 0.9)
-        visible: drop.isTargeted
     }
 }

@@ -7,7 +7,7 @@ Tipped {
     id: root
 
     required property string letter
-    property bool enabled: true
+    property bool available: true
     signal clicked
 
     PushButton {
@@ -15,7 +15,7 @@ Tipped {
 
         objectName: root.objectName + "Button"
         controlHeight: Theme.smallControlHeight + 2
-        enabled: root.enabled
+        enabled: root.available
         Accessible.name: root.letter
         Accessible.description: root.tip
         onClicked: root.clicked()

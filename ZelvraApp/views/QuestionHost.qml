@@ -9,10 +9,10 @@ Loader {
 
     required property Session session
     required property Dialogs dialogs
-    property bool enabled: true
+    property bool available: true
 
     sourceComponent: {
-        if (!host.enabled)
+        if (!host.available)
             return null;
         switch (host.dialogs.current) {
         case Dialogs.ErrorAlert:

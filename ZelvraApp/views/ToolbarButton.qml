@@ -11,7 +11,7 @@ Tipped {
     signal clicked
 
     // Disables the button alone, so that the tooltip stays.
-    property bool enabled: true
+    property bool available: true
 
     PushButton {
         id: button
@@ -20,7 +20,7 @@ Tipped {
         look: PushButton.Borderless
         iconSize: 20
         controlHeight: Theme.largeControlHeight
-        enabled: root.enabled
+        enabled: root.available
         onClicked: root.clicked()
     }
 }

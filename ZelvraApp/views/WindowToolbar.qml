@@ -37,7 +37,7 @@ Rectangle {
             text: "Close Clip"
             iconName: "highlight_off"
             tip: "Close current clip (⌘W)"
-            enabled: toolbar.session.hasVideo
+            available: toolbar.session.hasVideo
             onClicked: toolbar.session.requestCloseVideo()
         }
         ToolbarButton {
@@ -45,7 +45,7 @@ Rectangle {
             text: "Trim"
             iconName: "content_cut"
             tip: "Trim clip (⇧⌘T)"
-            enabled: toolbar.session.hasVideo
+            available: toolbar.session.hasVideo
             onClicked: toolbar.session.beginTrim()
         }
     }

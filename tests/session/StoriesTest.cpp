@@ -92,12 +92,8 @@ TEST_F(Story, CutsARecordingWhileItPlays) {
 }
 
 TEST_F(Story, CutsFourHoursIntoThreeHundredClips) {
-    open(clip("day.mp4", {.width = 64,
-                          .height = 36,
-                          .rate = 1,
-                          .frames = 4 * 3600,
-                          .gop = 10,
-                          .container = "mp4"}));
+    open(clip("day.mp4",
+              {.width = 64, .height = 36, .rate = 1, .frames = 4 * 3600, .gop = 10, .container = "mp4"}));
     for (int i = 0; i < 300; ++i) {
         session_->setTrim(range(i * 48, i * 48 + 5));
         if (i == 299) {

@@ -51,7 +51,7 @@ TEST_F(TimelineStrip, ZoomsInOnATrim) {
     EXPECT_NEAR(band.x(), at(100, 90, 150).x(), 0.01);
     EXPECT_NEAR(band.x() + band.width(), at(120, 90, 150).x(), 0.01);
     EXPECT_NEAR(item("trimEndHandle").x() + 2.5, at(120, 90, 150).x(), 0.01);
-    EXPECT_EQ(tipOver(strip(), at(120, 90, 150)), "Drag to adjust the clip's end");
+    EXPECT_TRUE(tells(strip(), "Drag to adjust the clip's end", at(120, 90, 150)));
     EXPECT_FALSE(isShown("playhead")) << "it is outside the window";
 }
 
@@ -92,7 +92,7 @@ TEST_F(TimelineStrip, EditsTheHighlightWhoseDotIsClicked) {
     openRecording();
     highlight(150);
     highlight(300);
-    EXPECT_EQ(tipOver(strip(), at(300, 0, 600)), "05:00.00 — click to edit");
+    EXPECT_TRUE(tells(strip(), "05:00.00 — click to edit", at(300, 0, 600)));
     click(strip(), at(300, 0, 600) + QPointF(3, 3));
     EXPECT_TRUE(comesTrue([&] { return state().draft().has_value(); }));
     EXPECT_EQ(state().draft()->timestamp.seconds(), 300);

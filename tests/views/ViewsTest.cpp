@@ -114,9 +114,15 @@ std::vector<std::string> ViewsTest::answers() {
     return texts;
 }
 
-std::string ViewsTest::tipOver(QQuickItem& item, std::optional<QPointF> at) {
-    hover(item, at);
-    return appears("tipText") ? text("tipText") : "";
+testing::AssertionResult ViewsTest::tells(QQuickItem& item, const std::string& tip,
+                                          std::optional<QPointF> at) {
+    std::string seen;
+    const bool told = comesTrue([&] {
+        hover(item, at); // again and again, as the item may still be on its way to its place
+        seen = isShown("tipText") ? text("tipText") : "";
+        return seen == tip;
+    });
+    return told ? testing::AssertionSuccess() : testing::AssertionFailure() << "it tells: " << seen;
 }
 
 } // namespace zelvra::test

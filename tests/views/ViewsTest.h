@@ -41,8 +41,8 @@ protected:
     void answer(const QString& text) { click("answer:" + text); }
     /// The answers of the question that is up.
     std::vector<std::string> answers();
-    /// The tooltip that comes up over the item.
-    std::string tipOver(QQuickItem& item, std::optional<QPointF> at = {});
+    /// Whether that tooltip comes up where the pointer rests on the item.
+    testing::AssertionResult tells(QQuickItem& item, const std::string& tip, std::optional<QPointF> at = {});
 };
 
 } // namespace zelvra::test

@@ -1,0 +1,21 @@
+import QtQuick
+import Zelvra.Theme
+import Zelvra.Views
+
+// Shows that what is dragged over it can be dropped.
+DashedOutline {
+    property bool shown: false
+
+    radius: Theme.landingRadius
+    lineWidth: 3
+    dash: 8
+    gap: 6
+    opacity: shown ? 1 : 0
+    visible: opacity > 0
+
+    Behavior on opacity {
+        NumberAnimation {
+            duration: Theme.quickMotion
+        }
+    }
+}

@@ -115,15 +115,17 @@ void PortalFileChooser::ask(const Question& question) {
     });
 }
 
+/// To anybody on that path, which carries our own name: who owns the portal's name may not be known here yet
+/// when the answer comes, and the answer would be dropped.
 void PortalFileChooser::listenTo(const QString& request) {
     const QString interface = QStringLiteral("org.freedesktop.portal.Request");
     const QString response = QStringLiteral("Response");
     if (!request_.isEmpty()) {
-        bus_.disconnect(service, request_, interface, response, this, SLOT(takeResponse(QDBusMessage)));
+        bus_.disconnect({}, request_, interface, response, this, SLOT(takeResponse(QDBusMessage)));
     }
     request_ = request;
     if (!request_.isEmpty()) {
-        bus_.connect(service, request_, interface, response, this, SLOT(takeResponse(QDBusMessage)));
+        bus_.connect({}, request_, interface, response, this, SLOT(takeResponse(QDBusMessage)));
     }
 }
 

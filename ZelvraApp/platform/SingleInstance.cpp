@@ -10,8 +10,8 @@ namespace {
 const QString path = QStringLiteral("/com/corvath/Zelvra");
 const QString interface = QStringLiteral("org.freedesktop.Application");
 
-/// How long another program may take to answer before this one goes on by itself.
-constexpr int patienceInMilliseconds = 5000;
+/// How long the other may take to answer before this one goes on by itself. It may just be starting.
+constexpr int patienceInMilliseconds = 20'000;
 
 QString tokenIn(const QVariantMap& platformData) {
     const QString token = platformData.value(QStringLiteral("activation-token")).toString();

@@ -32,7 +32,8 @@ AuxiliaryWindow {
             objectName: "appIcon"
             Layout.alignment: Qt.AlignHCenter
             source: "AppIcon.svg"
-            sourceSize: Qt.size(128, 128)
+            sourceSize.width: 128
+            sourceSize.height: 128
             Accessible.ignored: true
         }
         ColumnLayout {
@@ -75,7 +76,8 @@ AuxiliaryWindow {
                 Layout.alignment: Qt.AlignHCenter
                 visible: status === Image.Ready
                 source: "CorvathGrid.svg"
-                sourceSize: Qt.size(60, 60)
+                sourceSize.width: 60
+                sourceSize.height: 60
                 Accessible.role: Accessible.Graphic
                 Accessible.name: "Corvath"
             }

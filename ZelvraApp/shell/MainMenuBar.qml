@@ -124,7 +124,7 @@ AppMenuBar {
             checkable: true
             checked: bar.shell.settings.previewEnabled
             enabled: bar.can.canAct
-            onToggled: source => bar.shell.settings.previewEnabled = checked
+            onToggled: bar.shell.settings.previewEnabled = checked
         }
     }
     AppMenu {

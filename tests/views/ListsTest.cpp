@@ -16,7 +16,12 @@ protected:
         }
         return result;
     }
-    void clickRow(const QString& objectName, std::size_t row) { click(*all(objectName).at(row)); }
+    void clickRow(const QString& objectName, std::size_t row) {
+        EXPECT_TRUE(comesTrue([&] {
+            const auto rows = all(objectName);
+            return rows.size() > row && clickIfItStays(*rows.at(row));
+        }));
+    }
 };
 
 TEST_F(Lists, ShowHighlightsInOrderOfTime) {

@@ -3,6 +3,7 @@
 #include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QPointer>
 #include <QTest>
 
 #include <tuple>
@@ -37,15 +38,22 @@ void collectBelow(QQuickItem* root, const QString& name, std::vector<QQuickItem*
     }
 }
 
-/// Waits until the item has come to rest: what has just been shown is laid out a moment later.
-void letRest(QQuickItem& item) {
+/// Waits until the item has come to rest: what has just been shown is laid out a moment later. False where it
+/// went away meanwhile.
+bool rests(QQuickItem& item) {
+    const QPointer<QQuickItem> still(&item);
+    const auto isGone = [&] { return !still || still->window() == nullptr; };
     std::optional<QRectF> before;
     std::ignore = QTest::qWaitFor(
         [&] {
-            const QRectF now = item.mapRectToScene(item.boundingRect());
+            if (isGone()) {
+                return true;
+            }
+            const QRectF now = still->mapRectToScene(still->boundingRect());
             return std::exchange(before, now) == now;
         },
         20'000);
+    return !isGone();
 }
 
 QPoint inWindow(QQuickItem& item, std::optional<QPointF> at) {
@@ -113,10 +121,17 @@ std::vector<QQuickItem*> AppWindow::items(const QString& objectName) {
     return found;
 }
 
-void AppWindow::click(QQuickItem& item, std::optional<QPointF> at) {
-    letRest(item);
+bool AppWindow::clickIfItStays(QQuickItem& item, std::optional<QPointF> at) {
+    if (!rests(item)) {
+        return false;
+    }
     QTest::mouseMove(item.window(), inWindow(item, at));
     QTest::mouseClick(item.window(), Qt::LeftButton, {}, inWindow(item, at));
+    return true;
+}
+
+void AppWindow::click(QQuickItem& item, std::optional<QPointF> at) {
+    EXPECT_TRUE(clickIfItStays(item, at)) << "what was to be clicked went away";
 }
 
 void AppWindow::hover(QQuickItem& item, std::optional<QPointF> at) {

@@ -64,6 +64,8 @@ protected:
     QString textOf(const QString& objectName) { return item(objectName).property("text").toString(); }
 
     void click(QQuickItem& item, std::optional<QPointF> at = {});
+    /// False, and no click, where the item went away before it came to rest, as a row of a list may.
+    bool clickIfItStays(QQuickItem& item, std::optional<QPointF> at = {});
     void click(const QString& objectName) { click(item(objectName)); }
     void hover(QQuickItem& item, std::optional<QPointF> at = {});
     /// Presses, moves in `steps` and releases.

@@ -81,7 +81,6 @@ void play(const char* movie, int seconds) {
     PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
     AppState session(preferences);
     session.player().picture().setGreatestSize({1280, 720});
-    oursMs(session, movie);
     QCoro::Task<> loading = session.load(movie);
     QCoro::waitFor(loading);
     session.player().play();

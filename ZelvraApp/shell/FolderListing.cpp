@@ -1,8 +1,9 @@
 #include "ZelvraApp/shell/FolderListing.h"
 
+#include "ZelvraApp/platform/FilePaths.h"
+#include "ZelvraApp/platform/NaturalOrder.h"
 #include "ZelvraApp/session/Background.h"
 
-#include <QCollator>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -10,8 +11,9 @@
 #include <QPointer>
 #include <QVariantMap>
 
-#include <algorithm>
+#include <filesystem>
 #include <utility>
+#include <vector>
 
 namespace zelvra {
 
@@ -33,15 +35,13 @@ QVariantList entriesOf(const QString& folder, const QStringList& globs) {
     QDir directory(folder);
     QVariantList entries;
     const auto append = [&](QDir::Filters filters, const QStringList& names) {
-        QFileInfoList found = directory.entryInfoList(names, filters | QDir::NoDotAndDotDot, QDir::NoSort);
-        QCollator order;
-        order.setNumericMode(true);
-        order.setCaseSensitivity(Qt::CaseInsensitive);
-        std::ranges::sort(found, [&](const QFileInfo& a, const QFileInfo& b) {
-            return order.compare(a.fileName(), b.fileName()) < 0;
-        });
-        for (const QFileInfo& info : std::as_const(found)) {
-            entries.append(entryFor(info));
+        std::vector<std::filesystem::path> found;
+        for (const QString& name : directory.entryList(names, filters | QDir::NoDotAndDotDot, QDir::NoSort)) {
+            found.push_back(pathOf(directory.filePath(name)));
+        }
+        sortInNaturalOrder(found);
+        for (const std::filesystem::path& path : found) {
+            entries.append(entryFor(QFileInfo(textOf(path))));
         }
     };
     append(QDir::Dirs, {});

@@ -1,5 +1,7 @@
 #include "ZelvraApp/shell/MenuState.h"
 
+#include "ZelvraApp/views/Texts.h"
+
 namespace zelvra {
 
 MenuState::MenuState(const Session& session, const Leaving& leaving, QObject* parent)
@@ -28,7 +30,7 @@ QString MenuState::exportTitle(std::size_t markedClips) {
 }
 
 QString MenuState::markTitle() const {
-    return session_.isEditingClip() ? QStringLiteral("Save & Return") : QStringLiteral("Mark Clip");
+    return Texts::markLabel(session_.isEditingClip());
 }
 
 } // namespace zelvra

@@ -41,8 +41,7 @@ QString ControlBarModel::outPointTip() const {
 }
 
 QString ControlBarModel::exportLabel() const {
-    return session_ ? Texts::exportLabel(static_cast<int>(session_->state()->markedClips().size()))
-                    : QString();
+    return session_ ? Texts::exportLabel(session_->markedClipCount()) : QString();
 }
 
 } // namespace zelvra

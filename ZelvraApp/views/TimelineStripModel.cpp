@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace zelvra {
 
@@ -75,7 +76,6 @@ void TimelineStripModel::updateClipBars() {
 
 void TimelineStripModel::updateDots() {
     dots_.clear();
-    dotPositions_.clear();
     if (session_) {
         const HighlightModel& rows = *session_->state()->highlightRows();
         for (int row = 0; row < rows.rowCount(); ++row) {
@@ -84,7 +84,6 @@ void TimelineStripModel::updateDots() {
             if (axis_.shows(seconds)) {
                 dots_.push_back({value(HighlightModel::idRole).toString(), seconds, axis_.position(seconds),
                                  value(HighlightModel::colorRole).value<QColor>()});
-                dotPositions_.push_back(dots_.back().x);
             }
         }
     }
@@ -146,7 +145,9 @@ double TimelineStripModel::endHandleX() const {
 // ---- The pointer
 
 TimelineTarget TimelineStripModel::targetAtPoint(double x, double y) const {
-    return targetAt({x, y}, height_, dotPositions_, handles());
+    std::vector<double> positions;
+    std::ranges::transform(dots_, std::back_inserter(positions), &Dot::x);
+    return targetAt({x, y}, height_, positions, handles());
 }
 
 void TimelineStripModel::hover(double x, double y) {
@@ -236,7 +237,7 @@ double TimelineStripModel::tipX() const {
     switch (hovered_.value_or(TimelineTarget{}).kind) {
     case Kind::startHandle: return startHandleX();
     case Kind::endHandle: return endHandleX();
-    case Kind::dot: return dotPositions_[static_cast<std::size_t>(hovered_->dot)];
+    case Kind::dot: return dots_[static_cast<std::size_t>(hovered_->dot)].x;
     case Kind::strip: break;
     }
     return 0;

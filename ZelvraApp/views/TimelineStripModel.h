@@ -135,7 +135,6 @@ private:
     std::optional<TimeSpan> frozenWindow_; ///< present while an edge is dragged
     std::vector<TimelineBar> clipBars_;
     std::vector<Dot> dots_;
-    std::vector<double> dotPositions_;
     std::optional<TimelineTarget> hovered_;
     std::optional<TimelineTarget> pressed_;
     double pressX_ = 0;

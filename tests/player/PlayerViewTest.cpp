@@ -28,7 +28,7 @@ protected:
                            static_cast<std::size_t>(picture.bytesPerLine()))
             .number;
     }
-    /// Also where the controls would lie over the picture: no part of the number does.
+    /// The controls may lie over the picture: they leave the number, at its top, alone.
     bool comesToShow(int number) {
         return comesTrue([&] { return shown() == number; });
     }

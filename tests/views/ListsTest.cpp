@@ -11,14 +11,14 @@ class Lists : public ViewsTest {
 protected:
     std::vector<std::string> texts(const QString& objectName) {
         std::vector<std::string> result;
-        for (const QQuickItem* item : all(objectName)) {
+        for (const QQuickItem* item : items(objectName)) {
             result.push_back(text(*item));
         }
         return result;
     }
     void clickRow(const QString& objectName, std::size_t row) {
         EXPECT_TRUE(comesTrue([&] {
-            const auto rows = all(objectName);
+            const auto rows = items(objectName);
             return rows.size() > row && clickIfItStays(*rows.at(row));
         }));
     }
@@ -33,12 +33,12 @@ TEST_F(Lists, ShowHighlightsInOrderOfTime) {
     highlight(60, 0.5);
     EXPECT_FALSE(isShown("noHighlights"));
     EXPECT_EQ(text("highlightCount"), "2");
-    EXPECT_TRUE(comesTrue([&] { return all("highlightRow").size() == 2; }));
+    EXPECT_TRUE(comesTrue([&] { return items("highlightRow").size() == 2; }));
     EXPECT_THAT(texts("highlightTime"), ElementsAre("01:00.00", "05:00.00"));
     EXPECT_THAT(texts("highlightFreeze"), ElementsAre("0.5s freeze", "2.0s freeze"));
     EXPECT_TRUE(
-        tells(*all("highlightRow").at(0), "Click to edit, or use the trash to delete", QPointF(100, 10)));
-    EXPECT_TRUE(tells(*all("deleteHighlight").at(0), "Delete highlight"));
+        tells(*items("highlightRow").at(0), "Click to edit, or use the trash to delete", QPointF(100, 10)));
+    EXPECT_TRUE(tells(*items("deleteHighlight").at(0), "Delete highlight"));
 }
 
 TEST_F(Lists, DeleteAndUndoAndEditHighlights) {
@@ -63,15 +63,15 @@ TEST_F(Lists, ShowMarkedClipsByTheirPlace) {
     state().markCurrentClip();
     mark(200, 230);
     mark(300, 330.5);
-    EXPECT_TRUE(comesTrue([&] { return all("markedClipRow").size() == 3; }));
+    EXPECT_TRUE(comesTrue([&] { return items("markedClipRow").size() == 3; }));
     EXPECT_EQ(text("markedClipCount"), "3");
     EXPECT_THAT(texts("clipNumber"), ElementsAre("01", "02", "03"));
     EXPECT_THAT(texts("clipRange"),
                 ElementsAre("01:00.00 – 01:30.00", "03:20.00 – 03:50.00", "05:00.00 – 05:30.50"));
     EXPECT_THAT(texts("clipHighlights"), ElementsAre("1 highlight", "0 highlights", "0 highlights"));
-    EXPECT_TRUE(tells(*all("removeClip").at(1), "Remove from list"));
+    EXPECT_TRUE(tells(*items("removeClip").at(1), "Remove from list"));
     clickRow("removeClip", 1);
-    EXPECT_TRUE(comesTrue([&] { return all("markedClipRow").size() == 2; }));
+    EXPECT_TRUE(comesTrue([&] { return items("markedClipRow").size() == 2; }));
     EXPECT_THAT(texts("clipNumber"), ElementsAre("01", "02"));
     EXPECT_FALSE(state().editingClipID());
 }
@@ -80,11 +80,11 @@ TEST_F(Lists, LoadAMarkedClipForEditing) {
     openRecording();
     mark(60, 90);
     mark(200, 230);
-    EXPECT_TRUE(comesTrue([&] { return all("markedClipRow").size() == 2; }));
+    EXPECT_TRUE(comesTrue([&] { return items("markedClipRow").size() == 2; }));
     clickRow("markedClipRow", 1);
     EXPECT_EQ(state().editingClipID(), state().markedClips().at(1).id);
-    EXPECT_EQ(all("clipPencil").size(), 1U);
-    EXPECT_TRUE(tells(*all("markedClipRow").at(1), "Currently editing — use Save & Return to commit"));
+    EXPECT_EQ(items("clipPencil").size(), 1U);
+    EXPECT_TRUE(tells(*items("markedClipRow").at(1), "Currently editing — use Save & Return to commit"));
     trim(205, 230);
     clickRow("markedClipRow", 1);
     EXPECT_EQ(trimStart(), 205) << "a click on the row that is edited does nothing";
@@ -101,7 +101,7 @@ TEST_F(Lists, AreUsedByKeys) {
     item("highlightList").forceActiveFocus(Qt::TabFocusReason);
     key(Qt::Key_Down);
     key(Qt::Key_Delete);
-    EXPECT_TRUE(comesTrue([&] { return all("highlightRow").size() == 2; }));
+    EXPECT_TRUE(comesTrue([&] { return items("highlightRow").size() == 2; }));
     EXPECT_THAT(texts("highlightTime"), ElementsAre("01:00.00", "03:00.00"));
     key(Qt::Key_Up);
     key(Qt::Key_Return);

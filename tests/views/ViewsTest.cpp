@@ -78,11 +78,6 @@ void ViewsTest::mark(double start, double end) {
     state().markCurrentClip();
 }
 
-std::vector<QQuickItem*> ViewsTest::all(const QString& objectName) {
-    return topDown(window().contentItem(),
-                   [&](const QQuickItem& item) { return item.objectName() == objectName; });
-}
-
 QQuickItem& ViewsTest::in(QQuickItem& parent, const QString& objectName) {
     const auto found =
         topDown(&parent, [&](const QQuickItem& item) { return item.objectName() == objectName; });

@@ -25,8 +25,6 @@ protected:
     double trimStart() { return state().trimRange()->start.seconds(); }
     double trimEnd() { return state().trimRange()->end().seconds(); }
 
-    /// All visible items of that name, from top to bottom.
-    std::vector<QQuickItem*> all(const QString& objectName);
     /// The one below `parent`.
     static QQuickItem& in(QQuickItem& parent, const QString& objectName);
     static std::string text(const QQuickItem& item) { return item.property("text").toString().toStdString(); }

@@ -31,7 +31,7 @@ protected:
     void waitForNoEditor() {
         EXPECT_TRUE(comesTrue([&] { return !isShown("editorCanvas"); }));
     }
-    /// Presses and waits until the playhead is there.
+    /// Moves the playhead exactly there.
     void goTo(double seconds) {
         state().seekSoon(CMTime::fromSeconds(seconds, 600));
         EXPECT_TRUE(comesTrue([&] { return std::abs(state().currentTime().seconds() - seconds) < 1e-6; }));
@@ -49,7 +49,7 @@ protected:
         const auto next = std::find_if_not(first, frames.end(), shows);
         return first == frames.end() || next == frames.end() ? 0 : (next->time - first->time).seconds();
     }
-    /// How red the exported picture is at a point, in fractions: the shape's own colour there.
+    /// The exported picture's colour at a point, in fractions.
     static QColor colorAt(const std::filesystem::path& movie, double time, const Point& point) {
         const Image picture = extractFrame(movie, CMTime::fromSeconds(time, 600));
         const auto x = static_cast<std::size_t>(point.x * picture.width());

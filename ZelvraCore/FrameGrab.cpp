@@ -1,6 +1,6 @@
 #include "ZelvraCore/FrameGrab.h"
 
-#include "ZelvraCore/media/ImageGenerator.h"
+#include "ZelvraCore/media/grab/ImageGenerator.h"
 #include "ZelvraCore/records/ZVError.h"
 
 namespace zelvra {

@@ -1,11 +1,11 @@
 #include "ZelvraCore/FreezeClipEncoder.h"
 
 #include "ZelvraCore/RenderPlan.h"
-#include "ZelvraCore/media/MovieWriter.h"
-#include "ZelvraCore/media/RepeatedPicture.h"
-#include "ZelvraCore/media/StillEncoder.h"
-#include "ZelvraCore/media/StillPicture.h"
-#include "ZelvraCore/media/StillQuality.h"
+#include "ZelvraCore/media/ffmpeg/MovieWriter.h"
+#include "ZelvraCore/media/still/RepeatedPicture.h"
+#include "ZelvraCore/media/still/StillEncoder.h"
+#include "ZelvraCore/media/still/StillPicture.h"
+#include "ZelvraCore/media/still/StillQuality.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <limits>

@@ -3,15 +3,15 @@
 #include "ZelvraCore/FrameGrab.h"
 #include "ZelvraCore/FreezeClipEncoder.h"
 #include "ZelvraCore/OverlayRasteriser.h"
-#include "ZelvraCore/PassthroughRender.h"
+#include "ZelvraCore/render/PassthroughRender.h"
 #include "ZelvraCore/RenderPlan.h"
 #include "ZelvraCore/SourceProbe.h"
-#include "ZelvraCore/TemporaryClips.h"
+#include "ZelvraCore/render/TemporaryClips.h"
 #include "ZelvraCore/bitstream/BitstreamError.h"
-#include "ZelvraCore/isobmff/AtomicFile.h"
-#include "ZelvraCore/media/ReencodeExport.h"
+#include "ZelvraCore/files/AtomicFile.h"
+#include "ZelvraCore/render/ReencodeExport.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
-#include "ZelvraCore/passthrough/MovieFileWriter.h"
+#include "ZelvraCore/passthrough/file/MovieFileWriter.h"
 
 #include <algorithm>
 #include <cctype>

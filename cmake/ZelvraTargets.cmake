@@ -1,7 +1,5 @@
 # How this tree declares its libraries and tests, so that each folder's list is only a list.
 
-find_package(PkgConfig REQUIRED)
-find_package(Threads REQUIRED)
 
 # zelvra_library(NAME SOURCES ... [PUBLIC targets...] [PRIVATE targets...])
 # Headers are included from the root of the tree: "ZelvraCore/records/CMTime.h".
@@ -15,7 +13,6 @@ endfunction()
 # zelvra_test(NAME SOURCES ... LIBRARIES ...): one program per folder of tests, run by CTest.
 function(zelvra_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
-    find_package(GTest REQUIRED)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main
                                           zelvra_options)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZelvraCore/isobmff/ByteSource.h"
+#include "ZelvraCore/files/ByteSource.h"
 #include "ZelvraCore/isobmff/Movie.h"
 
 namespace zelvra::isobmff {

@@ -4,7 +4,7 @@
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 #include "ZelvraCore/media/FrameDuration.h"
 #include "ZelvraCore/media/HiddenPictures.h"
-#include "ZelvraCore/media/PictureDecoder.h"
+#include "ZelvraCore/media/ffmpeg/PictureDecoder.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <algorithm>

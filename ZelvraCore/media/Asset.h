@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZelvraCore/isobmff/ByteSource.h"
+#include "ZelvraCore/files/ByteSource.h"
 #include "ZelvraCore/isobmff/Movie.h"
 #include "ZelvraCore/media/FrameIndex.h"
 #include "ZelvraCore/media/VideoFormat.h"

@@ -3,7 +3,7 @@
 /// What an Asset keeps for the media layer. Internal to this folder.
 
 #include "ZelvraCore/media/Asset.h"
-#include "ZelvraCore/media/Demuxer.h"
+#include "ZelvraCore/media/ffmpeg/Demuxer.h"
 
 #include <memory>
 #include <mutex>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ZelvraCore/bitstream/hevc/ParameterSets.h"
-#include "ZelvraCore/isobmff/ByteSource.h"
+#include "ZelvraCore/files/ByteSource.h"
 #include "ZelvraCore/isobmff/Movie.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #include "ZelvraCore/FreezeClipEncoder.h"
 #include "ZelvraCore/OverlayRasteriser.h"
-#include "ZelvraCore/media/StillPicture.h"
+#include "ZelvraCore/media/still/StillPicture.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/freeze/TestPictures.h"
 #include "tests/support/Files.h"

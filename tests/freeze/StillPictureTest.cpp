@@ -1,6 +1,6 @@
-#include "ZelvraCore/media/StillPicture.h"
+#include "ZelvraCore/media/still/StillPicture.h"
 #include "ZelvraCore/OverlayRasteriser.h"
-#include "ZelvraCore/media/PixelBuffer.h"
+#include "ZelvraCore/media/pixels/PixelBuffer.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/freeze/TestPictures.h"
 

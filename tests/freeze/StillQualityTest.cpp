@@ -1,4 +1,4 @@
-#include "ZelvraCore/media/StillQuality.h"
+#include "ZelvraCore/media/still/StillQuality.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tests/freeze/TestPictures.h"
 
-#include "ZelvraCore/media/StillPicture.h"
+#include "ZelvraCore/media/still/StillPicture.h"
 #include "tests/support/MovieReading.h"
 #include "tests/support/Process.h"
 

@@ -1,4 +1,4 @@
-#include "ZelvraCore/media/PictureConversion.h"
+#include "ZelvraCore/media/pixels/PictureConversion.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>

@@ -1,6 +1,6 @@
 #include "ZelvraCore/media/Orientation.h"
 
-#include "ZelvraCore/media/PictureConversion.h"
+#include "ZelvraCore/media/pixels/PictureConversion.h"
 #include "ZelvraCore/media/VideoFormat.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "ZelvraCore/media/Thumbnails.h"
+#include "ZelvraCore/Thumbnails.h"
 
 #include "tests/grab/ReadImage.h"
 #include "tests/support/NumberedMovie.h"

@@ -1,4 +1,4 @@
-#include "ZelvraCore/isobmff/AtomicFile.h"
+#include "ZelvraCore/files/AtomicFile.h"
 
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/support/Files.h"

@@ -1,4 +1,4 @@
-#include "ZelvraCore/passthrough/ContainerForms.h"
+#include "ZelvraCore/passthrough/file/ContainerForms.h"
 
 #include "ZelvraCore/bitstream/SampleEntry.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"

@@ -1,6 +1,6 @@
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
-#include "ZelvraCore/passthrough/SplicePlan.h"
-#include "ZelvraCore/passthrough/StillPlan.h"
+#include "ZelvraCore/passthrough/video/SplicePlan.h"
+#include "ZelvraCore/passthrough/video/StillPlan.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

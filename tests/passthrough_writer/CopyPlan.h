@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ZelvraCore/isobmff/Movie.h"
-#include "ZelvraCore/passthrough/OutputMovie.h"
+#include "ZelvraCore/passthrough/file/OutputMovie.h"
 
 namespace zelvra::test {
 

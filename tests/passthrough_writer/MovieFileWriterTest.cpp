@@ -1,4 +1,4 @@
-#include "ZelvraCore/passthrough/MovieFileWriter.h"
+#include "ZelvraCore/passthrough/file/MovieFileWriter.h"
 
 #include "ZelvraCore/isobmff/MovieReader.h"
 #include "ZelvraCore/records/ZVError.h"

@@ -1,4 +1,4 @@
-#include "ZelvraCore/passthrough/MovieIndex.h"
+#include "ZelvraCore/passthrough/file/MovieIndex.h"
 
 #include "ZelvraCore/isobmff/MovieReader.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"

@@ -1,4 +1,4 @@
-#include "ZelvraCore/media/PictureSchedule.h"
+#include "ZelvraCore/media/reencode/PictureSchedule.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <gtest/gtest.h>

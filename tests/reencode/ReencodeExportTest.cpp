@@ -1,4 +1,4 @@
-#include "ZelvraCore/media/ReencodeExport.h"
+#include "ZelvraCore/render/ReencodeExport.h"
 #include "ZelvraCore/FrameGrab.h"
 #include "ZelvraCore/FreezeClipEncoder.h"
 #include "ZelvraCore/OverlayRasteriser.h"

@@ -1,8 +1,8 @@
 #include "ZelvraCore/isobmff/RawBoxes.h"
-#include "ZelvraCore/passthrough/AudioSpecificConfig.h"
+#include "ZelvraCore/passthrough/sound/AudioSpecificConfig.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
-#include "ZelvraCore/passthrough/SoundSampleEntry.h"
-#include "ZelvraCore/passthrough/SpoolStore.h"
+#include "ZelvraCore/passthrough/sound/SoundSampleEntry.h"
+#include "ZelvraCore/passthrough/file/SpoolStore.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/support/Files.h"
 

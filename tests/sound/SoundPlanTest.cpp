@@ -1,6 +1,6 @@
-#include "ZelvraCore/passthrough/SoundPlan.h"
+#include "ZelvraCore/passthrough/sound/SoundPlan.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
-#include "ZelvraCore/passthrough/SoundSamples.h"
+#include "ZelvraCore/passthrough/sound/SoundSamples.h"
 #include "tests/sound/SoundFixtures.h"
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "ZelvraCore/media/SoundEncoder.h"
+#include "ZelvraCore/media/sound/SoundEncoder.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/sound/SoundFixtures.h"
 #include "tests/support/NumberedMovie.h"

@@ -1,6 +1,6 @@
-#include "ZelvraCore/SoundTrack.h"
+#include "ZelvraCore/render/SoundTrack.h"
 #include "ZelvraCore/isobmff/MovieReader.h"
-#include "ZelvraCore/passthrough/MovieFileWriter.h"
+#include "ZelvraCore/passthrough/file/MovieFileWriter.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/sound/SoundFixtures.h"
 #include "tests/support/BoxTree.h"

@@ -1,7 +1,7 @@
 #include "ZelvraApp/views/player/FilmStrip.h"
 
 #include "ZelvraApp/session/Background.h"
-#include "ZelvraCore/media/Thumbnails.h"
+#include "ZelvraCore/Thumbnails.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <QCoreApplication>

@@ -1,0 +1,59 @@
+#pragma once
+
+/// One pass through the coded pictures of a movie: opening, seeking, reading packets. Internal to this
+/// folder.
+
+#include "ZelvraCore/files/ByteSource.h"
+#include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace zelvra::ffmpeg {
+
+/// The QuickTime/MP4 demuxer over a ByteSource, reading one track. It has no other way to any file or
+/// network: media that the movie refers to elsewhere stays unread. Used by one thread at a time.
+class Demuxer {
+public:
+    /// Opens the movie and selects the track of that id. `bytes` outlives this. Throws MediaError.
+    Demuxer(const isobmff::ByteSource& bytes, std::uint32_t trackId);
+    Demuxer(const Demuxer&) = delete;
+    Demuxer& operator=(const Demuxer&) = delete;
+
+    const AVStream& stream() const { return *stream_; }
+    AVRational timeBase() const { return stream_->time_base; }
+    /// What the movie says of itself: when, where and by what it was taken. Owned by this.
+    const AVDictionary* metadata() const { return context_->metadata; }
+
+    /// Goes to the last sync sample whose decode time is at or before `ticks`, else to the first one.
+    void seek(std::int64_t ticks);
+
+    /// The track's next packet; false at its end. Throws MediaError when the file cannot be read.
+    bool read(AVPacket& packet);
+
+private:
+    /// What the library calls back for bytes.
+    struct Reader {
+        const isobmff::ByteSource* bytes = nullptr;
+        std::uint64_t position = 0;
+    };
+    struct BufferedFileDeleter {
+        void operator()(AVIOContext* file) const;
+    };
+    using BufferedFile = std::unique_ptr<AVIOContext, BufferedFileDeleter>;
+
+    static int readBytes(void* reader, std::uint8_t* buffer, int size);
+    static std::int64_t seekBytes(void* reader, std::int64_t offset, int whence);
+
+    void openMovie();
+    void selectTrack(std::uint32_t trackId);
+    std::string cannotRead() const;
+
+    Reader reader_;
+    BufferedFile file_;
+    InputContext context_;
+    AVStream* stream_ = nullptr;
+};
+
+} // namespace zelvra::ffmpeg

@@ -1,0 +1,36 @@
+#pragma once
+
+/// Decodes a run of a movie's pictures in order. Internal to this folder.
+
+#include "ZelvraCore/media/ffmpeg/Demuxer.h"
+#include "ZelvraCore/media/ffmpeg/PictureDecoder.h"
+
+#include <memory>
+#include <optional>
+
+namespace zelvra::ffmpeg {
+
+/// Gives the pictures of one video track by their presentation times, which are asked for in ascending order.
+/// Decoding begins at the sync sample from which the first one comes out right. Pictures of a damaged stream
+/// that do not come out are replaced by the one before, else by the next. One thread at a time.
+class SequentialReader {
+public:
+    explicit SequentialReader(Demuxer& demuxer) : demuxer_(demuxer) {}
+
+    /// The picture shown at `time`, in ticks of the track. Valid until the next call. Throws
+    /// MediaError::corrupt where no picture at all comes out.
+    const AVFrame& pictureAt(std::int64_t time);
+
+private:
+    void start(std::int64_t time);
+    bool decodeNext();
+
+    Demuxer& demuxer_;
+    std::unique_ptr<PictureDecoder> decoder_;
+    Packet packet_ = makePacket();
+    Frame current_;      ///< the last one at or before the time asked for
+    Frame next_;         ///< the one after it, decoded already
+    bool ended_ = false; ///< no more packets
+};
+
+} // namespace zelvra::ffmpeg

@@ -1,0 +1,23 @@
+#pragma once
+
+/// Colour conversion and scaling through zimg, chosen for its exactness: it computes in 32-bit floats and
+/// honours where chroma was sampled. Formats that it does not take go through libswscale first. Internal to
+/// this folder.
+
+#include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
+#include "ZelvraCore/media/Image.h"
+
+extern "C" {
+#include <libavutil/pixdesc.h>
+}
+
+namespace zelvra::ffmpeg {
+
+/// Whether every component has a plane of its own, of whole bytes in this machine's order.
+bool isPlanar(const AVPixFmtDescriptor& format);
+
+/// `frame` as planes of 8-bit R'G'B' (AV_PIX_FMT_GBRP, all with one stride) of `width` by `height` pixels.
+/// Throws MediaError::unsupported.
+Frame convertToRgb(const AVFrame& frame, const ColorDescription& color, int width, int height);
+
+} // namespace zelvra::ffmpeg

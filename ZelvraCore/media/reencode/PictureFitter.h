@@ -1,0 +1,43 @@
+#pragma once
+
+/// Makes every picture of an export fit its encoder. Internal to this folder.
+
+#include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
+#include "ZelvraCore/media/Image.h"
+#include "ZelvraCore/media/Orientation.h"
+
+namespace zelvra::ffmpeg {
+
+/// The one form in which an encoder takes its pictures, and what they say of themselves.
+struct EncoderPicture {
+    AVPixelFormat format = AV_PIX_FMT_NONE;
+    int width = 0; ///< even, as 4:2:0 has no other sizes
+    int height = 0;
+    ColorDescription color;
+    PixelAspect pixelAspect;
+};
+
+/// Turns pictures upright and brings them to one format and size. A picture that fits already is passed on
+/// without a copy, one that only stands on its side is moved sample by sample; nothing else is touched but
+/// what must be: other chroma formats and depths are converted, other sizes scaled, an odd side is made even
+/// by repeating its last line. One thread at a time; throws MediaError::unsupported.
+class PictureFitter {
+public:
+    /// `orientation` is that of pictures like `first`. `aspect` is the shape of its pixels, not yet turned.
+    PictureFitter(const AVFrame& first, Orientation orientation, PixelAspect aspect, VideoCodec codec);
+
+    const EncoderPicture& form() const { return form_; }
+
+    Frame fit(const AVFrame& picture) const;
+    /// The same for a picture that is upright already.
+    Frame fitUpright(const AVFrame& picture) const;
+
+private:
+    Frame turn(const AVFrame& picture) const;
+
+    Orientation orientation_;
+    PixelAspect aspect_;
+    EncoderPicture form_;
+};
+
+} // namespace zelvra::ffmpeg

@@ -1,0 +1,49 @@
+#pragma once
+
+/// Moving pictures in, coded samples out, through libavcodec. Internal to this folder.
+
+#include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
+#include "ZelvraCore/media/reencode/PictureFitter.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace zelvra::ffmpeg {
+
+/// Encodes a movie at a constant quality, at a speed that an export can wait for. Groups of pictures are
+/// closed and two seconds long.
+///
+/// The encoder counts pictures and knows nothing of their times, so that variable rates cost it nothing; the
+/// caller keeps the times. One thread at a time; the encoder runs threads of its own. Throws MediaError.
+class VideoEncoder {
+public:
+    struct Sample {
+        std::vector<std::uint8_t> bytes;    ///< in the byte stream format
+        std::int64_t presentationIndex = 0; ///< counts pictures as they went in
+        std::int64_t decodeIndex = 0; ///< one more each time; begins below 0 where pictures are reordered
+        bool sync = false;
+    };
+
+    /// `frameDuration` is the usual one: what rate control goes by. See RateFactor.h for `rateFactor`.
+    VideoEncoder(VideoCodec codec, const EncoderPicture& form, const CMTime& frameDuration,
+                 double rateFactor);
+
+    /// In the byte stream format.
+    std::span<const std::uint8_t> parameterSets() const;
+
+    /// Takes the next picture, which has the encoder's form.
+    void send(AVFrame& picture);
+    /// Says that no more come.
+    void finish();
+    /// What is ready by now, in decode order.
+    std::optional<Sample> receive();
+
+private:
+    CodecContext context_;
+    Packet packet_ = makePacket();
+    std::int64_t count_ = 0;
+};
+
+} // namespace zelvra::ffmpeg

@@ -1,0 +1,364 @@
+#include "ZelvraCore/passthrough/file/MovieIndex.h"
+
+#include "ZelvraCore/isobmff/Boxes.h"
+#include "ZelvraCore/isobmff/RawBoxes.h"
+#include "ZelvraCore/records/ZVError.h"
+
+#include <numeric>
+#include <string_view>
+
+namespace zelvra::passthrough {
+
+namespace {
+
+using namespace isobmff;
+
+constexpr std::uint64_t greatest32 = std::numeric_limits<std::uint32_t>::max();
+constexpr std::uint64_t shortBoxHeader = 8;
+
+std::uint32_t require32(std::uint64_t number, const char* what) {
+    if (number > greatest32) {
+        throw MediaError(MediaError::Cause::unsupported,
+                         std::string("the movie cannot be written: ") + what + " does not fit 32 bits");
+    }
+    return static_cast<std::uint32_t>(number);
+}
+
+/// `value` appended to a run-length table; `Run` starts with its count.
+template <class Run, class Value>
+void extend(std::vector<Run>& runs, Value Run::*field, Value value, std::uint32_t count = 1) {
+    if (runs.empty() || runs.back().*field != value) {
+        Run run;
+        run.*field = value;
+        runs.push_back(run);
+    }
+    runs.back().count += count;
+}
+
+/// How many samples of the file a sample of the plan stands for.
+std::uint32_t fileSamples(const OutputTrack& track, const OutputSample& sample) {
+    return track.uniform ? sample.bytes.size / track.uniform.bytes * track.uniform.ticks : 1;
+}
+
+std::uint32_t countFileSamples(const OutputTrack& track) {
+    std::uint64_t count = 0;
+    for (const OutputSample& sample : track.samples) {
+        count += fileSamples(track, sample);
+    }
+    return require32(count, "the number of samples");
+}
+
+std::uint64_t durationInMovie(const OutputTrack& track, std::uint32_t timescale) {
+    __extension__ using Wide = unsigned __int128;
+    return static_cast<std::uint64_t>(
+        (Wide{static_cast<std::uint64_t>(track.editDuration)} * timescale * 2 + track.timescale) /
+        (Wide{track.timescale} * 2));
+}
+
+std::vector<std::uint8_t> bytesOf(std::string_view text) {
+    return {text.begin(), text.end()};
+}
+
+/// One track's boxes, each written by one method.
+class TrackIndex {
+public:
+    TrackIndex(BoxWriter& writer, const OutputMovie& movie, std::size_t index,
+               std::span<const OutputChunk> chunks, std::uint64_t mediaOffset, bool wideOffsets)
+        : writer_(writer),
+          movie_(movie),
+          track_(movie.tracks[index]),
+          index_(index),
+          chunks_(chunks),
+          mediaOffset_(mediaOffset),
+          wideOffsets_(wideOffsets) {}
+
+    void write() {
+        writeContainer(writer_, fourCharCode("trak"), [this] {
+            writeTrackHeader();
+            writeContainer(writer_, fourCharCode("edts"), [this] { writeEdit(); });
+            writeContainer(writer_, fourCharCode("mdia"), [this] { writeMedia(); });
+            writer_.append(track_.userData);
+        });
+    }
+
+private:
+    bool isVideo() const { return track_.kind == OutputTrack::Kind::video; }
+    bool isQuickTime() const { return movie_.container == MovieContainer::quickTime; }
+    std::uint64_t movieDuration() const { return durationInMovie(track_, movieTimescale(movie_)); }
+
+    void writeTrackHeader() {
+        constexpr double one = 0x10000;
+        TrackHeaderBox box;
+        box.creationTime = box.modificationTime = track_.creationTime;
+        box.trackId = static_cast<std::uint32_t>(index_ + 1);
+        box.duration = movieDuration();
+        box.volume = isVideo() ? 0 : 0x100;
+        box.width = static_cast<std::uint32_t>(track_.width * one);
+        box.height = static_cast<std::uint32_t>(track_.height * one);
+        box.version = box.leastVersion();
+        writeBox(writer_, box);
+    }
+
+    void writeEdit() {
+        EditListBox box;
+        box.edits.push_back({movieDuration(), track_.editStart});
+        box.version = box.leastVersion();
+        writeBox(writer_, box);
+    }
+
+    void writeMedia() {
+        MediaHeaderBox header;
+        header.creationTime = header.modificationTime = track_.creationTime;
+        header.timescale = track_.timescale;
+        header.duration = static_cast<std::uint64_t>(track_.mediaDuration);
+        header.language = track_.language;
+        header.version = header.leastVersion();
+        writeBox(writer_, header);
+        if (isQuickTime()) {
+            writeHandler(fourCharCode("mhlr"), isVideo() ? "\x0cVideoHandler" : "\x0cSoundHandler");
+        } else {
+            writeHandler(0, isVideo() ? std::string_view("VideoHandler\0", 13)
+                                      : std::string_view("SoundHandler\0", 13));
+        }
+        writeContainer(writer_, fourCharCode("minf"), [this] { writeMediaInformation(); });
+    }
+
+    void writeHandler(FourCharCode componentType, std::string_view name) {
+        HandlerBox box;
+        box.componentType = componentType;
+        box.handler = componentType == fourCharCode("dhlr") ? fourCharCode("url ")
+                      : isVideo()                           ? videoHandler
+                                                            : soundHandler;
+        box.name = bytesOf(name);
+        writeBox(writer_, box);
+    }
+
+    void writeMediaInformation() {
+        if (isVideo()) {
+            writeBox(writer_, VideoMediaHeaderBox{});
+        } else {
+            writeBox(writer_, SoundMediaHeaderBox{});
+        }
+        if (isQuickTime()) {
+            writeHandler(fourCharCode("dhlr"), "\x0b"
+                                               "DataHandler");
+        }
+        writeContainer(writer_, fourCharCode("dinf"), [this] {
+            DataReferenceBox box;
+            box.entries.push_back(DataReferenceBox::selfContained(fourCharCode("url ")));
+            writeBox(writer_, box);
+        });
+        writeContainer(writer_, fourCharCode("stbl"), [this] { writeSampleTables(); });
+    }
+
+    void writeSampleTables() {
+        SampleDescriptionBox description;
+        description.entries.push_back(track_.sampleEntry);
+        writeBox(writer_, description);
+        writeDurations();
+        writeCompositionOffsets();
+        writeSyncSamples();
+        writeSizes();
+        writeChunks();
+        writeRollGroup();
+    }
+
+    void writeDurations() {
+        TimeToSampleBox box;
+        if (track_.uniform) {
+            box.runs.push_back({countFileSamples(track_), 1});
+        } else {
+            for (std::size_t i = 0; i < track_.samples.size(); ++i) {
+                const bool isLast = i + 1 == track_.samples.size();
+                const std::int64_t end = isLast ? track_.mediaDuration : track_.samples[i + 1].decodeTime;
+                const auto duration = static_cast<std::uint64_t>(end - track_.samples[i].decodeTime);
+                extend(box.runs, &TimeToSampleBox::Run::duration, require32(duration, "a sample's duration"));
+            }
+        }
+        writeBox(writer_, box);
+    }
+
+    void writeCompositionOffsets() {
+        CompositionOffsetBox box;
+        for (const OutputSample& sample : track_.samples) {
+            extend(box.runs, &CompositionOffsetBox::Run::offset,
+                   static_cast<std::int32_t>(sample.compositionOffset));
+        }
+        if (box.runs.size() > 1 || (box.runs.size() == 1 && box.runs.front().offset != 0)) {
+            writeBox(writer_, box);
+        }
+    }
+
+    void writeSyncSamples() {
+        SyncSampleBox box;
+        for (std::size_t i = 0; i < track_.samples.size(); ++i) {
+            if (track_.samples[i].sync) {
+                box.numbers.push_back(static_cast<std::uint32_t>(i + 1));
+            }
+        }
+        if (box.numbers.size() < track_.samples.size()) {
+            writeBox(writer_, box);
+        }
+    }
+
+    void writeSizes() {
+        SampleSizeBox box;
+        box.count = countFileSamples(track_);
+        if (track_.uniform) {
+            // Where packets hold several samples the sample entry gives their size (QuickTime).
+            box.uniformSize = track_.uniform.ticks == 1 ? track_.uniform.bytes : 1;
+        } else {
+            box.sizes.reserve(track_.samples.size());
+            for (const OutputSample& sample : track_.samples) {
+                box.sizes.push_back(sample.bytes.size);
+            }
+        }
+        writeBox(writer_, box);
+    }
+
+    void writeChunks() {
+        SampleToChunkBox runs;
+        LargeChunkOffsetBox wide;
+        for (const OutputChunk& chunk : chunks_) {
+            if (chunk.track != index_) {
+                continue;
+            }
+            wide.offsets.push_back(mediaOffset_ + chunk.offset);
+            std::uint64_t samples = 0;
+            for (std::size_t i = 0; i < chunk.samples; ++i) {
+                samples += fileSamples(track_, track_.samples[chunk.firstSample + i]);
+            }
+            if (runs.runs.empty() || runs.runs.back().samplesPerChunk != samples) {
+                runs.runs.push_back({static_cast<std::uint32_t>(wide.offsets.size()),
+                                     require32(samples, "the number of samples"), 1});
+            }
+        }
+        writeBox(writer_, runs);
+        if (wideOffsets_) {
+            writeBox(writer_, wide);
+        } else {
+            ChunkOffsetBox narrow;
+            for (const std::uint64_t offset : wide.offsets) {
+                narrow.offsets.push_back(static_cast<std::uint32_t>(offset));
+            }
+            writeBox(writer_, narrow);
+        }
+    }
+
+    void writeRollGroup() {
+        if (track_.rollDistance == 0) {
+            return;
+        }
+        RollDescriptionBox description;
+        description.rollDistances.push_back(track_.rollDistance);
+        writeBox(writer_, description);
+        SampleToGroupBox group;
+        group.runs.push_back({countFileSamples(track_), 1});
+        writeBox(writer_, group);
+    }
+
+    BoxWriter& writer_;
+    const OutputMovie& movie_;
+    const OutputTrack& track_;
+    std::size_t index_;
+    std::span<const OutputChunk> chunks_;
+    std::uint64_t mediaOffset_;
+    bool wideOffsets_;
+};
+
+FileTypeBox fileType(const OutputMovie& movie) {
+    FileTypeBox box;
+    switch (movie.container) {
+    case MovieContainer::quickTime: box = {fourCharCode("qt  "), 0x200, {fourCharCode("qt  ")}}; break;
+    case MovieContainer::appleM4v:
+        box = {fourCharCode("M4V "), 1, {fourCharCode("M4V "), fourCharCode("mp42"), fourCharCode("isom")}};
+        break;
+    case MovieContainer::mpeg4:
+        box = {
+            fourCharCode("isom"), 0x200, {fourCharCode("isom"), fourCharCode("iso2"), fourCharCode("mp41")}};
+        for (const OutputTrack& track : movie.tracks) {
+            const FourCharCode coding = rawBoxes(track.sampleEntry).front().type;
+            if (coding == fourCharCode("avc1") || coding == fourCharCode("hvc1")) {
+                box.compatibleBrands.push_back(coding);
+            }
+        }
+        break;
+    }
+    box.compatibleBrands.insert(box.compatibleBrands.end(), movie.compatibleBrands.begin(),
+                                movie.compatibleBrands.end());
+    return box;
+}
+
+MovieHeaderBox movieHeader(const OutputMovie& movie) {
+    MovieHeaderBox box;
+    box.creationTime = box.modificationTime = movie.creationTime;
+    box.timescale = movieTimescale(movie);
+    for (const OutputTrack& track : movie.tracks) {
+        box.duration = std::max(box.duration, durationInMovie(track, box.timescale));
+    }
+    box.nextTrackId = static_cast<std::uint32_t>(movie.tracks.size() + 1);
+    box.version = box.leastVersion();
+    return box;
+}
+
+void writeMediaHeader(BoxWriter& writer, std::uint64_t mediaBytes) {
+    constexpr FourCharCode type = fourCharCode("mdat");
+    constexpr std::uint64_t longBoxHeader = 16;
+    if (mediaBytes + shortBoxHeader <= greatest32) {
+        writer.fields(static_cast<std::uint32_t>(mediaBytes + shortBoxHeader), type);
+    } else {
+        writer.fields(std::uint32_t{1}, type, mediaBytes + longBoxHeader);
+    }
+}
+
+/// No more than that for any usual movie.
+std::size_t expectedBytes(const OutputMovie& movie) {
+    constexpr std::size_t besideSamples = 65536;
+    constexpr std::size_t bytesOfASample = 48;
+    std::size_t bytes = besideSamples;
+    for (const OutputTrack& track : movie.tracks) {
+        bytes += track.samples.size() * bytesOfASample;
+    }
+    return bytes;
+}
+
+/// Everything in front of the media, for media that starts at `mediaOffset`.
+std::vector<std::uint8_t> buildAt(const OutputMovie& movie, std::span<const OutputChunk> chunks,
+                                  std::uint64_t mediaOffset, bool wideOffsets) {
+    BoxWriter writer;
+    writer.reserve(expectedBytes(movie)); // growing a long movie's index would hold it twice
+    writeBox(writer, fileType(movie));
+    writeContainer(writer, fourCharCode("moov"), [&] {
+        writeBox(writer, movieHeader(movie));
+        for (std::size_t i = 0; i < movie.tracks.size(); ++i) {
+            TrackIndex(writer, movie, i, chunks, mediaOffset, wideOffsets).write();
+        }
+        writer.append(movie.userData);
+    });
+    writeMediaHeader(writer, chunks.empty() ? 0 : chunks.back().offset + chunks.back().bytes);
+    return writer.take();
+}
+
+} // namespace
+
+std::vector<std::uint8_t> buildMovieIndex(const OutputMovie& movie, std::span<const OutputChunk> chunks) {
+    const std::uint64_t lastOffset = chunks.empty() ? 0 : chunks.back().offset;
+    std::size_t size = buildAt(movie, chunks, 0, false).size();
+    const bool wideOffsets = size + lastOffset > greatest32;
+    if (wideOffsets) {
+        size = buildAt(movie, chunks, 0, true).size();
+    }
+    return buildAt(movie, chunks, size, wideOffsets);
+}
+
+std::uint32_t movieTimescale(const OutputMovie& movie) {
+    constexpr std::uint64_t greatest = std::numeric_limits<std::int32_t>::max();
+    std::uint64_t timescale = 1;
+    for (const OutputTrack& track : movie.tracks) {
+        const std::uint64_t common = std::lcm(timescale, std::uint64_t{track.timescale});
+        timescale = common <= greatest ? common : std::max(timescale, std::uint64_t{track.timescale});
+    }
+    return static_cast<std::uint32_t>(timescale);
+}
+
+} // namespace zelvra::passthrough

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "ZelvraCore/passthrough/file/ChunkLayout.h"
+
+#include <span>
+
+namespace zelvra::passthrough {
+
+/// The bytes of a movie file in front of its media: `ftyp`, `moov` and the header of `mdat`
+/// (ISO/IEC 14496-12 clauses 4.3, 8.1, 8.2; QuickTime's forms where the container asks for them). Pure. The
+/// index goes first, so its own length moves the media that it points to: it is built until both agree, with
+/// 64-bit chunk offsets where the last one needs them.
+///
+/// Throws MediaError::unsupported where a number does not fit the format.
+std::vector<std::uint8_t> buildMovieIndex(const OutputMovie& movie, std::span<const OutputChunk> chunks);
+
+/// Ticks a second of the movie's timeline: the least common multiple of the tracks' timescales while it fits
+/// 31 bits (some readers count with a sign), so that every edit's length is exact.
+std::uint32_t movieTimescale(const OutputMovie& movie);
+
+} // namespace zelvra::passthrough

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "ZelvraCore/passthrough/video/VideoCut.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace zelvra::passthrough {
+
+/// How long freezes last in output ticks. Frames lie at exact multiples of the cut's frame duration wherever
+/// a moderate timescale can hold them; otherwise each is rounded on its own, so that nothing adds up.
+class FreezeClock {
+public:
+    /// `leastFactor`: the output has at least so many ticks for one of the source.
+    FreezeClock(const VideoCut& cut, std::uint32_t sourceTimescale, std::uint32_t leastFactor);
+
+    std::uint32_t factor() const { return factor_; }
+    /// Ticks from the start of a freeze to its frame of that number.
+    std::int64_t atFrame(std::int64_t frame) const;
+    std::int64_t length(std::size_t freeze) const { return atFrame(cut_.freezes[freeze].frames); }
+
+    /// Ticks that all freezes at positions up to and including that rank last together.
+    std::int64_t totalUpTo(std::uint32_t rank) const;
+    std::int64_t total() const { return starts_.back(); }
+    /// Ticks that the freezes before that one last together.
+    std::int64_t totalBefore(std::size_t freeze) const { return starts_[freeze]; }
+
+private:
+    const VideoCut& cut_;
+    std::uint32_t timescale_; ///< of the output
+    std::uint32_t factor_;
+    std::vector<std::int64_t> starts_; ///< running sum of the lengths
+};
+
+/// Frames of a freeze at which its still is stored, from 0. The first ones feed decoders that give a picture
+/// out only after several more came in. Every third one after them (at most twenty a second) makes seeks into
+/// the freeze land on it, and spares players that plan their screen by the mean length of the last frames:
+/// where stills stand for half a second, Chromium leaves pictures out behind them. The last ones keep
+/// converters to a constant rate from repeating a freeze at the movie's end once more.
+std::vector<std::int64_t> stillFrames(std::int64_t frames, const CMTime& frameDuration);
+
+} // namespace zelvra::passthrough

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "ZelvraCore/files/ByteSource.h"
+#include "ZelvraCore/isobmff/Movie.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace zelvra::passthrough {
+
+/// A coded video track and the bytes its samples lie in: a source, or a freeze clip. Borrows both, which must
+/// outlive it. Any thread.
+struct SourceVideo {
+    const isobmff::ByteSource& bytes;
+    const isobmff::Track& track;
+
+    /// The only sample entry. Throws CannotPassThrough where the track has several in use, or an encrypted
+    /// one.
+    const isobmff::SampleEntry& sampleEntry() const;
+    /// The coded bytes of a sample, counted in decode order. Throws MediaError when they cannot be read.
+    std::vector<std::uint8_t> sample(std::uint32_t index) const;
+};
+
+} // namespace zelvra::passthrough

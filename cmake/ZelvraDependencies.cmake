@@ -1,0 +1,31 @@
+# Every package that the build looks for, in one place. What needs which is said where it is linked.
+
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+
+# The engine
+pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswscale libswresample)
+pkg_check_modules(ENCODERS REQUIRED IMPORTED_TARGET x264 x265)
+pkg_check_modules(ZIMG REQUIRED IMPORTED_TARGET zimg)
+pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
+
+# The application
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Concurrent DBus Qml Quick QuickControls2 Svg)
+find_package(QCoro6 REQUIRED COMPONENTS Core)
+pkg_check_modules(MPV REQUIRED IMPORTED_TARGET mpv)
+pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0)
+
+# The command line
+find_package(CLI11 REQUIRED)
+find_package(nlohmann_json REQUIRED)
+
+if(ZELVRA_TESTS OR ZELVRA_BENCHMARKS)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+endif()
+if(ZELVRA_TESTS)
+    find_package(GTest REQUIRED)
+    pkg_check_modules(GSTREAMER_APP REQUIRED IMPORTED_TARGET gstreamer-app-1.0)
+endif()
+if(ZELVRA_BENCHMARKS)
+    find_package(benchmark REQUIRED)
+endif()

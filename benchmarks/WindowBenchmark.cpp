@@ -1,4 +1,4 @@
-#include "ZelvraApp/platform/SoftwarePicture.h"
+#include "ZelvraApp/player/SoftwarePicture.h"
 #include "ZelvraApp/session/Background.h"
 #include "ZelvraApp/session/SessionTime.h"
 #include "ZelvraApp/shell/Application.h"

@@ -42,7 +42,7 @@ endfunction()
 
 # Gives a program the views: all modules with their QML.
 function(zelvra_link_views name)
-    foreach(module IN ITEMS zelvra_bridge zelvra_theme zelvra_editor zelvra_views zelvra_shell)
+    foreach(module IN ITEMS zelvra_bridge zelvra_controls zelvra_editor zelvra_views zelvra_shell)
         target_link_libraries(${name} PRIVATE ${module} ${module}plugin)
     endforeach()
 endfunction()

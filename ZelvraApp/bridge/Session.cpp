@@ -1,6 +1,6 @@
 #include "ZelvraApp/bridge/Session.h"
 
-#include "ZelvraApp/platform/FilePaths.h"
+#include "ZelvraApp/files/FilePaths.h"
 #include "ZelvraApp/session/Background.h"
 #include "ZelvraApp/session/SessionTime.h"
 #include "ZelvraApp/session/Timecode.h"

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Editor
 
 // The editor's layout: header, canvas, controls.

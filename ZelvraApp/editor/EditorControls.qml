@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Editor
 
 // How the shape looks, how long the picture freezes, and the two ways out.

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Editor
 
 // What is edited, the kinds of shapes, and how to draw.

@@ -1,6 +1,6 @@
 import QtQuick
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Editor
 
 // The window around the editor. Closing it gives the draft up.

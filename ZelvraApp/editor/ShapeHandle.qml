@@ -1,5 +1,5 @@
 import QtQuick
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Editor
 
 // A handle of the shape, to be dragged, or moved by the arrow keys.

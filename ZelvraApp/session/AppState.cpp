@@ -1,6 +1,6 @@
 #include "ZelvraApp/session/AppState.h"
 
-#include "ZelvraApp/platform/FilePaths.h"
+#include "ZelvraApp/files/FilePaths.h"
 
 namespace zelvra {
 

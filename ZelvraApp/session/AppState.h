@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ZelvraApp/platform/Player.h"
-#include "ZelvraApp/platform/PreferenceStore.h"
+#include "ZelvraApp/player/Player.h"
+#include "ZelvraApp/files/PreferenceStore.h"
 #include "ZelvraApp/session/HighlightDefaults.h"
 #include "ZelvraApp/session/HighlightDraft.h"
 #include "ZelvraApp/session/Identical.h"

@@ -1,4 +1,4 @@
-#include "ZelvraApp/platform/FilePaths.h"
+#include "ZelvraApp/files/FilePaths.h"
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/Background.h"
 #include "ZelvraCore/Render.h"

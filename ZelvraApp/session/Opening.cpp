@@ -1,5 +1,5 @@
-#include "ZelvraApp/platform/FilePaths.h"
-#include "ZelvraApp/platform/NaturalOrder.h"
+#include "ZelvraApp/files/FilePaths.h"
+#include "ZelvraApp/files/NaturalOrder.h"
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/Background.h"
 #include "ZelvraApp/session/Underway.h"

@@ -1,6 +1,6 @@
 #include "ZelvraApp/session/OutputLocation.h"
 
-#include "ZelvraApp/platform/FilePaths.h"
+#include "ZelvraApp/files/FilePaths.h"
 
 #include <algorithm>
 #include <string>

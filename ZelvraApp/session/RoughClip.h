@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZelvraApp/platform/PreferenceStore.h"
+#include "ZelvraApp/files/PreferenceStore.h"
 
 namespace zelvra {
 

@@ -1,6 +1,6 @@
 #include "ZelvraApp/session/SessionModels.h"
 
-#include "ZelvraApp/platform/FilePaths.h"
+#include "ZelvraApp/files/FilePaths.h"
 #include "ZelvraApp/session/Colors.h"
 
 namespace zelvra {

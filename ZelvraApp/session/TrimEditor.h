@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZelvraApp/platform/Player.h"
+#include "ZelvraApp/player/Player.h"
 #include "ZelvraApp/session/PlayerController.h"
 
 #include <memory>

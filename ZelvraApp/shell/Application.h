@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ZelvraApp/bridge/Session.h"
-#include "ZelvraApp/platform/PreferenceStore.h"
+#include "ZelvraApp/files/PreferenceStore.h"
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/ShellServices.h"
 #include "ZelvraApp/shell/DesktopServices.h"

@@ -1,7 +1,7 @@
 #include "ZelvraApp/shell/DesktopIntegration.h"
 
 #include "ZelvraApp/shell/Application.h"
-#include "ZelvraApp/theme/Appearance.h"
+#include "ZelvraApp/controls/Appearance.h"
 
 namespace zelvra {
 

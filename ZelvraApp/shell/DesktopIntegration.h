@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ZelvraApp/platform/DesktopSettings.h"
-#include "ZelvraApp/platform/Inhibitor.h"
-#include "ZelvraApp/platform/SingleInstance.h"
+#include "ZelvraApp/desktop/DesktopSettings.h"
+#include "ZelvraApp/desktop/Inhibitor.h"
+#include "ZelvraApp/desktop/SingleInstance.h"
 
 #include <QDBusConnection>
 #include <QObject>

@@ -1,7 +1,7 @@
 #include "ZelvraApp/shell/DesktopServices.h"
 
-#include "ZelvraApp/platform/FileManager.h"
-#include "ZelvraApp/platform/RecentlyUsed.h"
+#include "ZelvraApp/desktop/FileManager.h"
+#include "ZelvraApp/files/RecentlyUsed.h"
 #include "ZelvraApp/session/Background.h"
 
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 #include "ZelvraApp/shell/Graphics.h"
 
-#include "ZelvraApp/platform/OpenGLPicture.h"
-#include "ZelvraApp/platform/Player.h"
+#include "ZelvraApp/player/OpenGLPicture.h"
+#include "ZelvraApp/player/Player.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <QDir>

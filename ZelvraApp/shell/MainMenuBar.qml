@@ -4,7 +4,7 @@ import QtQml.Models
 import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Shell
 
 // The menus of the main window. Each command is one action, for its item and its keys.

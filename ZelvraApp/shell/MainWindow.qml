@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 import Zelvra.Shell
 

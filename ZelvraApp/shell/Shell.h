@@ -2,8 +2,8 @@
 
 #include "ZelvraApp/shell/Leaving.h"
 #include "ZelvraApp/shell/MenuState.h"
-#include "ZelvraApp/shell/OpenPanels.h"
-#include "ZelvraApp/shell/Settings.h"
+#include "ZelvraApp/shell/panels/OpenPanels.h"
+#include "ZelvraApp/shell/windows/Settings.h"
 #include "ZelvraApp/shell/WindowState.h"
 
 #include <QObject>

@@ -1,6 +1,6 @@
 #include "ZelvraApp/shell/WindowState.h"
 
-#include "ZelvraApp/platform/FilePaths.h"
+#include "ZelvraApp/files/FilePaths.h"
 
 #include <QDir>
 #include <QFile>

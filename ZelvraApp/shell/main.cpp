@@ -1,5 +1,5 @@
-#include "ZelvraApp/platform/SingleInstance.h"
-#include "ZelvraApp/platform/TerminationSignals.h"
+#include "ZelvraApp/desktop/SingleInstance.h"
+#include "ZelvraApp/desktop/TerminationSignals.h"
 #include "ZelvraApp/shell/Application.h"
 #include "ZelvraApp/shell/CommandLine.h"
 #include "ZelvraApp/shell/DesktopIntegration.h"

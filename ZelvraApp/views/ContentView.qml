@@ -1,7 +1,7 @@
 import QtQuick
 import Zelvra.Editor
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // What the main window shows: the landing screen or the open clip, the toolbar over it, and the questions

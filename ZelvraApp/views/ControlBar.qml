@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // The row of controls under the picture. Where it has little room, texts give way one by one.

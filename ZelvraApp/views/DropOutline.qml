@@ -1,5 +1,5 @@
 import QtQuick
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // Shows that what is dragged over it can be dropped.

@@ -1,6 +1,6 @@
 import QtQuick
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // How far an export has come.

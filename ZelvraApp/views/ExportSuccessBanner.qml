@@ -1,6 +1,6 @@
 import QtQuick
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // Tells that an export has written its files, and shows the last of them in the file viewer.

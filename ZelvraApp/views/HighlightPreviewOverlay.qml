@@ -1,7 +1,7 @@
 import QtQuick
 import Zelvra.Editor
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // The figure of the highlight whose freeze is previewed, over the picture, and a badge that says so.

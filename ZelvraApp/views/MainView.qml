@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // The open clip: its picture, the strip of its timeline and the control bar; beside them its lists; over them

@@ -1,6 +1,6 @@
 import QtQuick
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // Shows the question whose turn it is, over the window that it stands in.

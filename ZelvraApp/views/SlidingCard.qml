@@ -1,5 +1,5 @@
 import QtQuick
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // A card that slides in from an edge of the view while it fades in, and back out the same way.

@@ -1,6 +1,6 @@
 #include "ZelvraApp/views/Texts.h"
 
-#include "ZelvraApp/platform/FilePaths.h"
+#include "ZelvraApp/files/FilePaths.h"
 
 #include <QStringList>
 

@@ -1,5 +1,5 @@
 import QtQuick
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // A sign with its title, and a tooltip also while it is disabled.

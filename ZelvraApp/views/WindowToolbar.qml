@@ -1,6 +1,6 @@
 import QtQuick
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // The bar at the top of the main window.

@@ -1,8 +1,8 @@
-#include "ZelvraApp/platform/DesktopSettings.h"
-#include "ZelvraApp/platform/FileManager.h"
-#include "ZelvraApp/platform/Inhibitor.h"
-#include "ZelvraApp/platform/PortalFileChooser.h"
-#include "ZelvraApp/platform/SingleInstance.h"
+#include "ZelvraApp/desktop/DesktopSettings.h"
+#include "ZelvraApp/desktop/FileManager.h"
+#include "ZelvraApp/desktop/Inhibitor.h"
+#include "ZelvraApp/desktop/PortalFileChooser.h"
+#include "ZelvraApp/desktop/SingleInstance.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>

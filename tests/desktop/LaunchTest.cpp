@@ -1,4 +1,4 @@
-#include "ZelvraApp/platform/SingleInstance.h"
+#include "ZelvraApp/desktop/SingleInstance.h"
 #include "ZelvraApp/shell/CommandLine.h"
 #include "tests/support/Files.h"
 

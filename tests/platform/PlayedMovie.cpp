@@ -1,6 +1,6 @@
 #include "tests/platform/PlayedMovie.h"
 
-#include "ZelvraApp/platform/SoftwarePicture.h"
+#include "ZelvraApp/player/SoftwarePicture.h"
 #include "ZelvraCore/FrameGrab.h"
 #include "ZelvraCore/SourceProbe.h"
 #include "tests/grab/ReadImage.h"

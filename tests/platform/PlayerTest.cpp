@@ -1,4 +1,4 @@
-#include "ZelvraApp/platform/Player.h"
+#include "ZelvraApp/player/Player.h"
 
 #include "ZelvraCore/Render.h"
 #include "tests/platform/PlayedMovie.h"

@@ -1,4 +1,4 @@
-#include "ZelvraApp/platform/SeekAim.h"
+#include "ZelvraApp/player/SeekAim.h"
 
 #include <gtest/gtest.h>
 

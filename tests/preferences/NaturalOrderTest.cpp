@@ -1,4 +1,4 @@
-#include "ZelvraApp/platform/NaturalOrder.h"
+#include "ZelvraApp/files/NaturalOrder.h"
 
 #include <QLocale>
 

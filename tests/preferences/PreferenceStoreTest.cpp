@@ -1,4 +1,4 @@
-#include "ZelvraApp/platform/PreferenceStore.h"
+#include "ZelvraApp/files/PreferenceStore.h"
 
 #include "tests/support/Files.h"
 

@@ -1,4 +1,4 @@
-#include "ZelvraApp/platform/RecentlyUsed.h"
+#include "ZelvraApp/files/RecentlyUsed.h"
 
 #include "tests/support/Files.h"
 

@@ -1,5 +1,5 @@
-#include "ZelvraApp/shell/About.h"
-#include "ZelvraApp/shell/HelpContent.h"
+#include "ZelvraApp/shell/windows/About.h"
+#include "ZelvraApp/shell/windows/HelpContent.h"
 #include "tests/shell/ShellWindow.h"
 
 #include <QTextDocument>

@@ -1,4 +1,4 @@
-#include "ZelvraApp/shell/Settings.h"
+#include "ZelvraApp/shell/windows/Settings.h"
 #include "tests/shell/ShellWindow.h"
 
 namespace zelvra::test {

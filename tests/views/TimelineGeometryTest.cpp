@@ -1,4 +1,4 @@
-#include "ZelvraApp/views/TimelineGeometry.h"
+#include "ZelvraApp/views/timeline/TimelineGeometry.h"
 
 #include <gtest/gtest.h>
 

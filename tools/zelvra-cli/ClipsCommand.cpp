@@ -1,6 +1,6 @@
 #include "tools/zelvra-cli/ClipsCommand.h"
 
-#include "ZelvraApp/platform/FilePaths.h"
+#include "ZelvraApp/files/FilePaths.h"
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/Background.h"
 #include "ZelvraCore/records/ZVError.h"

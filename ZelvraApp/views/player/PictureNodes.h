@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ZelvraApp/platform/OpenGLPicture.h"
+#include "ZelvraApp/player/OpenGLPicture.h"
 
 #include <QImage>
 #include <QMatrix4x4>

@@ -1,6 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // A thin slider over a picture.

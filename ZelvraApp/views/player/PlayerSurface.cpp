@@ -1,8 +1,8 @@
 #include "ZelvraApp/views/player/PlayerSurface.h"
 
 #include "ZelvraApp/editor/AspectFit.h"
-#include "ZelvraApp/platform/OpenGLPicture.h"
-#include "ZelvraApp/platform/SoftwarePicture.h"
+#include "ZelvraApp/player/OpenGLPicture.h"
+#include "ZelvraApp/player/SoftwarePicture.h"
 #include "ZelvraApp/views/player/PictureNodes.h"
 
 #include <QImage>

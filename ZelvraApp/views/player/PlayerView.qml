@@ -1,6 +1,6 @@
 import QtQuick
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // The movie on black, with controls that appear where the pointer is and fade when it rests. `overlay` lies

@@ -1,6 +1,6 @@
 import QtQuick
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // The movie's time as a line to be pulled along. While it is pulled the picture follows by sync frames; where

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Zelvra.Session
-import Zelvra.Theme
+import Zelvra.Controls
 import Zelvra.Views
 
 // The trim editor: the movie as a film strip, the part to keep framed in yellow, its ends to be dragged.

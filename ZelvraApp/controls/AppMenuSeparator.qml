@@ -1,0 +1,11 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zelvra.Controls
+
+// Parts the groups of a menu.
+T.MenuSeparator {
+    implicitHeight: 11
+    verticalPadding: 5
+    horizontalPadding: 9
+    contentItem: Separator {}
+}

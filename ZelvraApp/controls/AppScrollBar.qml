@@ -1,0 +1,19 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zelvra.Controls
+
+// Shows where one is in what scrolls, and takes one elsewhere.
+T.ScrollBar {
+    id: bar
+
+    implicitWidth: 12
+    implicitHeight: 12
+    padding: 3
+    minimumSize: 0.08
+    visible: size < 1
+    contentItem: Rectangle {
+        radius: 3
+        color: Theme.primary
+        opacity: bar.pressed ? 0.5 : bar.hovered ? 0.4 : 0.22
+    }
+}

@@ -1,0 +1,10 @@
+import QtQuick
+import Zelvra.Controls
+
+// The surface of what floats over the window.
+Rectangle {
+    color: Theme.over(Theme.card, 0.94)
+    radius: Theme.cardRadius
+    border.color: Theme.separator
+    border.width: 1
+}

@@ -1,0 +1,303 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Zelvra.Controls
+
+// Lets choose a colour by hand, by its hexadecimal digits, or from a few that stand out on a pitch. Tells every
+// colour on the way; Cancel and Esc tell the one it began with.
+T.Popup {
+    id: picker
+
+    signal picked(color: color)
+
+    // Kept apart, since a gray has no hue and black no saturation.
+    property real hue: 0
+    property real saturation: 0
+    property real brightness: 0
+    property color before: "#000000"
+
+    readonly property color color: Qt.hsva(hue, saturation, brightness, 1)
+    readonly property var swatches: ["#0A84FF", "#32D2FF", "#30D158", "#FFD60A", "#FF9F0A", "#FF453A", "#FF375F", "#BF5AF2", "#FFFFFF", "#000000"]
+
+    function take(color: color) {
+        if (color.hsvSaturation > 0 && color.hsvValue > 0)
+            hue = Math.max(0, color.hsvHue);
+        if (color.hsvValue > 0)
+            saturation = color.hsvSaturation;
+        brightness = color.hsvValue;
+    }
+    function choose(color: color) {
+        before = color;
+        take(color);
+        open();
+    }
+    function pick(hue: real, saturation: real, brightness: real) {
+        picker.hue = Math.min(1, Math.max(0, hue));
+        picker.saturation = Math.min(1, Math.max(0, saturation));
+        picker.brightness = Math.min(1, Math.max(0, brightness));
+        picked(color);
+    }
+    function cancel() {
+        picked(before);
+        close();
+    }
+
+    margins: 8
+    padding: 12
+    width: 284
+    implicitHeight: contentItem.implicitHeight + 2 * padding
+    modal: true
+    dim: false
+    focus: true
+    closePolicy: T.Popup.CloseOnPressOutside
+    onOpened: column.forceActiveFocus()
+
+    background: Card {
+        color: Theme.card
+
+        Rectangle {
+            z: -1
+            anchors.fill: parent
+            anchors.margins: -4
+            anchors.topMargin: -1
+            radius: Theme.cardRadius + 4
+            color: "#10000000"
+        }
+    }
+    contentItem: ColumnLayout {
+        id: column
+
+        spacing: 10
+        Accessible.role: Accessible.Dialog
+        Accessible.name: qsTr("Color")
+        Keys.onEscapePressed: picker.cancel()
+        Keys.onReturnPressed: picker.close()
+        Keys.onEnterPressed: picker.close()
+
+        Rectangle {
+            id: field
+
+            objectName: "colorField"
+            Layout.fillWidth: true
+            implicitHeight: 140
+            radius: Theme.radius
+            activeFocusOnTab: true
+            Accessible.role: Accessible.Graphic
+            Accessible.name: qsTr("Saturation and brightness")
+            Accessible.focusable: true
+            Keys.onLeftPressed: picker.pick(picker.hue, picker.saturation - 0.02, picker.brightness)
+            Keys.onRightPressed: picker.pick(picker.hue, picker.saturation + 0.02, picker.brightness)
+            Keys.onUpPressed: picker.pick(picker.hue, picker.saturation, picker.brightness + 0.02)
+            Keys.onDownPressed: picker.pick(picker.hue, picker.saturation, picker.brightness - 0.02)
+            gradient: Gradient {
+                orientation: Gradient.Horizontal
+                GradientStop {
+                    position: 0
+                    color: "#ffffff"
+                }
+                GradientStop {
+                    position: 1
+                    color: Qt.hsva(picker.hue, 1, 1, 1)
+                }
+            }
+
+            Rectangle {
+                anchors.fill: parent
+                radius: parent.radius
+                gradient: Gradient {
+                    GradientStop {
+                        position: 0
+                        color: "#00000000"
+                    }
+                    GradientStop {
+                        position: 1
+                        color: "#ff000000"
+                    }
+                }
+            }
+            FocusRing {
+                visible: field.activeFocus
+            }
+            Rectangle {
+                x: picker.saturation * field.width - width / 2
+                y: (1 - picker.brightness) * field.height - height / 2
+                width: 16
+                height: 16
+                radius: 8
+                color: picker.color
+                border.width: 2
+                border.color: "#ffffff"
+
+                Rectangle {
+                    anchors.fill: parent
+                    anchors.margins: -1
+                    radius: 9
+                    color: "transparent"
+                    border.color: "#80000000"
+                }
+            }
+            MouseArea {
+                anchors.fill: parent
+                preventStealing: true
+                cursorShape: Qt.CrossCursor
+                onPressed: mouse => {
+                    field.forceActiveFocus(Qt.MouseFocusReason);
+                    choose(mouse);
+                }
+                onPositionChanged: mouse => choose(mouse)
+
+                function choose(mouse: var) {
+                    picker.pick(picker.hue, mouse.x / width, 1 - mouse.y / height);
+                }
+            }
+        }
+        ValueSlider {
+            id: hueSlider
+
+            objectName: "hueSlider"
+            Layout.fillWidth: true
+            implicitHeight: 18
+            value: picker.hue
+            Accessible.name: qsTr("Hue")
+            onMoved: picker.pick(value, picker.saturation, picker.brightness)
+
+            background: Rectangle {
+                y: 3
+                width: hueSlider.width
+                height: 12
+                radius: 6
+                border.color: Theme.over(Theme.primary, 0.2)
+                gradient: Gradient {
+                    orientation: Gradient.Horizontal
+                    GradientStop {
+                        position: 0
+                        color: "#ff0000"
+                    }
+                    GradientStop {
+                        position: 1 / 6
+                        color: "#ffff00"
+                    }
+                    GradientStop {
+                        position: 2 / 6
+                        color: "#00ff00"
+                    }
+                    GradientStop {
+                        position: 3 / 6
+                        color: "#00ffff"
+                    }
+                    GradientStop {
+                        position: 4 / 6
+                        color: "#0000ff"
+                    }
+                    GradientStop {
+                        position: 5 / 6
+                        color: "#ff00ff"
+                    }
+                    GradientStop {
+                        position: 1
+                        color: "#ff0000"
+                    }
+                }
+            }
+            handle: Rectangle {
+                x: hueSlider.visualPosition * (hueSlider.width - width)
+                width: 18
+                height: 18
+                radius: 9
+                color: Qt.hsva(picker.hue, 1, 1, 1)
+                border.width: 2
+                border.color: "#ffffff"
+
+                Rectangle {
+                    anchors.fill: parent
+                    anchors.margins: -1
+                    radius: 10
+                    color: "transparent"
+                    border.color: "#80000000"
+                }
+                FocusRing {
+                    visible: hueSlider.visualFocus
+                }
+            }
+        }
+        RowLayout {
+            spacing: 4
+
+            Repeater {
+                model: picker.swatches
+                T.AbstractButton {
+                    id: swatch
+
+                    required property string modelData
+                    readonly property bool chosen: picker.color.toString().toUpperCase() === modelData
+
+                    objectName: "swatch:" + modelData
+                    Layout.fillWidth: true
+                    implicitHeight: 20
+                    focusPolicy: Qt.TabFocus
+                    Accessible.role: Accessible.RadioButton
+                    Accessible.name: modelData
+                    Accessible.checked: chosen
+                    onClicked: {
+                        picker.take(Qt.color(modelData));
+                        picker.picked(picker.color);
+                    }
+                    background: Item {
+                        Rectangle {
+                            anchors.centerIn: parent
+                            width: 20
+                            height: 20
+                            radius: 10
+                            color: swatch.modelData
+                            border.color: Theme.over(Theme.primary, 0.3)
+
+                            FocusRing {
+                                gap: 2
+                                visible: swatch.visualFocus || swatch.chosen
+                                border.color: swatch.visualFocus ? Theme.focusRing : Theme.primary
+                            }
+                        }
+                    }
+                }
+            }
+        }
+        RowLayout {
+            spacing: 8
+
+            TextInputBox {
+                id: hex
+
+                objectName: "colorHex"
+                implicitWidth: 84
+                Accessible.name: qsTr("Hexadecimal color")
+                validator: RegularExpressionValidator {
+                    regularExpression: /#?[0-9a-fA-F]{6}/
+                }
+                onTextEdited: {
+                    if (acceptableInput) {
+                        picker.take(Qt.color(text.startsWith("#") ? text : "#" + text));
+                        picker.picked(picker.color);
+                    }
+                }
+                Binding on text {
+                    when: !hex.activeFocus
+                    value: picker.color.toString().toUpperCase()
+                }
+            }
+            Item {
+                Layout.fillWidth: true
+            }
+            PushButton {
+                objectName: "colorCancel"
+                text: qsTr("Cancel")
+                onClicked: picker.cancel()
+            }
+            PushButton {
+                objectName: "colorDone"
+                text: qsTr("Done")
+                look: PushButton.Prominent
+                onClicked: picker.close()
+            }
+        }
+    }
+}

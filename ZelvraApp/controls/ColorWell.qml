@@ -1,0 +1,55 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zelvra.Controls
+
+// Shows a colour, and lets choose another, without opacity. Its user binds `color` and takes over what `picked`
+// brings while the user chooses. The name for screen readers is its user's to give.
+T.AbstractButton {
+    id: well
+
+    property color color: "#000000"
+    // Between the well and what it opens.
+    property int pickerGap: 8
+    signal picked(color: color)
+
+    implicitWidth: 60
+    implicitHeight: Theme.controlHeight
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.4
+    Accessible.role: Accessible.Button
+    Keys.onReturnPressed: well.clicked()
+    onClicked: {
+        const scene = well.Window.contentItem;
+        picker.above = well.mapToItem(scene, 0, 0).y > scene.height / 2;
+        picker.choose(well.color);
+    }
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: well.down ? Theme.controlPressed : well.hovered ? Theme.controlHover : Theme.control
+        border.color: Theme.controlBorder
+
+        FocusRing {
+            visible: well.visualFocus
+        }
+    }
+    contentItem: Item {
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: 4
+            radius: Theme.radius - 3
+            color: Qt.rgba(well.color.r, well.color.g, well.color.b, 1)
+            border.color: Theme.over(Theme.primary, 0.25)
+        }
+    }
+
+    ColorPicker {
+        id: picker
+
+        property bool above: false
+
+        y: above ? -height - well.pickerGap : well.height + well.pickerGap
+        onPicked: color => well.picked(color)
+    }
+}

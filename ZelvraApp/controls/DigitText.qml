@@ -1,0 +1,48 @@
+import QtQuick
+import Zelvra.Controls
+
+// Text whose digits all take the same width, so that a running time does not tremble.
+Item {
+    id: root
+
+    property string text
+    // Each digit by itself, and what stands between them.
+    readonly property var runs: text.match(/\d|\D+/g) ?? []
+    property color color: Theme.primary
+    property alias font: digit.font
+    property int alignment: Qt.AlignLeft
+
+    implicitWidth: row.implicitWidth
+    implicitHeight: digit.implicitHeight
+    baselineOffset: digit.baselineOffset
+    Accessible.role: Accessible.StaticText
+    Accessible.name: root.text
+
+    Text {
+        id: digit
+
+        text: "0"
+        visible: false
+        font.family: Theme.family
+        font.pixelSize: Theme.body
+    }
+    Row {
+        id: row
+
+        anchors.verticalCenter: parent.verticalCenter
+        anchors.right: root.alignment === Qt.AlignRight ? root.right : undefined
+        Repeater {
+            model: root.runs.length
+            Text {
+                required property int index
+                
+                text: root.runs[index] ?? ""
+                width: text >= "0" && text <= "9" ? digit.implicitWidth : implicitWidth
+                horizontalAlignment: Text.AlignHCenter
+                color: root.color
+                font: digit.font
+                Accessible.ignored: true
+            }
+        }
+    }
+}

@@ -1,0 +1,99 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zelvra.Controls
+
+// A button with a text, a sign, or both. Takes the focus by Tab only, so that Space goes on playing.
+T.AbstractButton {
+    id: button
+
+    enum Look { Regular, Prominent, Borderless }
+
+    property int look: PushButton.Regular
+    property string iconName
+    property int iconSize: 16
+    property color tint: button.look === PushButton.Borderless ? Theme.secondary : Theme.primary
+    property int controlHeight: Theme.controlHeight
+    // For a text with a time that runs.
+    property bool tabularDigits: false
+
+    // The width of the button around a text that is so wide, and the sign alone.
+    function widthAround(textWidth: real): real {
+        return textWidth + iconSize + gap + 2 * textPadding;
+    }
+    readonly property real signWidth: Math.max(controlHeight, iconSize + 10)
+
+    readonly property int gap: 6
+    readonly property int textPadding: controlHeight >= Theme.largeControlHeight ? 17 : 14
+    readonly property bool prominent: look === PushButton.Prominent
+    readonly property color ink: prominent ? "#ffffff" : tint
+
+    implicitWidth: Math.max(controlHeight, contentItem.implicitWidth + leftPadding + rightPadding)
+    implicitHeight: controlHeight
+    leftPadding: text === "" ? 5 : textPadding
+    rightPadding: leftPadding
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.4
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Keys.onReturnPressed: button.clicked()
+
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: button.gap
+
+            Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.iconName !== ""
+                name: button.iconName
+                size: button.iconSize
+                color: button.ink
+            }
+            Text {
+                id: label
+
+                anchors.verticalCenter: parent.verticalCenter
+                visible: text !== ""
+                text: button.tabularDigits ? "" : button.text
+                color: button.ink
+                font.family: Theme.family
+                font.pixelSize: button.controlHeight <= Theme.smallControlHeight ? Theme.caption : Theme.body
+                font.weight: button.prominent ? Font.DemiBold : Font.Medium
+                Accessible.ignored: true
+            }
+            Loader {
+                anchors.verticalCenter: parent.verticalCenter
+                active: button.tabularDigits && button.text !== ""
+                visible: active
+                sourceComponent: DigitText {
+                    text: button.text
+                    color: button.ink
+                    font: label.font
+                    Accessible.ignored: true
+                }
+            }
+        }
+    }
+    background: Rectangle {
+        radius: Theme.radius
+        color: {
+            if (button.look === PushButton.Borderless)
+                return button.down || button.hovered ? Theme.hover : "transparent";
+            if (button.prominent)
+                return button.down ? Qt.darker(Theme.accentFill, 1.2) : button.hovered ? Qt.lighter(Theme.accentFill, 1.08) : Theme.accentFill;
+            return button.down ? Theme.controlPressed : button.hovered ? Theme.controlHover : Theme.control;
+        }
+        border.width: button.look === PushButton.Regular ? 1 : 0
+        border.color: Theme.controlBorder
+
+        FocusRing {
+            visible: button.visualFocus
+        }
+    }
+}

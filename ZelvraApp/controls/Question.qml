@@ -1,0 +1,109 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Zelvra.Controls
+
+// A question over the window it stands in: title, text, and the answers one below the other. Esc gives the
+// cancelling answer; where there is none it only dismisses. Return gives the prominent one, which is never destructive where there is a choice.
+//
+// `answers` are { text, role ("", "cancel" or "destructive"), action }. `dismissed` comes once, however the
+// question goes away, before the chosen answer's action.
+T.Popup {
+    id: question
+
+    property string title
+    property string message
+    property var answers: []
+    signal dismissed
+
+    property var chosen: null
+    readonly property var cancelling: question.answers.find(answer => answer.role === "cancel")
+
+    function choose(answer: var) {
+        question.chosen = answer;
+        question.close();
+    }
+
+    parent: T.Overlay.overlay
+    anchors.centerIn: parent
+    width: 380
+    padding: 20
+    modal: true
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape
+    implicitHeight: contentItem.implicitHeight + 2 * padding
+    onOpened: column.forceActiveFocus()
+    onClosed: {
+        const answer = question.chosen ?? question.cancelling;
+        question.chosen = null;
+        question.dismissed();
+        if (answer?.action)
+            answer.action();
+    }
+
+    T.Overlay.modal: Rectangle {
+        color: Theme.shade
+    }
+    background: Card {
+        color: Theme.card
+    }
+    enter: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: Theme.quickMotion
+        }
+    }
+    contentItem: ColumnLayout {
+        id: column
+
+        readonly property var prominent: question.answers.find(answer => answer.role !== "cancel" && answer.role !== "destructive") ?? question.cancelling ?? question.answers[0]
+
+        spacing: 8
+        focus: true
+        Accessible.role: Accessible.Dialog
+        Accessible.name: question.title
+        Accessible.description: question.message
+        Keys.onReturnPressed: question.choose(column.prominent)
+        Keys.onEnterPressed: question.choose(column.prominent)
+
+        Text {
+            objectName: "questionTitle"
+            Layout.fillWidth: true
+            text: question.title
+            color: Theme.primary
+            font.family: Theme.family
+            font.pixelSize: Theme.headline
+            font.weight: Font.DemiBold
+            wrapMode: Text.Wrap
+            horizontalAlignment: Text.AlignHCenter
+        }
+        Text {
+            objectName: "questionMessage"
+            Layout.fillWidth: true
+            Layout.bottomMargin: 8
+            visible: text !== ""
+            text: question.message
+            color: Theme.secondary
+            font.family: Theme.family
+            font.pixelSize: Theme.body
+            wrapMode: Text.Wrap
+            horizontalAlignment: Text.AlignHCenter
+        }
+        Repeater {
+            model: question.answers
+            PushButton {
+                required property var modelData
+
+                Layout.fillWidth: true
+                objectName: "answer:" + modelData.text
+                text: modelData.text
+                controlHeight: Theme.largeControlHeight
+                look: modelData.text === column.prominent.text ? PushButton.Prominent : PushButton.Regular
+                tint: modelData.role === "destructive" ? Theme.destructive : Theme.primary
+                onClicked: question.choose(modelData)
+            }
+        }
+    }
+}

@@ -1,0 +1,49 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zelvra.Controls
+
+// One of several choices, with its text. Its user binds `checked` and takes over what `toggled` brings.
+T.RadioButton {
+    id: radio
+
+    implicitWidth: leftPadding + label.implicitWidth
+    implicitHeight: 24
+    leftPadding: 24
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.4
+    Accessible.role: Accessible.RadioButton
+    Accessible.name: text
+
+    indicator: Rectangle {
+        y: (radio.height - height) / 2
+        width: 16
+        height: 16
+        radius: 8
+        color: radio.checked ? Theme.accentFill : radio.down ? Theme.controlPressed : radio.hovered ? Theme.controlHover : Theme.control
+        border.width: radio.checked ? 0 : 1
+        border.color: Theme.controlBorder
+
+        Rectangle {
+            anchors.centerIn: parent
+            width: 6
+            height: 6
+            radius: 3
+            color: "#ffffff"
+            visible: radio.checked
+        }
+        FocusRing {
+            visible: radio.visualFocus
+        }
+    }
+    contentItem: Text {
+        id: label
+
+        text: radio.text
+        color: Theme.primary
+        font.family: Theme.family
+        font.pixelSize: Theme.body
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,9 @@
+import QtQuick
+import Zelvra.Controls
+
+// A hairline; vertical where it is given a height.
+Rectangle {
+    implicitWidth: 1
+    implicitHeight: 1
+    color: Theme.separator
+}

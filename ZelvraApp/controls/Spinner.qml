@@ -1,0 +1,74 @@
+import QtQuick
+import Zelvra.Controls
+
+// A quiet sign that something is going on. Work that is soon done never shows it.
+Item {
+    id: spinner
+
+    property bool running: false
+    property color color: Theme.secondary
+    property int phase: 0
+
+    implicitWidth: 28
+    implicitHeight: 28
+    opacity: 0
+    visible: opacity > 0
+    Accessible.role: Accessible.Animation
+    Accessible.name: "Busy"
+    states: State {
+        name: "shown"
+        when: spinner.running
+        PropertyChanges {
+            spinner.opacity: 1
+        }
+    }
+    transitions: [
+        Transition {
+            to: "shown"
+            SequentialAnimation {
+                PauseAnimation {
+                    duration: 150
+                }
+                NumberAnimation {
+                    property: "opacity"
+                    duration: Theme.quickMotion
+                }
+            }
+        },
+        Transition {
+            from: "shown"
+            NumberAnimation {
+                property: "opacity"
+                duration: Theme.quickMotion
+            }
+        }
+    ]
+
+    NumberAnimation on phase {
+        running: spinner.visible
+        loops: Animation.Infinite
+        from: 0
+        to: 8
+        duration: 900
+    }
+    Repeater {
+        model: 8
+        Rectangle {
+            required property int index
+
+            x: spinner.width / 2 - width / 2
+            width: spinner.width / 11
+            height: spinner.width / 3.6
+            radius: width / 2
+            color: spinner.color
+            antialiasing: true
+            opacity: 1 - ((spinner.phase - index + 8) % 8) * 0.11
+            transformOrigin: Item.Bottom
+            transform: Rotation {
+                origin.x: spinner.width / 22
+                origin.y: spinner.height / 2
+                angle: index * 45
+            }
+        }
+    }
+}

@@ -1,0 +1,23 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Zelvra.Controls
+
+// The look of a tooltip.
+ToolTip {
+    id: tip
+
+    delay: Theme.tipDelay
+    padding: 6
+    contentItem: Text {
+        objectName: "tipText"
+        text: tip.text
+        color: Theme.primary
+        font.family: Theme.family
+        font.pixelSize: Theme.caption
+    }
+    background: Rectangle {
+        color: Theme.card
+        border.color: Theme.separator
+        radius: 4
+    }
+}

@@ -1,0 +1,32 @@
+import QtQuick
+import Zelvra.Controls
+
+// Gives what it holds a tooltip, also while that is disabled.
+Item {
+    id: root
+
+    property string tip
+    readonly property alias hovered: hover.hovered
+    default property alias content: holder.data
+
+    implicitWidth: holder.childrenRect.width
+    implicitHeight: holder.childrenRect.height
+
+    Item {
+        id: holder
+        anchors.fill: parent
+    }
+    HoverHandler {
+        id: hover
+    }
+    Loader {
+        active: hover.hovered && root.tip !== ""
+        sourceComponent: Item {
+            Tip {
+                parent: root
+                text: root.tip
+                visible: true
+            }
+        }
+    }
+}

@@ -1,0 +1,57 @@
+import QtQuick
+import QtQuick.Templates as T
+import Zelvra.Controls
+
+// A slider over a continuous range; arrow keys move it by a hundredth. Its user binds `value` and takes over what
+// `moved` brings. The name for screen readers is its user's to give.
+T.Slider {
+    id: slider
+
+    // A step that stayed would also make the pointer's way coarse.
+    function moveByKey(by: int) {
+        stepSize = (to - from) / 100;
+        if (by > 0)
+            increase();
+        else
+            decrease();
+        stepSize = 0;
+        moved();
+    }
+
+    implicitWidth: 160
+    implicitHeight: 20
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.4
+    Keys.onLeftPressed: slider.moveByKey(-1)
+    Keys.onRightPressed: slider.moveByKey(1)
+
+    background: Rectangle {
+        y: (slider.height - height) / 2
+        width: slider.width
+        height: 4
+        radius: 2
+        color: Theme.track
+
+        Rectangle {
+            width: slider.handle.x + slider.handle.width / 2
+            height: parent.height
+            radius: parent.radius
+            color: Theme.accent
+        }
+    }
+    handle: Rectangle {
+        x: slider.visualPosition * (slider.availableWidth - width)
+        y: (slider.height - height) / 2
+        width: 16
+        height: 16
+        radius: 8
+        color: slider.pressed ? Theme.knobPressed : Theme.knob
+        border.width: 1
+        border.color: Theme.knobBorder
+
+        FocusRing {
+            visible: slider.visualFocus
+        }
+    }
+}

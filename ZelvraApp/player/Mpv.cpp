@@ -1,0 +1,161 @@
+#include "ZelvraApp/player/Mpv.h"
+
+#include "ZelvraCore/records/ZVError.h"
+
+#include <algorithm>
+#include <array>
+#include <clocale>
+#include <mpv/client.h>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zelvra {
+
+namespace {
+
+struct Option {
+    const char* name;
+    const char* value;
+};
+
+constexpr std::array options{
+    // Nothing of the user's own player, nothing on the screen but the picture.
+    Option{"config", "no"},
+    Option{"load-scripts", "no"},
+    Option{"osc", "no"},
+    Option{"osd-level", "0"},
+    Option{"input-default-bindings", "no"},
+    Option{"terminal", "no"},
+    Option{"ytdl", "no"},
+    // Only the named file.
+    Option{"sub-auto", "no"},
+    Option{"audio-file-auto", "no"},
+    Option{"audio-display", "no"},
+    // Stays at the end, and without a file.
+    Option{"keep-open", "yes"},
+    Option{"idle", "yes"},
+    Option{"pause", "yes"},
+    Option{"vo", "libmpv"},
+    // Pictures keep their own colours, as grabbed ones do; zimg would map HDR to something far too bright.
+    Option{"sws-allow-zimg", "no"},
+    // Made smaller, a picture is averaged. The default's wider filter and last bit of accuracy, which nobody
+    // sees, take half of the time that there is for a 1080p picture.
+    Option{"sws-scaler", "bilinear"},
+    Option{"sws-fast", "yes"},
+    // A machine without a sound device plays at the right pace all the same.
+    Option{"audio-fallback-to-null", "yes"},
+    // Decoding is left to the processor, so OpenGL need not look for decoders to work with.
+    Option{"gpu-hwdec-interop", "no"},
+    // The engine's timeline and the engine's frames.
+    Option{"demuxer-lavf-o", "advanced_editlist=1"},
+    Option{"rebase-start-time", "no"},
+    Option{"hr-seek", "yes"},
+    Option{"hr-seek-framedrop", "yes"},
+    // The view turns; drawing into memory would abort the process on a quarter turn.
+    Option{"video-rotate", "no"},
+};
+
+void check(int error, const std::string& step) {
+    if (error < 0) {
+        throw MediaError(MediaError::Cause::unsupported,
+                         "the player cannot " + step + ": " + mpv_error_string(error));
+    }
+}
+
+mpv_handle* makeHandle() {
+    std::setlocale(LC_NUMERIC, "C");
+    mpv_handle* handle = mpv_create();
+    if (handle == nullptr) {
+        throw MediaError(MediaError::Cause::unsupported, "the player cannot be made");
+    }
+    return handle;
+}
+
+} // namespace
+
+Mpv::Mpv(std::function<void()> wakeup) : wakeup_(std::move(wakeup)), handle_(makeHandle()) {
+    try {
+        for (const Option& option : options) {
+            check(mpv_set_option_string(handle_, option.name, option.value),
+                  std::string("take ") + option.name);
+        }
+        if (qEnvironmentVariable("ZELVRA_AUDIO") == "null") {
+            check(mpv_set_option_string(handle_, "ao", "null"), "take ao");
+        }
+        check(mpv_request_log_messages(handle_, "error"), "report");
+        check(mpv_initialize(handle_), "start");
+        check(mpv_observe_property(handle_, 0, "time-pos", MPV_FORMAT_DOUBLE), "tell its time");
+        check(mpv_observe_property(handle_, 0, "pause", MPV_FORMAT_FLAG), "tell its state");
+        check(mpv_observe_property(handle_, 0, "eof-reached", MPV_FORMAT_FLAG), "tell its end");
+    } catch (...) {
+        mpv_terminate_destroy(handle_);
+        throw;
+    }
+    mpv_set_wakeup_callback(
+        handle_, [](void* self) { static_cast<Mpv*>(self)->wakeup_(); }, this);
+}
+
+Mpv::~Mpv() {
+    mpv_set_wakeup_callback(handle_, nullptr, nullptr);
+    mpv_terminate_destroy(handle_);
+}
+
+void Mpv::set(const char* property, bool value) {
+    int flag = value ? 1 : 0;
+    mpv_set_property(handle_, property, MPV_FORMAT_FLAG, &flag);
+}
+
+void Mpv::set(const char* property, double value) {
+    mpv_set_property(handle_, property, MPV_FORMAT_DOUBLE, &value);
+}
+
+std::optional<double> Mpv::number(const char* property) const {
+    double value = 0;
+    const int error = mpv_get_property(handle_, property, MPV_FORMAT_DOUBLE, &value);
+    return error < 0 ? std::nullopt : std::optional(value);
+}
+
+std::optional<std::int64_t> Mpv::integer(const char* property) const {
+    std::int64_t value = 0;
+    const int error = mpv_get_property(handle_, property, MPV_FORMAT_INT64, &value);
+    return error < 0 ? std::nullopt : std::optional(value);
+}
+
+bool Mpv::flag(const char* property) const {
+    int value = 0;
+    return mpv_get_property(handle_, property, MPV_FORMAT_FLAG, &value) >= 0 && value != 0;
+}
+
+std::int64_t Mpv::load(const std::filesystem::path& movie, int videoNumber) {
+    // Starting with a seek: pictures that the first edit hides might be shown otherwise.
+    const std::string perFile = "start=0,vid=" + std::to_string(videoNumber);
+    std::array words{"loadfile", movie.c_str(), "replace", perFile.c_str(),
+                     static_cast<const char*>(nullptr)};
+    set("pause", true);
+    mpv_node result{};
+    check(mpv_command_ret(handle_, words.data(), &result), "load");
+    std::int64_t entry = 0;
+    if (result.format == MPV_FORMAT_NODE_MAP) {
+        for (int i = 0; i < result.u.list->num; ++i) {
+            if (std::string(result.u.list->keys[i]) == "playlist_entry_id") {
+                entry = result.u.list->values[i].u.int64;
+            }
+        }
+    }
+    mpv_free_node_contents(&result);
+    return entry;
+}
+
+void Mpv::command(std::uint64_t id, std::initializer_list<const char*> words) {
+    std::vector<const char*> arguments(words);
+    arguments.push_back(nullptr);
+    mpv_command_async(handle_, id, arguments.data());
+}
+
+const mpv_event* Mpv::nextEvent() {
+    const mpv_event* event = mpv_wait_event(handle_, 0);
+    return event->event_id == MPV_EVENT_NONE ? nullptr : event;
+}
+
+} // namespace zelvra

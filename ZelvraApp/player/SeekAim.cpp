@@ -1,0 +1,46 @@
+#include "ZelvraApp/player/SeekAim.h"
+
+#include "ZelvraCore/isobmff/TrackTimeline.h"
+
+#include <algorithm>
+
+namespace zelvra {
+
+namespace {
+
+/// In the middle between the frame and the one before it, plus the tolerance, where they are close.
+double timeToSeek(const FrameIndex& frames, std::size_t index) {
+    constexpr double tolerance = 0.005;
+    const double time = frames.frame(index).time.seconds();
+    if (index == 0) {
+        return time;
+    }
+    const double gap = time - frames.frame(index - 1).time.seconds();
+    return time + std::max(0.0, tolerance - gap / 2);
+}
+
+} // namespace
+
+std::vector<std::int64_t> syncTimes(const Asset& asset) {
+    const isobmff::Track* track = asset.videoTrack();
+    std::vector<std::int64_t> times;
+    if (track != nullptr) {
+        const isobmff::TrackTimeline timeline(*track, asset.movie().timescale);
+        for (const isobmff::ShownSample& shown : timeline.shown()) {
+            if (track->samples[shown.sample].sync) {
+                times.push_back(shown.start);
+            }
+        }
+    }
+    return times;
+}
+
+SeekAim aimAt(const FrameIndex& frames, const std::vector<std::int64_t>& syncs, std::size_t index) {
+    const CMTime time = frames.frame(index).time;
+    const auto after = std::ranges::upper_bound(syncs, time.value);
+    const CMTime start{after == syncs.begin() ? 0 : *(after - 1), time.timescale};
+    const double aim = timeToSeek(frames, index);
+    return {aim, aim - start.seconds()};
+}
+
+} // namespace zelvra

@@ -1,0 +1,252 @@
+#include "ZelvraApp/player/SoftwarePicture.h"
+
+#include "ZelvraCore/records/ZVError.h"
+
+#include <algorithm>
+#include <array>
+#include <condition_variable>
+#include <cstdlib>
+#include <exception>
+#include <functional>
+#include <future>
+#include <mpv/render.h>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace zelvra {
+
+namespace {
+
+struct FreeContext {
+    void operator()(mpv_render_context* context) const { mpv_render_context_free(context); }
+};
+using RenderContext = std::unique_ptr<mpv_render_context, FreeContext>;
+
+RenderContext makeContext(mpv_handle& core) {
+    std::string api = MPV_RENDER_API_TYPE_SW;
+    std::array parameters{mpv_render_param{MPV_RENDER_PARAM_API_TYPE, api.data()},
+                          mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
+    mpv_render_context* context = nullptr;
+    const int error = mpv_render_context_create(&context, &core, parameters.data());
+    if (error < 0) {
+        throw MediaError(MediaError::Cause::unsupported,
+                         std::string("the player cannot draw: ") + mpv_error_string(error));
+    }
+    return RenderContext(context);
+}
+
+/// The core leaves anything in the fourth byte; Format_RGB32 promises 255.
+void makeOpaque(QImage& image) {
+    for (int y = 0; y < image.height(); ++y) {
+        auto* pixels = reinterpret_cast<QRgb*>(image.scanLine(y));
+        std::transform(pixels, pixels + image.width(), pixels,
+                       [](QRgb pixel) { return pixel | 0xff000000U; });
+    }
+}
+
+void drawInto(mpv_render_context& context, QImage& image) {
+    std::array size{image.width(), image.height()};
+    std::string format = "bgr0"; // the bytes of Format_RGB32 on a little-endian machine
+    auto stride = static_cast<std::size_t>(image.bytesPerLine());
+    std::array parameters{mpv_render_param{MPV_RENDER_PARAM_SW_SIZE, size.data()},
+                          mpv_render_param{MPV_RENDER_PARAM_SW_FORMAT, format.data()},
+                          mpv_render_param{MPV_RENDER_PARAM_SW_STRIDE, &stride},
+                          mpv_render_param{MPV_RENDER_PARAM_SW_POINTER, image.bits()},
+                          mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
+    mpv_render_context_render(&context, parameters.data());
+    makeOpaque(image);
+}
+
+/// Takes a frame that nobody wants to see, as the core waits for that.
+void skipFrame(mpv_render_context& context) {
+    int skip = 1;
+    std::array parameters{mpv_render_param{MPV_RENDER_PARAM_SKIP_RENDERING, &skip},
+                          mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
+    mpv_render_context_render(&context, parameters.data());
+}
+
+/// Rows and start on 64 bytes, as the core's vector code likes them.
+QImage alignedImage(QSize size) {
+    constexpr std::size_t alignment = 64;
+    constexpr std::size_t pixelBytes = 4;
+    const std::size_t row = static_cast<std::size_t>(size.width()) * pixelBytes;
+    const std::size_t stride = (row + alignment - 1) / alignment * alignment;
+    void* memory = std::aligned_alloc(alignment, stride * static_cast<std::size_t>(size.height()));
+    return {static_cast<uchar*>(memory), size.width(), size.height(), static_cast<qsizetype>(stride),
+            QImage::Format_RGB32,        std::free,    memory};
+}
+
+/// Images to draw into; one that is still shown somewhere is left alone.
+class ImagePool {
+public:
+    QImage take(QSize size) {
+        std::erase_if(images_, [&](const QImage& image) { return image.size() != size; });
+        const auto unused = std::ranges::find_if(images_, &QImage::isDetached);
+        if (unused == images_.end()) {
+            return alignedImage(size);
+        }
+        QImage image = std::move(*unused);
+        images_.erase(unused);
+        return image;
+    }
+    void keep(const QImage& image) { images_.push_back(image); }
+
+private:
+    std::vector<QImage> images_;
+};
+
+} // namespace
+
+/// The thread that makes the render context, draws whenever the core has something new, and frees it.
+class SoftwarePicture::Worker {
+public:
+    Worker(mpv_handle& core, std::function<void()> drawn) : drawn_(std::move(drawn)) {
+        std::promise<void> started;
+        std::future<void> start = started.get_future();
+        thread_ = std::thread([this, &core, &started] { run(core, started); });
+        try {
+            start.get();
+        } catch (...) {
+            thread_.join();
+            throw;
+        }
+    }
+
+    ~Worker() {
+        change([this] { stopping_ = true; });
+        thread_.join();
+    }
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+
+    void setNaturalSize(QSize size) {
+        change([&] {
+            naturalSize_ = size;
+            image_ = {};
+        });
+    }
+
+    void setGreatestSize(QSize size) {
+        change([&] {
+            greatestSize_ = size;
+            redraw_ = !image_.isNull();
+        });
+    }
+
+    QImage image() const {
+        const std::scoped_lock lock(mutex_);
+        return image_;
+    }
+
+    bool isDrawing() const {
+        const std::scoped_lock lock(mutex_);
+        return updated_ || redraw_ || drawing_;
+    }
+
+private:
+    template <typename Change>
+    void change(const Change& apply) {
+        {
+            const std::scoped_lock lock(mutex_);
+            apply();
+        }
+        wake_.notify_one();
+    }
+
+    QSize pictureSize() const {
+        const bool shrinks = !greatestSize_.isEmpty() && (greatestSize_.width() < naturalSize_.width() ||
+                                                          greatestSize_.height() < naturalSize_.height());
+        return shrinks ? naturalSize_.scaled(greatestSize_, Qt::KeepAspectRatio).expandedTo({1, 1})
+                       : naturalSize_;
+    }
+
+    void run(mpv_handle& core, std::promise<void>& started) {
+        RenderContext context;
+        try {
+            context = makeContext(core);
+            mpv_render_context_set_update_callback(
+                context.get(),
+                [](void* self) {
+                    auto* worker = static_cast<Worker*>(self);
+                    worker->change([worker] { worker->updated_ = true; });
+                },
+                this);
+        } catch (...) {
+            started.set_exception(std::current_exception());
+            return;
+        }
+        started.set_value();
+        drawAll(*context);
+    }
+
+    void drawAll(mpv_render_context& context) {
+        std::unique_lock lock(mutex_);
+        while (true) {
+            wake_.wait(lock, [this] { return stopping_ || updated_ || redraw_; });
+            if (stopping_) {
+                return;
+            }
+            const bool redraw = std::exchange(redraw_, false);
+            updated_ = false;
+            drawing_ = true;
+            const QSize size = pictureSize();
+            lock.unlock();
+            const bool isNew = (mpv_render_context_update(&context) & MPV_RENDER_UPDATE_FRAME) != 0;
+            QImage picture;
+            if (size.isEmpty() && isNew) {
+                skipFrame(context);
+            } else if (!size.isEmpty() && (isNew || redraw)) {
+                picture = pool_.take(size);
+                drawInto(context, picture);
+                pool_.keep(picture);
+            }
+            lock.lock();
+            drawing_ = false;
+            if (!picture.isNull() && size == pictureSize()) {
+                image_ = std::move(picture);
+                drawn_();
+            }
+        }
+    }
+
+    const std::function<void()> drawn_;
+    mutable std::mutex mutex_;
+    std::condition_variable wake_;
+    bool stopping_ = false;
+    bool updated_ = false;
+    bool redraw_ = false;
+    bool drawing_ = false;
+    QSize naturalSize_;
+    QSize greatestSize_;
+    QImage image_;
+    ImagePool pool_; ///< of the thread alone
+    std::thread thread_;
+};
+
+SoftwarePicture::SoftwarePicture(mpv_handle& core, QObject* parent)
+    : PlayerPicture(parent), worker_(std::make_unique<Worker>(core, [this] {
+          QMetaObject::invokeMethod(this, &PlayerPicture::changed, Qt::QueuedConnection);
+      })) {}
+
+SoftwarePicture::~SoftwarePicture() = default;
+
+void SoftwarePicture::setNaturalSize(QSize size) {
+    worker_->setNaturalSize(size);
+    Q_EMIT changed();
+}
+
+void SoftwarePicture::setGreatestSize(QSize size) {
+    worker_->setGreatestSize(size);
+}
+
+QImage SoftwarePicture::image() const {
+    return worker_->image();
+}
+
+bool SoftwarePicture::isDrawing() const {
+    return worker_->isDrawing();
+}
+
+} // namespace zelvra

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ZelvraApp/player/PlayerPicture.h"
+
+#include <QImage>
+#include <memory>
+
+struct mpv_handle;
+
+namespace zelvra {
+
+/// The player's pictures drawn into memory by a thread of its own: for windows without a graphics processor,
+/// for tests, and for any view that can show a QImage.
+class SoftwarePicture : public PlayerPicture {
+    Q_OBJECT
+public:
+    /// `core` must be initialised and outlive this object. Throws MediaError.
+    explicit SoftwarePicture(mpv_handle& core, QObject* parent = nullptr);
+    ~SoftwarePicture() override;
+
+    void setNaturalSize(QSize size) override;
+    void setGreatestSize(QSize size) override;
+
+    /// The newest picture (Format_RGB32); null where there is none. Copies share pixels that nobody changes:
+    /// keep none for longer than it is shown, its memory is used again. Any thread.
+    QImage image() const;
+    /// Whether a newer one is just being drawn. Any thread.
+    bool isDrawing() const;
+
+private:
+    class Worker;
+    std::unique_ptr<Worker> worker_;
+};
+
+} // namespace zelvra

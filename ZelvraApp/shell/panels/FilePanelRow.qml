@@ -1,0 +1,62 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Zelvra.Controls
+import Zelvra.Shell
+
+// A file or folder in the panel.
+T.AbstractButton {
+    id: row
+
+    required property int index
+    required property var modelData
+    readonly property bool chosen: ListView.isCurrentItem
+    readonly property color ink: chosen ? "#ffffff" : Theme.primary
+    readonly property color paleInk: chosen ? "#ffffff" : Theme.tertiary
+
+    component Detail: Text {
+        color: row.paleInk
+        font.family: Theme.family
+        font.pixelSize: Theme.caption
+        horizontalAlignment: Text.AlignRight
+    }
+
+    objectName: "file:" + modelData.name
+    implicitHeight: 28
+    focusPolicy: Qt.NoFocus
+    hoverEnabled: true
+    leftPadding: 8
+    rightPadding: 12
+    Accessible.role: Accessible.ListItem
+    Accessible.name: modelData.name
+
+    contentItem: RowLayout {
+        spacing: 8
+
+        Icon {
+            name: row.modelData.isFolder ? "folder" : "movie"
+            color: row.chosen ? "#ffffff" : row.modelData.isFolder ? Theme.accent : Theme.secondary
+        }
+        Text {
+            Layout.fillWidth: true
+            text: row.modelData.name
+            color: row.ink
+            font.family: Theme.family
+            font.pixelSize: Theme.body
+            elide: Text.ElideMiddle
+        }
+        Detail {
+            visible: !row.modelData.isFolder
+            text: row.modelData.sizeText
+        }
+        Detail {
+            Layout.preferredWidth: 120
+            text: row.modelData.timeText
+        }
+    }
+    background: Rectangle {
+        radius: 5
+        color: row.chosen ? Theme.accentFill : Theme.hover
+        visible: row.chosen || row.hovered
+    }
+}

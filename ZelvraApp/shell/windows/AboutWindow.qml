@@ -1,0 +1,86 @@
+import QtQuick
+import QtQuick.Layouts
+import Zelvra.Controls
+import Zelvra.Shell
+
+// Name, version and maker of the program.
+AuxiliaryWindow {
+    id: window
+
+    objectName: "about"
+    title: "About Zelvra"
+    width: 380
+    height: 520
+    minimumWidth: width
+    maximumWidth: width
+    minimumHeight: height
+    maximumHeight: height
+
+    component Line: Text {
+        Layout.alignment: Qt.AlignHCenter
+        color: Theme.secondary
+        font.family: Theme.family
+        font.pixelSize: Theme.callout
+    }
+
+    ColumnLayout {
+        anchors.centerIn: parent
+        width: parent.width - 56
+        spacing: 20
+
+        Image {
+            objectName: "appIcon"
+            Layout.alignment: Qt.AlignHCenter
+            source: "AppIcon.svg"
+            sourceSize.width: 128
+            sourceSize.height: 128
+            Accessible.ignored: true
+        }
+        ColumnLayout {
+            Layout.alignment: Qt.AlignHCenter
+            spacing: 6
+
+            Line {
+                text: "Zelvra"
+                color: Theme.primary
+                font.pixelSize: Theme.title2
+                font.weight: Font.DemiBold
+                Accessible.role: Accessible.Heading
+            }
+            Line {
+                objectName: "versionText"
+                text: About.versionText
+            }
+            Line {
+                text: "An App for highlighting your best moves."
+            }
+        }
+        Separator {
+            Layout.fillWidth: true
+            Layout.leftMargin: 40
+            Layout.rightMargin: 40
+        }
+        ColumnLayout {
+            Layout.alignment: Qt.AlignHCenter
+            spacing: 12
+
+            Line {
+                text: "Made by Corvath"
+                color: Theme.tertiary
+                font.pixelSize: Theme.caption
+                font.capitalization: Font.AllUppercase
+                font.letterSpacing: 1.5
+            }
+            Image {
+                objectName: "makerLogo"
+                Layout.alignment: Qt.AlignHCenter
+                visible: status === Image.Ready
+                source: "CorvathGrid.svg"
+                sourceSize.width: 60
+                sourceSize.height: 60
+                Accessible.role: Accessible.Graphic
+                Accessible.name: "Corvath"
+            }
+        }
+    }
+}

@@ -1,0 +1,73 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Zelvra.Controls
+import Zelvra.Shell
+
+// One section of the help: sign and title, below them its items.
+ColumnLayout {
+    id: section
+
+    required property var modelData
+
+    objectName: "helpSection"
+    Layout.fillWidth: true
+    spacing: 12
+
+    RowLayout {
+        spacing: 10
+
+        Icon {
+            Layout.preferredWidth: 24
+            name: section.modelData.icon
+            size: 20
+            color: Theme.accent
+        }
+        Text {
+            text: section.modelData.title
+            color: Theme.primary
+            font.family: Theme.family
+            font.pixelSize: Theme.title3
+            font.weight: Font.DemiBold
+            Accessible.role: Accessible.Heading
+        }
+    }
+    Column {
+        Layout.fillWidth: true
+        Layout.leftMargin: 34
+        spacing: 10
+
+        Repeater {
+            model: section.modelData.items
+            Item {
+                id: item
+
+                required property string modelData
+
+                width: parent.width
+                height: words.implicitHeight
+
+                Text {
+                    text: "•"
+                    color: Theme.tertiary
+                    font: words.font
+                    Accessible.ignored: true
+                }
+                Text {
+                    id: words
+
+                    objectName: "helpItemText"
+                    x: 16
+                    width: parent.width - x
+                    text: item.modelData
+                    textFormat: Text.MarkdownText
+                    color: Theme.primary
+                    font.family: Theme.family
+                    font.pixelSize: Theme.body
+                    wrapMode: Text.Wrap
+                }
+            }
+        }
+    }
+}

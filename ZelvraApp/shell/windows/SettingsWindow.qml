@@ -1,0 +1,237 @@
+import QtQuick
+import QtQuick.Layouts
+import Zelvra.Controls
+import Zelvra.Shell
+
+// The user's preferences. Each control writes at once.
+AuxiliaryWindow {
+    id: window
+
+    required property Settings settings
+
+    objectName: "settings"
+    title: "Settings"
+    width: 480
+    height: 640
+    minimumWidth: width
+    maximumWidth: width
+    minimumHeight: 360
+    maximumHeight: Math.max(640, form.implicitHeight + 28)
+
+    component Spring: Item {
+        Layout.fillWidth: true
+    }
+    component ValueText: DigitText {
+        Layout.preferredWidth: 50
+        alignment: Qt.AlignRight
+        color: Theme.secondary
+    }
+
+    Flickable {
+        anchors.fill: parent
+        contentHeight: form.implicitHeight + 28
+        boundsBehavior: Flickable.StopAtBounds
+        clip: contentHeight > height
+
+        ColumnLayout {
+            id: form
+
+            x: 20
+            y: 14
+            width: parent.width - 40
+            spacing: 12
+
+            FormSection {
+                title: "Highlight Defaults"
+                footer: "Starting values for every new highlight. Changes here apply immediately. When you restyle a highlight in the editor, the app asks whether to keep that look for the clip, the session, or always."
+
+                FormRow {
+                    first: true
+                    label: "Highlight Color"
+
+                    Spring {}
+                    ColorWell {
+                        objectName: "defaultColor"
+                        Accessible.name: "Highlight Color"
+                        color: window.settings.color
+                        onPicked: color => window.settings.color = color
+                    }
+                }
+                FormRow {
+                    label: "Size"
+
+                    Spring {}
+                    ValueSlider {
+                        objectName: "defaultSize"
+                        Accessible.name: "Size"
+                        Layout.preferredWidth: 200
+                        from: 0.01
+                        to: 0.45
+                        value: window.settings.radiusRatio
+                        onMoved: window.settings.radiusRatio = value
+                    }
+                    ValueText {
+                        objectName: "defaultSizeText"
+                        text: window.settings.radiusText
+                    }
+                }
+                FormRow {
+                    label: "Stroke"
+
+                    Spring {}
+                    ValueSlider {
+                        objectName: "defaultStroke"
+                        Accessible.name: "Stroke"
+                        Layout.preferredWidth: 200
+                        from: 0.001
+                        to: 0.02
+                        value: window.settings.strokeRatio
+                        onMoved: window.settings.strokeRatio = value
+                    }
+                    ValueText {
+                        objectName: "defaultStrokeText"
+                        text: window.settings.strokeText
+                    }
+                }
+                FormRow {
+                    label: "Freeze Duration"
+
+                    Spring {}
+                    Stepper {
+                        objectName: "defaultDuration"
+                        name: "Freeze Duration"
+                        from: 0.5
+                        to: 10
+                        stepSize: 0.5
+                        value: window.settings.durationSec
+                        text: window.settings.durationText
+                        onModified: value => window.settings.durationSec = value
+                    }
+                }
+            }
+            FormSection {
+                title: "Marking Clips"
+                footer: "Press I while watching to drop a clip of this length into Marked Clips — playback keeps going. Press O to set the exact end, or click the clip later to fine-tune on the zoomed strip."
+
+                FormRow {
+                    first: true
+                    label: "New clip length"
+
+                    Spring {}
+                    Stepper {
+                        objectName: "clipLength"
+                        name: "New clip length"
+                        from: 5
+                        to: 120
+                        stepSize: 5
+                        value: window.settings.clipLengthSec
+                        text: window.settings.clipLengthText
+                        onModified: value => window.settings.clipLengthSec = value
+                    }
+                }
+            }
+            FormSection {
+                title: "Output Location"
+                footer: window.settings.outputFooterText
+                footerName: "outputFooter"
+
+                FormRow {
+                    id: exportTo
+
+                    first: true
+                    label: "Export to"
+                    labelAlignment: Qt.AlignTop
+
+                    component Choice: RadioRow {
+                        required property int mode
+
+                        checked: window.settings.outputMode === mode
+                        onToggled: window.settings.outputMode = mode
+                    }
+
+                    Spring {}
+                    ColumnLayout {
+                        Layout.preferredWidth: 200
+                        spacing: 0
+
+                        Choice {
+                            objectName: "outputSameAsSource"
+                            mode: Settings.SameAsSource
+                            text: "Same folder as source"
+                        }
+                        Choice {
+                            objectName: "outputSubfolder"
+                            mode: Settings.Subfolder
+                            text: "Subfolder of source"
+                        }
+                        Choice {
+                            objectName: "outputCustom"
+                            mode: Settings.Custom
+                            text: "Custom folder"
+                        }
+                    }
+                }
+                FormRow {
+                    visible: window.settings.outputMode === Settings.Subfolder
+                    label: "Subfolder name"
+
+                    Spring {}
+                    TextInputBox {
+                        id: subfolderName
+
+                        objectName: "subfolderName"
+                        Accessible.name: "Subfolder name"
+                        Layout.preferredWidth: 200
+                        placeholderText: "highlighted"
+                        onTextEdited: window.settings.subfolderName = text
+                        onAccepted: focus = false
+
+                        Binding on text {
+                            when: subfolderName.text !== window.settings.subfolderName
+                            value: window.settings.subfolderName
+                            restoreMode: Binding.RestoreNone
+                        }
+                    }
+                }
+                FormRow {
+                    visible: window.settings.outputMode === Settings.Custom
+                    label: "Folder"
+
+                    Text {
+                        objectName: "customFolder"
+                        Layout.fillWidth: true
+                        text: window.settings.customFolder || "— not chosen —"
+                        color: window.settings.customFolder ? Theme.primary : Theme.secondary
+                        font.family: Theme.family
+                        font.pixelSize: Theme.body
+                        elide: Text.ElideMiddle
+                    }
+                    PushButton {
+                        objectName: "chooseFolder"
+                        text: "Choose…"
+                        onClicked: window.settings.chooseCustomFolder()
+                    }
+                }
+                FormRow {
+                    label: "Include audio in exported clips"
+
+                    Spring {}
+                    ToggleSwitch {
+                        objectName: "includeAudio"
+                        Accessible.name: "Include audio in exported clips"
+                        checked: window.settings.includeAudio
+                        onToggled: window.settings.includeAudio = checked
+                    }
+                }
+            }
+            RowLayout {
+                Spring {}
+                PushButton {
+                    objectName: "resetSettings"
+                    text: "Reset to Factory Defaults"
+                    onClicked: window.settings.resetToFactoryDefaults()
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,102 @@
+import QtQuick
+import QtQuick.Layouts
+import Zelvra.Session
+import Zelvra.Controls
+import Zelvra.Views
+
+// What the window shows while no clip is open: how to open one, by button, by drop or from the recents.
+Item {
+    id: landing
+
+    required property Session session
+    property bool takesDrops: true
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Theme.landingRadius
+        color: Theme.window
+    }
+    DropOutline {
+        objectName: "dropOutline"
+        anchors.fill: parent
+        anchors.margins: 24
+        color: Theme.over(Theme.accent, 0.9)
+        shown: drop.isTargeted
+    }
+    FileDrop {
+        id: drop
+
+        objectName: "landing"
+        anchors.fill: parent
+        enabled: landing.takesDrops
+        onOffered: url => landing.session.open(url)
+    }
+    ColumnLayout {
+        anchors.centerIn: parent
+        spacing: 18
+
+        Item {
+            Layout.alignment: Qt.AlignHCenter
+            implicitWidth: 72
+            implicitHeight: 72
+
+            Icon {
+                name: "video_call"
+                size: 72
+                color: Theme.secondary
+                opacity: 1 - spinner.opacity
+            }
+            Spinner {
+                id: spinner
+
+                anchors.centerIn: parent
+                width: 44
+                height: 44
+                running: landing.session.state.isOpening
+            }
+        }
+        Text {
+            Layout.alignment: Qt.AlignHCenter
+            text: "Drop a video or folder here"
+            color: Theme.primary
+            font.family: Theme.family
+            font.pixelSize: Theme.title2
+            font.weight: Font.Medium
+        }
+        Text {
+            Layout.alignment: Qt.AlignHCenter
+            text: "or"
+            color: Theme.tertiary
+            font.family: Theme.family
+            font.pixelSize: Theme.body
+        }
+        Row {
+            Layout.alignment: Qt.AlignHCenter
+            spacing: 12
+
+            PushButton {
+                objectName: "landingOpenVideo"
+                text: "Open Video…"
+                look: PushButton.Prominent
+                controlHeight: Theme.largeControlHeight
+                onClicked: landing.session.requestOpenVideo()
+            }
+            PushButton {
+                objectName: "landingOpenFolder"
+                text: "Open Folder…"
+                controlHeight: Theme.largeControlHeight
+                onClicked: landing.session.requestOpenFolder()
+            }
+        }
+        QuickStartSteps {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: 10
+        }
+        RecentsList {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: 6
+            session: landing.session
+            visible: count > 0
+        }
+    }
+}

@@ -1,0 +1,54 @@
+import QtQuick
+import Zelvra.Controls
+import Zelvra.Views
+
+// The way from a clip to a finished movie in three lines.
+Column {
+    spacing: 7
+
+    component QuickStartRow: Row {
+        id: row
+
+        required property int number
+        required property string text
+
+        spacing: 9
+
+        Rectangle {
+            width: 16
+            height: 16
+            radius: 8
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.quaternary
+
+            Text {
+                anchors.centerIn: parent
+                text: row.number
+                color: Theme.secondary
+                font.family: Theme.family
+                font.pixelSize: Theme.caption2
+                font.weight: Font.Bold
+            }
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: row.text
+            color: Theme.primary
+            font.family: Theme.family
+            font.pixelSize: Theme.callout
+        }
+    }
+
+    QuickStartRow {
+        number: 1
+        text: "Open a clip — or just drop one here"
+    }
+    QuickStartRow {
+        number: 2
+        text: "Pause where it matters, press N to add a highlight"
+    }
+    QuickStartRow {
+        number: 3
+        text: "Press ⌘E to export the finished clip"
+    }
+}

@@ -1,0 +1,89 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Zelvra.Session
+import Zelvra.Controls
+import Zelvra.Views
+
+// One highlight in the sidebar: its figure in its colour, its moment, how long it freezes.
+T.AbstractButton {
+    id: row
+
+    required property Session session
+    required property string id
+    required property double moment
+    required property double duration
+    required property string kind
+    required property color color
+
+    objectName: "highlightRow"
+    width: ListView.view ? ListView.view.width - ListView.view.leftMargin - ListView.view.rightMargin : implicitWidth
+    implicitHeight: 44
+    leftPadding: 8
+    rightPadding: 4
+    hoverEnabled: true
+    focusPolicy: Qt.NoFocus
+    Accessible.role: Accessible.ListItem
+    Accessible.name: time.text + ", " + row.kind + ", " + freeze.text
+    onClicked: row.session.editHighlight(row.id)
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: row.hovered ? Theme.hover : "transparent"
+
+        Tipped {
+            anchors.fill: parent
+            tip: trashArea.hovered ? "" : "Click to edit, or use the trash to delete"
+        }
+    }
+    contentItem: RowLayout {
+        spacing: 10
+
+        Icon {
+            Layout.preferredWidth: 20
+            name: ({
+                    circle: "radio_button_unchecked",
+                    arrow: "north_east",
+                    rectangle: "crop_16_9"
+                })[row.kind] ?? ""
+            size: 20
+            color: row.color
+        }
+        Column {
+            Layout.fillWidth: true
+            spacing: 2
+
+            DigitText {
+                id: time
+
+                objectName: "highlightTime"
+                text: row.session.timecodeOf(row.moment)
+                color: Theme.primary
+            }
+            Text {
+                id: freeze
+
+                objectName: "highlightFreeze"
+                text: Texts.freezeLength(row.duration)
+                color: Theme.secondary
+                font.family: Theme.family
+                font.pixelSize: Theme.caption
+            }
+        }
+        Tipped {
+            id: trashArea
+
+            tip: "Delete highlight"
+
+            PushButton {
+                objectName: "deleteHighlight"
+                look: PushButton.Borderless
+                iconName: "delete_outline"
+                iconSize: 18
+                focusPolicy: Qt.NoFocus
+                Accessible.name: "Delete highlight"
+                onClicked: row.session.deleteHighlight(row.id)
+            }
+        }
+    }
+}

@@ -1,0 +1,110 @@
+import QtQuick
+import QtQuick.Layouts
+import Zelvra.Session
+import Zelvra.Controls
+import Zelvra.Views
+
+// The clip's lists: its marked clips, where there are any, and its highlights.
+Rectangle {
+    id: sidebar
+
+    required property Session session
+
+    color: Theme.bar
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.topMargin: -1 // over the line of the toolbar
+        spacing: 0
+
+        MarkedClipsSection {
+            Layout.fillWidth: true
+            session: sidebar.session
+            visible: sidebar.session.markedClipCount > 0
+        }
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.margins: 12
+            spacing: 8
+
+            Text {
+                Layout.fillWidth: true
+                text: "Highlights"
+                color: Theme.primary
+                font.family: Theme.family
+                font.pixelSize: Theme.headline
+                font.weight: Font.DemiBold
+            }
+            Tipped {
+                tip: "Undo last change (⌘Z)"
+
+                PushButton {
+                    objectName: "undo"
+                    look: PushButton.Borderless
+                    controlHeight: Theme.smallControlHeight
+                    iconName: "undo"
+                    Accessible.name: "Undo"
+                    enabled: sidebar.session.state.canUndo
+                    onClicked: sidebar.session.undo()
+                }
+            }
+            DigitText {
+                objectName: "highlightCount"
+                text: sidebar.session.highlightCount
+                color: Theme.secondary
+                font.pixelSize: Theme.headline
+            }
+        }
+        Separator {
+            Layout.fillWidth: true
+        }
+        Item {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            Column {
+                objectName: "noHighlights"
+                anchors.centerIn: parent
+                spacing: 6
+                visible: sidebar.session.highlightCount === 0
+
+                DashedOutline {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    width: 30
+                    height: 30
+                    radius: 15
+                    lineWidth: 2
+                    dash: 4.2
+                    gap: 3.1
+                    color: Theme.tertiary
+                }
+                Text {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: "No highlights yet"
+                    color: Theme.secondary
+                    font.family: Theme.family
+                    font.pixelSize: Theme.body
+                }
+                Text {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: "Scrub the video, then click\n“Add Highlight”."
+                    color: Theme.tertiary
+                    horizontalAlignment: Text.AlignHCenter
+                    font.family: Theme.family
+                    font.pixelSize: Theme.caption
+                }
+            }
+            RowList {
+                objectName: "highlightList"
+                anchors.fill: parent
+                model: sidebar.session.state.highlightRows
+                Accessible.name: "Highlights"
+                onOpened: id => sidebar.session.editHighlight(id)
+                onRemoved: id => sidebar.session.deleteHighlight(id)
+                delegate: HighlightRow {
+                    session: sidebar.session
+                }
+            }
+        }
+    }
+}

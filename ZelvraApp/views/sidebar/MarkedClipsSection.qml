@@ -1,0 +1,59 @@
+import QtQuick
+import QtQuick.Layouts
+import Zelvra.Session
+import Zelvra.Controls
+import Zelvra.Views
+
+// The clips that were marked in the recording, in the order in which they will be exported.
+ColumnLayout {
+    id: section
+
+    required property Session session
+
+    objectName: "markedClips"
+    spacing: 0
+
+    Separator {
+        Layout.fillWidth: true
+    }
+    RowLayout {
+        Layout.fillWidth: true
+        Layout.margins: 12
+        spacing: 8
+
+        Text {
+            text: "Marked Clips"
+            color: Theme.primary
+            font.family: Theme.family
+            font.pixelSize: Theme.headline
+            font.weight: Font.DemiBold
+        }
+        DigitText {
+            objectName: "markedClipCount"
+            text: section.session.markedClipCount
+            color: Theme.secondary
+            font.pixelSize: Theme.headline
+        }
+        Item {
+            Layout.fillWidth: true
+        }
+    }
+    Separator {
+        Layout.fillWidth: true
+    }
+    RowList {
+        objectName: "markedClipList"
+        Layout.fillWidth: true
+        Layout.preferredHeight: Math.min(220, contentHeight + topMargin + bottomMargin)
+        model: section.session.state.markedClipRows
+        Accessible.name: "Marked clips"
+        onOpened: id => section.session.editMarkedClip(id)
+        onRemoved: id => section.session.unmark(id)
+        delegate: MarkedClipRow {
+            session: section.session
+        }
+    }
+    Separator {
+        Layout.fillWidth: true
+    }
+}

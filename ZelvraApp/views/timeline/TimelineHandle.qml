@@ -1,0 +1,34 @@
+import QtQuick
+import Zelvra.Controls
+import Zelvra.Views
+
+// What an edge of the trim is dragged by. The strip does the dragging; keys nudge the edge.
+Rectangle {
+    id: handle
+
+    required property real centerX
+    // `held`: the key repeats.
+    signal nudged(seconds: real, held: bool)
+
+    function nudge(event: KeyEvent, direction: int) {
+        handle.nudged(direction * (event.modifiers & Qt.ShiftModifier ? 1 : 0.1), event.isAutoRepeat);
+    }
+
+    x: centerX - width / 2
+    anchors.verticalCenter: parent?.verticalCenter
+    width: 5
+    height: (parent?.height ?? 0) - 4
+    radius: 2
+    color: Theme.vivid
+    border.width: 1
+    border.color: Qt.rgba(1, 1, 1, 0.8)
+    activeFocusOnTab: true
+    Accessible.role: Accessible.Slider
+    Accessible.focusable: true
+    Keys.onLeftPressed: event => handle.nudge(event, -1)
+    Keys.onRightPressed: event => handle.nudge(event, 1)
+
+    FocusRing {
+        visible: handle.activeFocus
+    }
+}

@@ -1,0 +1,64 @@
+import QtQuick
+import Zelvra.Session
+import Zelvra.Controls
+import Zelvra.Views
+
+// The row of the timeline strip. It slides in when there is something to show on it, and out again.
+Rectangle {
+    id: row
+
+    required property Session session
+    readonly property bool shown: session.state.timelineHasContent
+
+    objectName: "timelineRow"
+    height: 0
+    visible: height > 0
+    color: Theme.picture
+    clip: true
+    states: State {
+        name: "shown"
+        when: row.shown
+        PropertyChanges {
+            row.height: 44
+            body.opacity: 1
+        }
+    }
+    transitions: Transition {
+        NumberAnimation {
+            properties: "height, opacity"
+            duration: Theme.motion
+            easing.type: Easing.InOutQuad
+        }
+    }
+
+    Item {
+        id: body
+
+        anchors.top: parent.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.leftMargin: 16
+        anchors.rightMargin: 16
+        anchors.topMargin: 8
+        height: 28
+        opacity: 0
+
+        Text {
+            id: label
+
+            anchors.verticalCenter: parent.verticalCenter
+            text: "Highlights"
+            color: Qt.rgba(1, 1, 1, 0.45)
+            font.family: Theme.family
+            font.pixelSize: Theme.caption2
+            font.weight: Font.DemiBold
+        }
+        TimelineStrip {
+            anchors.left: label.right
+            anchors.leftMargin: 12
+            anchors.right: parent.right
+            height: parent.height
+            session: row.session
+        }
+    }
+}

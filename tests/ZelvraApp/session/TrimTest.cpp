@@ -1,0 +1,267 @@
+#include "tests/ZelvraApp/session/SessionTest.h"
+
+#include "ZelvraApp/session/SessionTime.h"
+#include "ZelvraApp/session/TrimEditor.h"
+
+namespace zelvra::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::Pair;
+
+class Trim : public SessionTest {
+protected:
+    void SetUp() override { open(clip("one.mov", {.frames = 300})); }
+    std::pair<double, double> span() const {
+        const auto& trim = session_->trimRange();
+        return trim ? std::pair(trim->start.seconds(), trim->end().seconds()) : std::pair(-1.0, -1.0);
+    }
+};
+
+TEST_F(Trim, DropsHighlightsOutsideAndKeepsThoseAtItsEnds) {
+    for (const double moment : {1.0, 2.0, 3.0, 4.0, 5.0}) {
+        add(moment);
+    }
+    session_->setTrim(CMTimeRange::fromStartToEnd({2, 1}, {2400, 600}));
+    EXPECT_THAT(moments(), ElementsAre(2, 3, 4));
+    session_->setTrim(CMTimeRange::fromStartToEnd({1201, 600}, {2399, 600}));
+    EXPECT_THAT(moments(), ElementsAre(3));
+    session_->setTrim(std::nullopt);
+    EXPECT_THAT(moments(), ElementsAre(3)) << "only undo brings them back";
+    session_->undo();
+    session_->undo();
+    EXPECT_THAT(moments(), ElementsAre(2, 3, 4));
+}
+
+TEST_F(Trim, KeepsDraggedEdgesInsideAndApart) {
+    session_->dragTrimStart(1);
+    EXPECT_EQ(session_->trimRange(), std::nullopt) << "nothing to drag";
+    session_->setTrim(range(2, 4));
+    add(3);
+    session_->dragTrimStart(-3);
+    EXPECT_THAT(span(), Pair(0, 4));
+    session_->dragTrimStart(7);
+    EXPECT_THAT(span(), Pair(3.9, 4));
+    session_->dragTrimEnd(70);
+    EXPECT_THAT(span(), Pair(3.9, 10));
+    session_->dragTrimEnd(1);
+    EXPECT_THAT(span(), Pair(3.9, 4));
+    session_->dragTrimEnd(std::nan(""));
+    session_->dragTrimStart(std::nan(""));
+    EXPECT_THAT(span(), Pair(0, 10));
+    EXPECT_THAT(moments(), ElementsAre(3));
+    session_->undo();
+    EXPECT_THAT(span(), Pair(2, 4)) << "drags are no steps of their own";
+}
+
+TEST_F(Trim, StopsPlaybackAtItsEndAndStartsAgainAtItsStart) {
+    session_->setTrim(range(1, 1.5));
+    seek(1.2);
+    session_->player().play();
+    EXPECT_TRUE(comesTrue([&] { return session_->player().rate() == 0; }));
+    EXPECT_EQ(session_->player().currentTime(), sessionTime(1.5));
+    session_->player().play();
+    EXPECT_TRUE(comesTrue([&] { return session_->currentTime() < sessionTime(1.4); }));
+    EXPECT_GE(session_->currentTime(), sessionTime(1));
+}
+
+class TrimInTheView : public Trim {
+protected:
+    void SetUp() override {
+        Trim::SetUp();
+        session_->playerController().playerView = &editor();
+    }
+    TrimEditor& editor() {
+        if (!editor_) {
+            editor_ = std::make_unique<TrimEditor>(session_->player());
+        }
+        return *editor_;
+    }
+    void TearDown() override { editor_.reset(); }
+    /// Opens the editor, moves its points and confirms.
+    void trim(double in, double out) {
+        session_->beginTrim();
+        editor().setInPoint(sessionTime(in));
+        editor().setOutPoint(sessionTime(out));
+        editor().confirm();
+        letPass(0.01);
+    }
+
+    std::unique_ptr<TrimEditor> editor_;
+};
+
+TEST_F(TrimInTheView, TakesOverWhatIsConfirmed) {
+    trim(2, 5);
+    EXPECT_THAT(span(), Pair(2, 5));
+    session_->beginTrim();
+    EXPECT_EQ(editor().inPoint(), sessionTime(2));
+    EXPECT_FALSE(editor().canBeginTrimming());
+    editor().setInPoint(sessionTime(-1));
+    editor().setOutPoint(sessionTime(-1));
+    EXPECT_EQ(editor().outPoint(), sessionTime(0.1));
+    editor().cancel();
+    letPass(0.01);
+    EXPECT_THAT(span(), Pair(2, 5));
+    EXPECT_EQ(session_->player().currentItem()->forwardPlaybackEndTime, sessionTime(5));
+}
+
+TEST_F(TrimInTheView, CountsNearlyTheWholeSourceAsNoTrim) {
+    trim(2, 5);
+    trim(0.03, 9.98);
+    EXPECT_EQ(session_->trimRange(), std::nullopt);
+    EXPECT_FALSE(session_->player().currentItem()->forwardPlaybackEndTime.isValid());
+    trim(0.06, 9.98);
+    EXPECT_THAT(span(), Pair(0.06, 9.98));
+}
+
+TEST_F(TrimInTheView, DropsPointsOfAMovieThatIsGone) {
+    session_->beginTrim();
+    editor().setInPoint(sessionTime(4));
+    open(folder_ / "one.mov");
+    editor().confirm();
+    letPass(0.01);
+    EXPECT_EQ(session_->trimRange(), std::nullopt);
+    session_->beginTrim();
+    EXPECT_TRUE(editor().isActive()) << "and can be opened again";
+}
+
+TEST_F(TrimInTheView, DoesNothingWithoutAView) {
+    editor_.reset();
+    session_->beginTrim();
+    bool returned = false;
+    std::optional<bool> confirmed;
+    session_->playerController().beginTrim([&](bool ok) {
+        EXPECT_TRUE(returned);
+        confirmed = ok;
+    });
+    returned = true;
+    EXPECT_TRUE(comesTrue([&] { return confirmed == false; }));
+    EXPECT_EQ(session_->trimRange(), std::nullopt);
+}
+
+class MarkedClips : public SessionTest {
+protected:
+    void SetUp() override { open(clip("game.mov", {.frames = 300})); }
+    void mark(double start, double end) {
+        seek(start);
+        session_->markInPoint();
+        seek(end);
+        session_->markOutPoint();
+    }
+};
+
+TEST_F(MarkedClips, BeginAtThePlayheadAndEndWhereOPullsThem) {
+    preferences_.write(preferences::clipDefaultLengthSec, 3.0);
+    session_->markOutPoint();
+    EXPECT_THAT(clips(), ElementsAre());
+    seek(2);
+    session_->markInPoint();
+    EXPECT_THAT(clips(), ElementsAre(Pair(2, 5)));
+    EXPECT_EQ(session_->activeRoughClipID(), session_->markedClips()[0].id);
+    for (const double tooEarly : {1.0, 2.0, 2.1}) {
+        seek(tooEarly);
+        session_->markOutPoint();
+        EXPECT_THAT(clips(), ElementsAre(Pair(2, 5)));
+    }
+    seek(3);
+    session_->markOutPoint();
+    EXPECT_THAT(clips(), ElementsAre(Pair(2, 3)));
+    seek(7);
+    session_->markOutPoint();
+    EXPECT_THAT(clips(), ElementsAre(Pair(2, 7)));
+    seek(8);
+    session_->markInPoint();
+    EXPECT_THAT(clips(), ElementsAre(Pair(2, 7), Pair(8, 10))) << "no further than the source";
+    seek(9.95);
+    session_->markInPoint();
+    EXPECT_EQ(clips().size(), 2U);
+    session_->unmark(*session_->activeRoughClipID());
+    session_->markOutPoint();
+    EXPECT_THAT(clips(), ElementsAre(Pair(2, 7)));
+}
+
+TEST_F(MarkedClips, AreAsLongAsThePreferenceSaysOrHalfAMinute) {
+    for (const auto& [stored, length] : {std::pair(1.5, 1.5), {0.0, 10.0}, {-3.0, 10.0}, {60.0, 10.0}}) {
+        preferences_.write(preferences::clipDefaultLengthSec, stored);
+        session_->markInPoint();
+        EXPECT_THAT(clips().back(), Pair(0, length)) << stored;
+    }
+}
+
+TEST_F(MarkedClips, GoOnPlayingWhileTheyAreMarked) {
+    session_->player().play();
+    ASSERT_TRUE(comesTrue([&] { return session_->currentTime().seconds() > 0.2; }));
+    session_->markInPoint();
+    EXPECT_GT(session_->player().rate(), 0);
+    ASSERT_TRUE(comesTrue([&] { return session_->currentTime().seconds() > 0.6; }));
+    session_->markOutPoint();
+    ASSERT_EQ(clips().size(), 1U);
+    EXPECT_NEAR(clips()[0].second, 0.65, 0.3);
+}
+
+TEST_F(MarkedClips, AreRefinedAndSavedInPlace) {
+    mark(1, 2);
+    mark(3, 4);
+    mark(5, 6);
+    session_->editMarkedClip(session_->markedClips()[1]);
+    EXPECT_TRUE(comesTrue([&] { return session_->currentTime() == sessionTime(3); }));
+    EXPECT_EQ(session_->activeRoughClipID(), std::nullopt);
+    add(3.5);
+    session_->dragTrimEnd(4.5);
+    session_->markCurrentClip();
+    EXPECT_THAT(clips(), ElementsAre(Pair(1, 2), Pair(3, 4.5), Pair(5, 6)));
+    EXPECT_EQ(session_->markedClips()[1].highlights.size(), 1U);
+    EXPECT_THAT(moments(), ElementsAre());
+    EXPECT_EQ(session_->trimRange(), std::nullopt);
+    EXPECT_EQ(session_->editingClipID(), std::nullopt);
+    EXPECT_TRUE(comesTrue([&] { return session_->currentTime() == sessionTime(4.5); }));
+
+    session_->editMarkedClip(session_->markedClips()[1]);
+    EXPECT_THAT(moments(), ElementsAre(3.5));
+    session_->dragTrimStart(3.6);
+    session_->setTrim(std::nullopt);
+    EXPECT_THAT(moments(), ElementsAre());
+    EXPECT_EQ(session_->editingClipID(), std::nullopt);
+    EXPECT_THAT(clips()[1], Pair(3, 4.5)) << "discarding leaves the clip as it was";
+}
+
+TEST_F(MarkedClips, AreNudgedWithoutAStepOfUndoWhileTrimmed) {
+    session_->setTrim(range(4, 6));
+    const auto nudged = [&](double playhead, void (AppState::*nudge)()) {
+        seek(playhead);
+        (session_.get()->*nudge)();
+        return std::pair(session_->trimRange()->start.seconds(), session_->trimRange()->end().seconds());
+    };
+    EXPECT_THAT(nudged(5, &AppState::markInPoint), Pair(5, 6));
+    EXPECT_THAT(nudged(8, &AppState::markInPoint), Pair(5.9, 6));
+    EXPECT_THAT(nudged(3, &AppState::markOutPoint), Pair(5.9, 6));
+    EXPECT_THAT(nudged(9, &AppState::markOutPoint), Pair(5.9, 9));
+    EXPECT_THAT(clips(), ElementsAre());
+    session_->undo();
+    EXPECT_EQ(session_->trimRange(), std::nullopt) << "back to before the trim was set";
+}
+
+TEST_F(MarkedClips, AreAddedAnewWhereTheEditedOneIsGone) {
+    mark(1, 2);
+    mark(3, 4);
+    session_->editMarkedClip(session_->markedClips()[0]);
+    session_->unmark(session_->markedClips()[0].id);
+    session_->unmark(Uuid::random());
+    session_->markCurrentClip();
+    EXPECT_THAT(clips(), ElementsAre(Pair(3, 4), Pair(1, 2)));
+}
+
+TEST_F(MarkedClips, ComeByTheHundreds) {
+    preferences_.write(preferences::clipDefaultLengthSec, 1.0);
+    for (int i = 0; i < 300; ++i) {
+        session_->markInPoint();
+    }
+    EXPECT_EQ(clips().size(), 300U);
+    session_->editMarkedClip(session_->markedClips()[299]);
+    add(0.5);
+    session_->markCurrentClip();
+    EXPECT_EQ(session_->markedClips()[299].highlights.size(), 1U);
+}
+
+} // namespace
+} // namespace zelvra::test

@@ -1,0 +1,123 @@
+#include "tests/ZelvraApp/views/ViewsTest.h"
+
+#include "ZelvraApp/session/SessionTime.h"
+
+#include <QGuiApplication>
+
+#include <algorithm>
+
+namespace zelvra::test {
+
+namespace {
+
+void collect(QQuickItem* root, const std::function<bool(const QQuickItem&)>& wanted,
+             std::vector<QQuickItem*>& found) {
+    if (!root->isVisible()) {
+        return;
+    }
+    if (wanted(*root)) {
+        found.push_back(root);
+    }
+    for (QQuickItem* child : root->childItems()) {
+        collect(child, wanted, found);
+    }
+}
+
+std::vector<QQuickItem*> topDown(QQuickItem* root, const std::function<bool(const QQuickItem&)>& wanted) {
+    std::vector<QQuickItem*> found;
+    collect(root, wanted, found);
+    std::ranges::stable_sort(found, {}, [](QQuickItem* item) { return item->mapToScene({}).y(); });
+    return found;
+}
+
+} // namespace
+
+std::filesystem::path ViewsTest::clip(const std::string& name, const NumberedMovie& movie) const {
+    std::filesystem::create_directories((folder_ / name).parent_path());
+    std::filesystem::copy_file(movieFile(movie), folder_ / name);
+    return folder_ / name;
+}
+
+void ViewsTest::openRecording() {
+    open(clip("recording.mov", {.rate = 1, .frames = 600, .gop = 10}));
+}
+
+void ViewsTest::openQueue() {
+    for (const char* name : {"queue/one.mov", "queue/three.mov", "queue/two.mov"}) {
+        clip(name);
+    }
+    state().handleOpenedURLs({urlOf(folder_ / "queue")});
+    EXPECT_TRUE(comesTrue([&] { return state().queueLabel() == "1 of 3" && state().player().isReady(); }));
+}
+
+QUrl ViewsTest::urlOf(const std::filesystem::path& file) {
+    return QUrl::fromLocalFile(QString::fromStdString(file.string()));
+}
+
+void ViewsTest::highlight(double seconds, double freeze) {
+    auto raster = std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)});
+    const Highlight wanted{
+        Uuid::random(), sessionTime(seconds), sessionTime(freeze),
+        HighlightShape{
+            Uuid::random(), HighlightShapeKind::circle, {0.5, 0.5}, {0.6, 0.5}, Color{1, 0, 0, 1}, 0.004}};
+    state().setDraft(
+        HighlightDraft::editing(wanted, Image(std::move(raster), {}), state().sourceInfo()->displaySize));
+    state().commitDraft();
+    state().setShowDefaultsScopePrompt(false);
+    // The editor and the prompt were up for a moment.
+    EXPECT_TRUE(disappears("questionTitle"));
+    EXPECT_TRUE(comesToFront());
+}
+
+void ViewsTest::trim(double start, double end) {
+    state().setTrim(CMTimeRange::fromStartToEnd(sessionTime(start), sessionTime(end)));
+}
+
+void ViewsTest::mark(double start, double end) {
+    trim(start, end);
+    state().markCurrentClip();
+}
+
+QQuickItem& ViewsTest::in(QQuickItem& parent, const QString& objectName) {
+    const auto found =
+        topDown(&parent, [&](const QQuickItem& item) { return item.objectName() == objectName; });
+    if (found.size() != 1) {
+        throw std::runtime_error("not one " + objectName.toStdString());
+    }
+    return *found.front();
+}
+
+bool ViewsTest::comesToFront() {
+    return comesTrue([&] { return QGuiApplication::focusWindow() == &window(); });
+}
+
+bool ViewsTest::appears(const QString& objectName) {
+    return comesTrue([&] { return isShown(objectName); });
+}
+
+bool ViewsTest::disappears(const QString& objectName) {
+    return comesTrue([&] { return !isShown(objectName); });
+}
+
+std::vector<std::string> ViewsTest::answers() {
+    std::vector<std::string> texts;
+    for (const QQuickItem* item : topDown(window().contentItem(), [](const QQuickItem& candidate) {
+             return candidate.objectName().startsWith("answer:");
+         })) {
+        texts.push_back(text(*item));
+    }
+    return texts;
+}
+
+testing::AssertionResult ViewsTest::tells(QQuickItem& item, const std::string& tip,
+                                          std::optional<QPointF> at) {
+    std::string seen;
+    const bool told = comesTrue([&] {
+        hover(item, at); // again and again, as the item may still be on its way to its place
+        seen = isShown("tipText") ? text("tipText") : "";
+        return seen == tip;
+    });
+    return told ? testing::AssertionSuccess() : testing::AssertionFailure() << "it tells: " << seen;
+}
+
+} // namespace zelvra::test

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "tests/support/NumberedMovie.h"
+#include "tests/support/window/AppWindow.h"
+
+#include <string>
+#include <vector>
+
+namespace zelvra::test {
+
+/// The main window with clips of the test's own, and short ways to what is worked on. Times in seconds.
+class ViewsTest : public AppWindow {
+protected:
+    /// A copy of a numbered movie in the test's folder, 2 s long unless it says otherwise.
+    std::filesystem::path clip(const std::string& name, const NumberedMovie& movie = {}) const;
+    /// Opens a recording of ten minutes.
+    void openRecording();
+    /// Three clips in a folder, which is opened.
+    void openQueue();
+    static QUrl urlOf(const std::filesystem::path& file);
+
+    void highlight(double seconds, double freeze = 2);
+    void trim(double start, double end);
+    void mark(double start, double end);
+    double trimStart() { return state().trimRange()->start.seconds(); }
+    double trimEnd() { return state().trimRange()->end().seconds(); }
+
+    /// The one below `parent`.
+    static QQuickItem& in(QQuickItem& parent, const QString& objectName);
+    static std::string text(const QQuickItem& item) { return item.property("text").toString().toStdString(); }
+    std::string text(const QString& objectName) { return text(item(objectName)); }
+    bool enabled(const QString& objectName) { return item(objectName).isEnabled(); }
+    /// Waits until it is shown, or not any more.
+    bool appears(const QString& objectName);
+    bool disappears(const QString& objectName);
+    /// Waits until the editor has gone and the main window has the keyboard.
+    bool comesToFront();
+    /// Gives an answer of the question that is up.
+    void answer(const QString& text) { click("answer:" + text); }
+    /// The answers of the question that is up.
+    std::vector<std::string> answers();
+    /// Whether that tooltip comes up where the pointer rests on the item.
+    testing::AssertionResult tells(QQuickItem& item, const std::string& tip, std::optional<QPointF> at = {});
+};
+
+} // namespace zelvra::test

@@ -1,0 +1,194 @@
+#include "tests/support/window/AppWindow.h"
+
+#include <QDragEnterEvent>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QPointer>
+#include <QTest>
+
+#include <tuple>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace zelvra::test {
+
+namespace {
+
+/// The item of that name below `root`, the last drawn first.
+QQuickItem* findBelow(QQuickItem* root, const QString& name) {
+    if (!root->isVisible()) {
+        return nullptr;
+    }
+    const QList<QQuickItem*> children = root->childItems();
+    for (auto child = children.crbegin(); child != children.crend(); ++child) {
+        if (QQuickItem* found = findBelow(*child, name)) {
+            return found;
+        }
+    }
+    return root->objectName() == name ? root : nullptr;
+}
+
+void collectBelow(QQuickItem* root, const QString& name, std::vector<QQuickItem*>& found) {
+    if (root->isVisible() && root->objectName() == name) {
+        found.push_back(root);
+    }
+    for (QQuickItem* child : root->childItems()) {
+        collectBelow(child, name, found);
+    }
+}
+
+/// Waits until the item has come to rest: what has just been shown is laid out a moment later. False where it
+/// went away meanwhile.
+bool rests(QQuickItem& item) {
+    const QPointer<QQuickItem> still(&item);
+    const auto isGone = [&] { return !still || still->window() == nullptr; };
+    std::optional<QRectF> before;
+    std::ignore = QTest::qWaitFor(
+        [&] {
+            if (isGone()) {
+                return true;
+            }
+            const QRectF now = still->mapRectToScene(still->boundingRect());
+            return std::exchange(before, now) == now;
+        },
+        20'000);
+    return !isGone();
+}
+
+QPoint inWindow(QQuickItem& item, std::optional<QPointF> at) {
+    return item.mapToScene(at.value_or(QPointF(item.width() / 2, item.height() / 2))).toPoint();
+}
+
+} // namespace
+
+void Desktop::ask(const OpenPanelRequest& request, std::function<void(const std::filesystem::path&)> chosen) {
+    asked = request;
+    if (!answer.empty()) {
+        chosen(answer);
+    }
+}
+
+AppWindow::AppWindow()
+    : application_(std::make_unique<Application>(
+          Application::Options{.preferences = folder_ / "preferences.json",
+                               .windowState = folder_ / "window.json",
+                               .services = {&desktop_, &desktop_, &desktop_, &desktop_}})) {
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window()));
+}
+
+AppWindow::~AppWindow() = default;
+
+void AppWindow::open(const std::filesystem::path& clip) {
+    state().handleOpenedURLs({QUrl::fromLocalFile(QString::fromStdString(clip.string()))});
+    EXPECT_TRUE(comesTrue([&] { return state().videoFile() == clip && state().player().isReady(); }));
+}
+
+bool AppWindow::comesTrue(const std::function<bool()>& condition) {
+    return QTest::qWaitFor(condition, 20'000);
+}
+
+void AppWindow::letPass(int milliseconds) {
+    QTest::qWait(milliseconds);
+}
+
+QQuickItem* AppWindow::find(const QString& objectName) {
+    const QWindowList windows = QGuiApplication::allWindows();
+    for (auto window = windows.crbegin(); window != windows.crend(); ++window) {
+        auto* quick = qobject_cast<QQuickWindow*>(*window);
+        if (quick == nullptr || !quick->isVisible()) {
+            continue;
+        }
+        if (QQuickItem* found = findBelow(quick->contentItem(), objectName)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
+QQuickItem& AppWindow::item(const QString& objectName) {
+    QQuickItem* found = nullptr;
+    if (!comesTrue([&] { return (found = find(objectName)) != nullptr; })) {
+        throw std::runtime_error("no " + objectName.toStdString() + " is shown");
+    }
+    return *found;
+}
+
+std::vector<QQuickItem*> AppWindow::items(const QString& objectName) {
+    std::vector<QQuickItem*> found;
+    collectBelow(window().contentItem(), objectName, found);
+    std::ranges::sort(found, {}, [](const QQuickItem* item) { return item->mapToScene({0, 0}).y(); });
+    return found;
+}
+
+bool AppWindow::clickIfItStays(QQuickItem& item, std::optional<QPointF> at) {
+    if (!rests(item)) {
+        return false;
+    }
+    QTest::mouseMove(item.window(), inWindow(item, at));
+    QTest::mouseClick(item.window(), Qt::LeftButton, {}, inWindow(item, at));
+    return true;
+}
+
+void AppWindow::click(QQuickItem& item, std::optional<QPointF> at) {
+    EXPECT_TRUE(clickIfItStays(item, at)) << "what was to be clicked went away";
+}
+
+void AppWindow::hover(QQuickItem& item, std::optional<QPointF> at) {
+    QTest::mouseMove(item.window(), inWindow(item, at));
+}
+
+void AppWindow::drag(QQuickItem& item, QPointF from, QPointF to, int steps) {
+    // The item may move with the drag; the pointer's way is fixed to the window.
+    QQuickWindow* window = item.window();
+    const QPointF start = item.mapToScene(from);
+    const QPointF end = item.mapToScene(to);
+    QTest::mouseMove(window, start.toPoint());
+    QTest::mousePress(window, Qt::LeftButton, {}, start.toPoint());
+    for (int step = 1; step <= steps; ++step) {
+        QTest::mouseMove(window, (start + (end - start) * step / steps).toPoint());
+    }
+    QTest::mouseRelease(window, Qt::LeftButton, {}, end.toPoint());
+}
+
+void AppWindow::press(QQuickItem& item, QPointF at) {
+    QTest::mousePress(item.window(), Qt::LeftButton, {}, inWindow(item, at));
+}
+
+void AppWindow::move(QQuickItem& item, QPointF to) {
+    QTest::mouseMove(item.window(), inWindow(item, to));
+}
+
+void AppWindow::release(QQuickItem& item, QPointF at) {
+    QTest::mouseRelease(item.window(), Qt::LeftButton, {}, inWindow(item, at));
+}
+
+void AppWindow::key(int key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(&frontWindow(window()), static_cast<Qt::Key>(key), modifiers);
+}
+
+void AppWindow::type(const QString& text) {
+    for (const QChar character : text) {
+        QTest::keyClick(&frontWindow(window()), character.toLatin1());
+    }
+}
+
+bool AppWindow::drop(QQuickItem& item, const QList<QUrl>& urls) {
+    QMimeData data;
+    data.setUrls(urls);
+    const QPoint at = inWindow(item, {});
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(item.window(), &enter);
+    QDragMoveEvent over(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(item.window(), &over);
+    QDropEvent drop(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(item.window(), &drop);
+    return drop.isAccepted();
+}
+
+QQuickWindow& AppWindow::frontWindow(QQuickWindow& fallback) {
+    auto* front = qobject_cast<QQuickWindow*>(QGuiApplication::focusWindow());
+    return front != nullptr ? *front : fallback;
+}
+
+} // namespace zelvra::test

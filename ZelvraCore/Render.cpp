@@ -1,17 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/Render.h"
 
 #include "ZelvraCore/FrameGrab.h"
 #include "ZelvraCore/FreezeClipEncoder.h"
 #include "ZelvraCore/OverlayRasteriser.h"
-#include "ZelvraCore/render/PassthroughRender.h"
 #include "ZelvraCore/RenderPlan.h"
 #include "ZelvraCore/SourceProbe.h"
-#include "ZelvraCore/render/TemporaryClips.h"
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/files/AtomicFile.h"
-#include "ZelvraCore/render/ReencodeExport.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/passthrough/file/MovieFileWriter.h"
+#include "ZelvraCore/render/PassthroughRender.h"
+#include "ZelvraCore/render/ReencodeExport.h"
+#include "ZelvraCore/render/TemporaryClips.h"
 
 #include <algorithm>
 #include <cctype>

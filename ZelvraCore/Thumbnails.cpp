@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/Thumbnails.h"
 
 #include "ZelvraCore/media/AssetInternals.h"
-#include "ZelvraCore/media/pixels/PictureConversion.h"
 #include "ZelvraCore/media/ffmpeg/PictureDecoder.h"
+#include "ZelvraCore/media/pixels/PictureConversion.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Grabs one frame of a movie, as a script would:
 //     frame-grab MOVIE SECONDS-INTO-IT
 // No picture is written, so that what is timed is the grab and not the compression of a PNG.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Grabs one frame of a movie, then encodes it as freeze clips and prints how long each took, in seconds:
 //     freeze-clip MOVIE SECONDS-INTO-IT CLIP.mov LENGTH-IN-SECONDS TIMES
 // The grab is left out of the times, as its peer gets a frame that is decoded already.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Planning and laying out a movie of many highlights.
 
 #include "ZelvraCore/RenderPlan.h"

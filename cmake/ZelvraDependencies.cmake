@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
 # Every package that the build looks for, in one place. What needs which is said where it is linked.
 
 find_package(PkgConfig REQUIRED)

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
 # Switches of the build, and the flags that every target of ours shares.
 
 option(ZELVRA_TESTS "Build the tests" ON)

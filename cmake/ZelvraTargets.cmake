@@ -1,5 +1,6 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
 # How this tree declares its libraries and tests, so that each folder's list is only a list.
-
 
 # zelvra_library(NAME SOURCES ... [PUBLIC targets...] [PRIVATE targets...])
 # Headers are included from the root of the tree: "ZelvraCore/records/CMTime.h".

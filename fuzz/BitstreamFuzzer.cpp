@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/bitstream/NalUnits.h"
 #include "ZelvraCore/bitstream/SampleEntry.h"
@@ -37,8 +39,9 @@ template <class Record>
 Record parseBothWays(ByteView content) {
     Record record = Record::parse(content);
     const auto written = record.serialise();
-    if (!std::equal(written.begin(), written.end(), content.begin(), content.end()))
+    if (!std::equal(written.begin(), written.end(), content.begin(), content.end())) {
         std::abort();
+    }
     return record;
 }
 
@@ -77,8 +80,9 @@ void readHevc(ByteView content, ByteView sample) {
     attempt([&] { hevc::withMetadata(sample, 4, hevc::carriedMetadata(sample, 4)); });
     attempt([&] {
         const hevc::Identity identity{.vpsId = 1, .spsId = 15, .ppsId = 63};
-        for (const auto& [id, sps] : sets.allSps())
+        for (const auto& [id, sps] : sets.allSps()) {
             hevc::ParameterSets(reidentify(record, identity, sps));
+        }
         reidentifySample(sample, record.nalLengthSize(), sets, identity);
     });
 }
@@ -88,8 +92,9 @@ void readHevc(ByteView content, ByteView sample) {
 // NOLINTNEXTLINE(readability-identifier-naming): the name is libFuzzer's
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::size_t headSize = 3;
-    if (size < headSize)
+    if (size < headSize) {
         return 0;
+    }
     const ByteView rest = ByteView(data, size).subspan(headSize);
     const std::size_t length = std::min<std::size_t>(rest.size(), std::size_t{data[1]} << 8 | data[2]);
     const ByteView content = rest.first(length);

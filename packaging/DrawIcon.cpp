@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // zelvra-draw-icon IN.svg SIZE OUT.png: draws the icon as a square picture, while the program is built.
 
 #include <QDir>

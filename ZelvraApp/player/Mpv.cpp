@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraApp/player/Mpv.h"
 
 #include "ZelvraCore/records/ZVError.h"
@@ -92,8 +94,7 @@ Mpv::Mpv(std::function<void()> wakeup) : wakeup_(std::move(wakeup)), handle_(mak
         mpv_terminate_destroy(handle_);
         throw;
     }
-    mpv_set_wakeup_callback(
-        handle_, [](void* self) { static_cast<Mpv*>(self)->wakeup_(); }, this);
+    mpv_set_wakeup_callback(handle_, [](void* self) { static_cast<Mpv*>(self)->wakeup_(); }, this);
 }
 
 Mpv::~Mpv() {

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraApp/player/SoftwarePicture.h"
 
 #include "ZelvraCore/records/ZVError.h"

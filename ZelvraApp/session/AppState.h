@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
-#include "ZelvraApp/player/Player.h"
 #include "ZelvraApp/files/PreferenceStore.h"
+#include "ZelvraApp/player/Player.h"
 #include "ZelvraApp/session/HighlightDefaults.h"
 #include "ZelvraApp/session/HighlightDraft.h"
 #include "ZelvraApp/session/Identical.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "ZelvraApp/session/HighlightDefaults.h"
@@ -16,7 +18,7 @@ namespace zelvra {
 /// than `==`, which for times means the same moment and for styles the same look.
 
 template <class Value>
-requires std::equality_comparable<Value>
+    requires std::equality_comparable<Value>
 bool identical(const Value& a, const Value& b) {
     return a == b;
 }

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/SessionTime.h"
 

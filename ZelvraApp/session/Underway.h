@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "ZelvraApp/session/AppState.h"
@@ -10,7 +12,7 @@ namespace zelvra {
 /// that a window can show that something is going on. The session may go away meanwhile.
 class AppState::Underway {
 public:
-    Underway(AppState& state, int AppState::*count) : state_(&state), count_(count) { add(1); }
+    Underway(AppState& state, int AppState::* count) : state_(&state), count_(count) { add(1); }
     ~Underway() { add(-1); }
     Underway(const Underway&) = delete;
     Underway& operator=(const Underway&) = delete;
@@ -24,7 +26,7 @@ private:
     }
 
     QPointer<AppState> state_;
-    int AppState::*count_;
+    int AppState::* count_;
 };
 
 } // namespace zelvra

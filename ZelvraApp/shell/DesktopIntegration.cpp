@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraApp/shell/DesktopIntegration.h"
 
-#include "ZelvraApp/shell/Application.h"
 #include "ZelvraApp/controls/Appearance.h"
+#include "ZelvraApp/shell/Application.h"
 
 namespace zelvra {
 

@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "ZelvraApp/shell/Leaving.h"
 #include "ZelvraApp/shell/MenuState.h"
+#include "ZelvraApp/shell/WindowState.h"
 #include "ZelvraApp/shell/panels/OpenPanels.h"
 #include "ZelvraApp/shell/windows/Settings.h"
-#include "ZelvraApp/shell/WindowState.h"
 
 #include <QObject>
 #include <qqml.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/BitReader.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -20,8 +22,9 @@ void BitReader::fetch() {
         ++next_;
         zeros_ = 0;
     }
-    if (next_ >= bytes_.size())
+    if (next_ >= bytes_.size()) {
         throw BitstreamError::corrupt("The coded video ends within a header.");
+    }
     current_ = bytes_[next_++];
     zeros_ = current_ == 0 ? zeros_ + 1 : 0;
     left_ = 8;
@@ -30,8 +33,9 @@ void BitReader::fetch() {
 std::uint32_t BitReader::bits(int count) {
     std::uint64_t value = 0;
     while (count > 0) {
-        if (left_ == 0)
+        if (left_ == 0) {
             fetch();
+        }
         const int taken = std::min(count, left_);
         left_ -= taken;
         value = value << taken | lowest(static_cast<std::uint32_t>(current_) >> left_, taken);
@@ -50,16 +54,18 @@ std::uint64_t BitReader::longBits(int count) {
 std::uint32_t BitReader::ue() {
     int zeros = 0;
     while (!flag()) {
-        if (++zeros > 31)
+        if (++zeros > 31) {
             throw BitstreamError::corrupt("A number in the coded video's headers is too long.");
+        }
     }
     return ((1U << zeros) - 1) + bits(zeros);
 }
 
 std::uint32_t BitReader::ue(std::uint32_t greatest) {
     const std::uint32_t value = ue();
-    if (value > greatest)
+    if (value > greatest) {
         throw BitstreamError::corrupt("A number in the coded video's headers is out of range.");
+    }
     return value;
 }
 
@@ -84,8 +90,9 @@ void BitReader::skipToByteBoundary() {
 
 BitReader::Rest BitReader::rest() const {
     Rest rest;
-    if (const std::uint32_t unread = lowest(current_, left_); unread != 0)
+    if (const std::uint32_t unread = lowest(current_, left_); unread != 0) {
         rest.beforeStop = static_cast<std::uint64_t>(left_ - 1 - std::countr_zero(unread));
+    }
     rest.all = static_cast<std::uint64_t>(left_);
     int zeros = zeros_;
     for (const std::uint8_t byte : bytes_.subspan(next_)) {
@@ -93,8 +100,9 @@ BitReader::Rest BitReader::rest() const {
             zeros = 0;
             continue;
         }
-        if (byte != 0)
+        if (byte != 0) {
             rest.beforeStop = rest.all + 7 - static_cast<std::uint64_t>(std::countr_zero(byte));
+        }
         zeros = byte == 0 ? zeros + 1 : 0;
         rest.all += 8;
     }
@@ -107,8 +115,9 @@ bool BitReader::moreData() const {
 
 std::uint64_t BitReader::bitsBeforeStop() const {
     const auto before = rest().beforeStop;
-    if (!before)
+    if (!before) {
         throw BitstreamError::corrupt("A part of the coded video has no end mark.");
+    }
     return *before;
 }
 

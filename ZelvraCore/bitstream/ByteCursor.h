@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -15,8 +17,9 @@ public:
     ByteCursor(ByteView bytes, std::string name) : rest_(bytes), name_(std::move(name)) {}
 
     ByteView take(std::size_t count) {
-        if (count > rest_.size())
+        if (count > rest_.size()) {
             throw BitstreamError::corrupt("The " + name_ + " ends too early.");
+        }
         const ByteView taken = rest_.first(count);
         rest_ = rest_.subspan(count);
         return taken;
@@ -24,8 +27,9 @@ public:
 
     std::uint64_t number(std::size_t byteCount) {
         std::uint64_t value = 0;
-        for (const std::uint8_t byte : take(byteCount))
+        for (const std::uint8_t byte : take(byteCount)) {
             value = value << 8 | byte;
+        }
         return value;
     }
 
@@ -41,8 +45,9 @@ private:
 
 inline void appendNumber(Bytes& bytes, std::uint64_t value, int byteCount) {
     bytes.resize(bytes.size() + static_cast<std::size_t>(byteCount));
-    for (auto last = bytes.rbegin(); byteCount > 0; --byteCount, value >>= 8)
+    for (auto last = bytes.rbegin(); byteCount > 0; --byteCount, value >>= 8) {
         *last++ = static_cast<std::uint8_t>(value);
+    }
 }
 
 inline void append(Bytes& bytes, ByteView more) {

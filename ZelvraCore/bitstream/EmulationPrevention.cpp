@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/EmulationPrevention.h"
 
 namespace zelvra::bitstream {
@@ -13,8 +15,9 @@ void appendWithEmulationPrevention(Bytes& nal, ByteView payload) {
         nal.push_back(byte);
         zeros = byte == 0 ? zeros + 1 : 0;
     }
-    if (zeros > 0)
+    if (zeros > 0) {
         nal.push_back(3);
+    }
 }
 
 Bytes withEmulationPrevention(ByteView header, ByteView payload) {

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/FreeId.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -6,10 +8,12 @@ namespace zelvra::bitstream {
 
 int leastFreeId(const std::set<int>& used, int limit) {
     int id = 0;
-    while (used.contains(id))
+    while (used.contains(id)) {
         ++id;
-    if (id >= limit)
+    }
+    if (id >= limit) {
         throw BitstreamError::unsupported("The video uses every name that a parameter set can have.");
+    }
     return id;
 }
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include <map>
@@ -12,8 +14,9 @@ int leastFreeId(const std::set<int>& used, int limit);
 template <class Set>
 std::set<int> idsOf(const std::map<int, Set>& sets) {
     std::set<int> ids;
-    for (const auto& [id, set] : sets)
+    for (const auto& [id, set] : sets) {
         ids.insert(id);
+    }
     return ids;
 }
 

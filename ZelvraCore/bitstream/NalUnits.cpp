@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/NalUnits.h"
 
 #include "ZelvraCore/bitstream/ByteCursor.h"
@@ -7,8 +9,9 @@ namespace zelvra::bitstream {
 namespace {
 
 void requireLengthSize(int lengthSize) {
-    if (lengthSize != 1 && lengthSize != 2 && lengthSize != 4)
+    if (lengthSize != 1 && lengthSize != 2 && lengthSize != 4) {
         throw BitstreamError::unsupported("The video's samples count the bytes of their parts unusually.");
+    }
 }
 
 } // namespace
@@ -19,16 +22,18 @@ std::vector<ByteView> splitNalUnits(ByteView sample, int lengthSize) {
     ByteCursor cursor(sample, "video sample");
     while (!cursor.rest().empty()) {
         const std::uint64_t length = cursor.number(static_cast<std::size_t>(lengthSize));
-        if (const ByteView nal = cursor.take(length); !nal.empty())
+        if (const ByteView nal = cursor.take(length); !nal.empty()) {
             nals.push_back(nal);
+        }
     }
     return nals;
 }
 
 void appendNalUnit(Bytes& sample, ByteView nal, int lengthSize) {
     requireLengthSize(lengthSize);
-    if (std::uint64_t{nal.size()} >> (8 * lengthSize) != 0)
+    if (std::uint64_t{nal.size()} >> (8 * lengthSize) != 0) {
         throw BitstreamError::unsupported("A part of the coded video is too long for the video's samples.");
+    }
     appendNumber(sample, nal.size(), lengthSize);
     append(sample, nal);
 }

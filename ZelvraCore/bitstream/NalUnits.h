@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "ZelvraCore/bitstream/Bytes.h"
@@ -18,8 +20,9 @@ void appendNalUnit(Bytes& sample, ByteView nal, int lengthSize);
 template <class NalUnitRange>
 Bytes joinNalUnits(const NalUnitRange& nals, int lengthSize) {
     Bytes sample;
-    for (const auto& nal : nals)
+    for (const auto& nal : nals) {
         appendNalUnit(sample, nal, lengthSize);
+    }
     return sample;
 }
 

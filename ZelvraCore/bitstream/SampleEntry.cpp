@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/SampleEntry.h"
 
 #include "ZelvraCore/bitstream/ByteCursor.h"
@@ -44,8 +46,9 @@ Layout layoutOf(ByteView entry) {
             size = cursor.number(8);
             headerSize += 8;
         }
-        if (size < headerSize || size > rest.size())
+        if (size < headerSize || size > rest.size()) {
             throw BitstreamError::corrupt("A box in the video's sample entry has an impossible size.");
+        }
         cursor.take(size - headerSize);
         const ByteView whole = rest.first(size);
         layout.children.push_back({whole, whole.subspan(headerSize), type});
@@ -65,8 +68,9 @@ Bytes boxOf(std::string_view type, ByteView content) {
 /// Joins the parts of an entry and corrects its size.
 Bytes entryOf(const Layout& layout) {
     Bytes entry(layout.fixed.begin(), layout.fixed.end());
-    for (const Child& child : layout.children)
+    for (const Child& child : layout.children) {
         append(entry, child.whole);
+    }
     append(entry, layout.tail);
     Bytes size;
     appendNumber(size, entry.size(), 4);
@@ -78,8 +82,9 @@ Bytes entryOf(const Layout& layout) {
 
 std::optional<ByteView> findChildBox(ByteView entry, std::string_view type) {
     for (const Child& child : layoutOf(entry).children) {
-        if (child.type == type)
+        if (child.type == type) {
             return child.content;
+        }
     }
     return std::nullopt;
 }
@@ -88,10 +93,11 @@ Bytes replaceChildBox(ByteView entry, std::string_view type, ByteView content) {
     const Bytes box = boxOf(type, content);
     Layout layout = layoutOf(entry);
     const auto found = std::ranges::find(layout.children, type, &Child::type);
-    if (found != layout.children.end())
+    if (found != layout.children.end()) {
         found->whole = box;
-    else
+    } else {
         layout.children.push_back({box, content, type});
+    }
     return entryOf(layout);
 }
 

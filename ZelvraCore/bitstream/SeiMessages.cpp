@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/SeiMessages.h"
 
 #include "ZelvraCore/bitstream/ByteCursor.h"
@@ -18,15 +20,17 @@ std::optional<std::uint32_t> takeSum(ByteView& rest) {
         const std::uint8_t byte = rest.front();
         rest = rest.subspan(1);
         sum += byte;
-        if (byte != 0xFF)
+        if (byte != 0xFF) {
             return sum;
+        }
     }
     return std::nullopt;
 }
 
 void appendSum(Bytes& bytes, std::size_t sum) {
-    for (; sum >= 0xFF; sum -= 0xFF)
+    for (; sum >= 0xFF; sum -= 0xFF) {
         bytes.push_back(0xFF);
+    }
     bytes.push_back(static_cast<std::uint8_t>(sum));
 }
 
@@ -39,8 +43,9 @@ std::vector<SeiMessage> parseSeiMessages(ByteView escaped) {
     while (rest.size() > 1) { // the last byte at least holds the closing bits
         const auto type = takeSum(rest);
         const auto size = takeSum(rest);
-        if (!type || !size || *size > rest.size())
+        if (!type || !size || *size > rest.size()) {
             break;
+        }
         messages.push_back({*type, Bytes(rest.begin(), rest.begin() + *size)});
         rest = rest.subspan(*size);
     }

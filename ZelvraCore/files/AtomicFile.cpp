@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/files/AtomicFile.h"
 
 #include "ZelvraCore/records/ZVError.h"
@@ -55,13 +57,13 @@ std::filesystem::path folderOf(const std::filesystem::path& file) {
 
 /// Whether a sweeper has taken the file away between its creation and its lock.
 bool isUnlinked(int descriptor) {
-    struct stat status {};
+    struct stat status{};
     return ::fstat(descriptor, &status) == 0 && status.st_nlink == 0;
 }
 
 void removeIfUnlocked(const std::filesystem::path& path) {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    struct stat status {};
+    struct stat status{};
     if (file.isOpen() && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) &&
         ::flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
         ::unlink(path.c_str());

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/files/ByteSource.h"
 
 #include "ZelvraCore/records/ZVError.h"
@@ -43,7 +45,7 @@ FileByteSource::FileByteSource(const std::filesystem::path& path)
     if (descriptor_ < 0) {
         failReading(name(), errno);
     }
-    struct stat status {};
+    struct stat status{};
     const int error = ::fstat(descriptor_, &status) != 0 ? errno
                       : S_ISDIR(status.st_mode)          ? EISDIR
                       : S_ISREG(status.st_mode)          ? 0

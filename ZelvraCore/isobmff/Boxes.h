@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "ZelvraCore/isobmff/BoxTransfer.h"
@@ -252,7 +254,7 @@ struct SampleDescriptionBox {
 };
 
 template <class Transfer, class Box>
-requires std::same_as<Box, DataReferenceBox> || std::same_as<Box, SampleDescriptionBox>
+    requires std::same_as<Box, DataReferenceBox> || std::same_as<Box, SampleDescriptionBox>
 void transfer(Transfer& io, Box& box) {
     constexpr std::size_t leastEntry = 8;
     io.versionAndFlags(box.version, box.flags, 1);
@@ -619,7 +621,9 @@ void writeBox(BoxWriter& writer, Box& box) {
     writer.close();
 }
 template <class Box>
-void writeBox(BoxWriter& writer, Box&& box) requires(!std::is_lvalue_reference_v<Box>) {
+void writeBox(BoxWriter& writer, Box&& box)
+    requires(!std::is_lvalue_reference_v<Box>)
+{
     writeBox(writer, box);
 }
 

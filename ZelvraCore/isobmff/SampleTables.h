@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "ZelvraCore/isobmff/Boxes.h"
@@ -30,7 +32,7 @@ SampleTables readSampleTables(std::span<const std::uint8_t> sampleTablePayload, 
 template <class Run, class Value>
 class RunWalker {
 public:
-    RunWalker(const std::vector<Run>& runs, Value Run::*value, Value rest)
+    RunWalker(const std::vector<Run>& runs, Value Run::* value, Value rest)
         : runs_(runs), value_(value), rest_(rest) {}
 
     Value next() {
@@ -47,7 +49,7 @@ public:
 
 private:
     const std::vector<Run>& runs_;
-    Value Run::*value_;
+    Value Run::* value_;
     Value rest_;
     std::size_t run_ = 0;
     std::uint32_t used_ = 0;

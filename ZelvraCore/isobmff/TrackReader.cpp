@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/isobmff/TrackReader.h"
 
 #include "ZelvraCore/isobmff/SampleTables.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/media/HiddenPictures.h"
 
 #include "ZelvraCore/bitstream/SampleEntry.h"

@@ -1,4 +1,5 @@
-#include "ZelvraCore/render/SoundTrackMaker.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 #include "ZelvraCore/media/sound/SilentPacket.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
@@ -7,6 +8,7 @@
 #include "ZelvraCore/passthrough/sound/SoundPlan.h"
 #include "ZelvraCore/passthrough/sound/SoundSampleEntry.h"
 #include "ZelvraCore/passthrough/sound/SoundSamples.h"
+#include "ZelvraCore/render/SoundTrackMaker.h"
 
 #include <algorithm>
 

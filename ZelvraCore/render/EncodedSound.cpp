@@ -1,9 +1,11 @@
-#include "ZelvraCore/render/SoundTrackMaker.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/media/sound/SoundEncoder.h"
 #include "ZelvraCore/passthrough/sound/SilentSound.h"
 #include "ZelvraCore/passthrough/sound/SoundPlan.h"
 #include "ZelvraCore/passthrough/sound/SoundSampleEntry.h"
 #include "ZelvraCore/passthrough/sound/SoundSamples.h"
+#include "ZelvraCore/render/SoundTrackMaker.h"
 
 namespace zelvra {
 

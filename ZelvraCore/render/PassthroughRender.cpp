@@ -1,16 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/render/PassthroughRender.h"
 
-#include "ZelvraCore/render/SoundTrack.h"
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/passthrough/file/ContainerForms.h"
+#include "ZelvraCore/passthrough/file/MovieFileWriter.h"
+#include "ZelvraCore/passthrough/file/SpoolStore.h"
 #include "ZelvraCore/passthrough/video/H264SpliceTrack.h"
 #include "ZelvraCore/passthrough/video/HevcSpliceTrack.h"
-#include "ZelvraCore/passthrough/file/MovieFileWriter.h"
 #include "ZelvraCore/passthrough/video/SourceVideo.h"
-#include "ZelvraCore/passthrough/file/SpoolStore.h"
 #include "ZelvraCore/passthrough/video/StillTrack.h"
 #include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/render/SoundTrack.h"
 
 #include <algorithm>
 

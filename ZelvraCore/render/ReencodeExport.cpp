@@ -1,13 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/render/ReencodeExport.h"
 
 #include "ZelvraCore/files/AtomicFile.h"
 #include "ZelvraCore/media/AssetInternals.h"
+#include "ZelvraCore/media/ffmpeg/SequentialReader.h"
 #include "ZelvraCore/media/reencode/BoundedQueue.h"
 #include "ZelvraCore/media/reencode/PictureFitter.h"
 #include "ZelvraCore/media/reencode/RateFactor.h"
-#include "ZelvraCore/media/ffmpeg/SequentialReader.h"
-#include "ZelvraCore/media/sound/SoundEncoder.h"
 #include "ZelvraCore/media/reencode/VideoEncoder.h"
+#include "ZelvraCore/media/sound/SoundEncoder.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <algorithm>

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/render/SoundTrack.h"
 
-#include "ZelvraCore/render/SoundTrackMaker.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
+#include "ZelvraCore/render/SoundTrackMaker.h"
 
 namespace zelvra {
 

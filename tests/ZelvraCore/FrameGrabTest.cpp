@@ -1,14 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/FrameGrab.h"
 
 #include "ZelvraCore/Render.h"
 #include "ZelvraCore/SourceProbe.h"
 #include "ZelvraCore/records/ZVError.h"
-#include "tests/support/ReadImage.h"
 #include "tests/support/Files.h"
 #include "tests/support/MovieReading.h"
 #include "tests/support/MovieSurgery.h"
 #include "tests/support/NamedMovie.h"
 #include "tests/support/Process.h"
+#include "tests/support/ReadImage.h"
 
 #include <algorithm>
 #include <future>
@@ -191,9 +193,8 @@ TEST(FrameGrab, ServesSeveralThreadsFromOneAsset) {
     const Asset asset(movieFile({}));
     std::vector<std::future<std::optional<int>>> numbers;
     for (int frame = 0; frame < 60; frame += 6) {
-        numbers.push_back(std::async(std::launch::async, [&asset, frame] {
-            return numberIn(extractFrame(asset, {frame, 30}));
-        }));
+        numbers.push_back(std::async(std::launch::async,
+                                     [&asset, frame] { return numberIn(extractFrame(asset, {frame, 30})); }));
     }
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         EXPECT_EQ(numbers[i].get(), static_cast<int>(i) * 6);

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/FrameGrab.h"
 #include "ZelvraCore/SourceProbe.h"
 #include "ZelvraCore/records/ZVError.h"

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/Thumbnails.h"
 
-#include "tests/support/ReadImage.h"
 #include "tests/support/NumberedMovie.h"
+#include "tests/support/ReadImage.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,7 @@
-#include "tests/exports/GStreamerMovie.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "tests/exports/ExportCheck.h"
+#include "tests/exports/GStreamerMovie.h"
 #include "tests/exports/UnusualMovies.h"
 #include "tests/support/Files.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/exports/ExportCheck.h"
 #include "tests/exports/UnusualMovies.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/Render.h"
 #include "ZelvraCore/SourceProbe.h"
 #include "tests/support/Files.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "tests/support/NumberedPicture.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Movies whose pictures carry their number, and the means to read it back from any screen.
 
 A picture is a grid of 16 x 9 cells. The first row holds the 16 bits of the number, white for one and black for zero,

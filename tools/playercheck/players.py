@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """The players: each plays a movie and tells which pictures were on its screen, and for how long.
 
 mpv and VLC play in the only window of an X server of their own, whose screen is recorded meanwhile. Chromium runs

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "tools/sample-clip/Hall.h"
 
 #include "tools/sample-clip/Game.h"

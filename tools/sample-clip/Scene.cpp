@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "tools/sample-clip/Scene.h"
 
 #include "tools/sample-clip/Figure.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Draws the sample clip: half a minute of basketball that never took place, as H.264 and AAC at 1080p30.
 //
 //     zelvra-sample-clip OUTPUT.mp4        the movie (calls the ffmpeg command for the encoding)

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // zelvra-cli: the engine on a command line.
 
 #include "ZelvraCore/records/ZVError.h"

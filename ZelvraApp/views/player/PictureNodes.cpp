@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraApp/views/player/PictureNodes.h"
 
 #include <QSGTexture>
@@ -22,8 +24,7 @@ void SoftwarePictureNode::update(const QImage& picture, const PicturePlacement& 
 
 OpenGLPictureNode::OpenGLPictureNode(QQuickWindow& window, OpenGLPicture& picture)
     : PictureNode(window), picture_(picture) {
-    connect(
-        &window, &QQuickWindow::beforeRendering, this, [this] { draw(); }, Qt::DirectConnection);
+    connect(&window, &QQuickWindow::beforeRendering, this, [this] { draw(); }, Qt::DirectConnection);
 }
 
 void OpenGLPictureNode::update(const PicturePlacement& placement, QSize pixels) {

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraApp/views/player/PlayerSurface.h"
 
 #include "ZelvraApp/editor/AspectFit.h"

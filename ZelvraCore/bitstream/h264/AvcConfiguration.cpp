@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/AvcConfiguration.h"
 
 #include "ZelvraCore/bitstream/ByteCursor.h"
@@ -34,10 +36,12 @@ void appendSets(Bytes& bytes, const std::vector<Bytes>& sets) {
 
 void addSet(std::vector<Bytes>& sets, ByteView nal, std::size_t most) {
     Bytes set(nal.begin(), nal.end());
-    if (std::ranges::find(sets, set) != sets.end())
+    if (std::ranges::find(sets, set) != sets.end()) {
         return;
-    if (sets.size() >= most || set.size() > 0xFFFF)
+    }
+    if (sets.size() >= most || set.size() > 0xFFFF) {
         throw BitstreamError::unsupported("The video's decoder configuration has no room for another set.");
+    }
     sets.push_back(std::move(set));
 }
 
@@ -45,8 +49,9 @@ void addSet(std::vector<Bytes>& sets, ByteView nal, std::size_t most) {
 
 AvcConfiguration AvcConfiguration::parse(ByteView content) {
     ByteCursor cursor(content, "video's decoder configuration");
-    if (cursor.byte() != 1)
+    if (cursor.byte() != 1) {
         throw BitstreamError::unsupported("The video's decoder configuration is of an unknown version.");
+    }
     AvcConfiguration record;
     record.profile = cursor.byte();
     record.compatibility = cursor.byte();

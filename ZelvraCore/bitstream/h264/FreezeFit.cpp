@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/FreezeFit.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -47,20 +49,25 @@ int bitsPerUnit(int profileIdc) {
 } // namespace
 
 std::optional<std::string> whyNoFreezeFits(const Sps& sps) {
-    if (sps.separateColourPlanes)
+    if (sps.separateColourPlanes) {
         return "The video's colour planes are coded apart.";
-    if (sps.lumaBitDepth != sps.chromaBitDepth)
+    }
+    if (sps.lumaBitDepth != sps.chromaBitDepth) {
         return "The video's brightness and colour have different bit depths.";
-    if (sps.lumaBitDepth != 8 && sps.lumaBitDepth != 10)
+    }
+    if (sps.lumaBitDepth != 8 && sps.lumaBitDepth != 10) {
         return "The video has " + std::to_string(sps.lumaBitDepth) + " bits a sample.";
-    if (!encoderProfile(sps.profileIdc))
+    }
+    if (!encoderProfile(sps.profileIdc)) {
         return "The video is of an unusual profile.";
+    }
     return std::nullopt;
 }
 
 FreezeEncoding freezeEncodingFor(const Sps& sps, const Pps& pps) {
-    if (const auto reason = whyNoFreezeFits(sps))
+    if (const auto reason = whyNoFreezeFits(sps)) {
         throw bitstream::BitstreamError::unsupported(*reason);
+    }
     constexpr int level1bForEncoders = 9;
     FreezeEncoding encoding;
     encoding.codedFrame = sps.codedFrame();

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/Levels.h"
 
 #include <array>
@@ -28,8 +30,9 @@ constexpr std::array rows{
 LevelLimits levelLimits(const Sps& sps) {
     const int level = sps.isLevel1b() ? level1b : sps.levelIdc;
     for (const Row& row : rows) {
-        if (row.levelIdc == level)
+        if (row.levelIdc == level) {
             return row.limits;
+        }
     }
     return highest;
 }

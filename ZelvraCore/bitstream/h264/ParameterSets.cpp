@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/ParameterSets.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -9,14 +11,16 @@ using bitstream::BitstreamError;
 
 ParameterSets::ParameterSets(const AvcConfiguration& configuration) {
     for (const auto* nals : {&configuration.spsNals, &configuration.ppsNals}) {
-        for (const bitstream::Bytes& nal : *nals)
+        for (const bitstream::Bytes& nal : *nals) {
             add(nal);
+        }
     }
 }
 
 bool ParameterSets::add(bitstream::ByteView nal) {
-    if (nal.empty())
+    if (nal.empty()) {
         return false;
+    }
     if (nalType(nal) == NalType::sps) {
         Sps sps = parseSps(nal);
         sps_.insert_or_assign(sps.id, std::move(sps));
@@ -27,8 +31,9 @@ bool ParameterSets::add(bitstream::ByteView nal) {
         // Only the number of scaling lists depends on the other set; where that is not known yet, it is read
         // as in 4:2:0.
         const auto sps = sps_.find(pps.spsId);
-        if (pps.scalingMatrixPresent && sps != sps_.end() && sps->second.chroma == ChromaFormat::yuv444)
+        if (pps.scalingMatrixPresent && sps != sps_.end() && sps->second.chroma == ChromaFormat::yuv444) {
             pps = parsePps(nal, ChromaFormat::yuv444);
+        }
         pps_.insert_or_assign(pps.id, std::move(pps));
         return true;
     }
@@ -37,15 +42,17 @@ bool ParameterSets::add(bitstream::ByteView nal) {
 
 const Sps& ParameterSets::sps(int id) const {
     const auto found = sps_.find(id);
-    if (found == sps_.end())
+    if (found == sps_.end()) {
         throw BitstreamError::corrupt("A sequence parameter set of the video is missing.");
+    }
     return found->second;
 }
 
 const Pps& ParameterSets::pps(int id) const {
     const auto found = pps_.find(id);
-    if (found == pps_.end())
+    if (found == pps_.end()) {
         throw BitstreamError::corrupt("A picture parameter set of the video is missing.");
+    }
     return found->second;
 }
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/PictureOrder.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -16,8 +18,9 @@ constexpr std::int64_t greatestCount = std::numeric_limits<std::int32_t>::max();
 
 /// The count that places a picture for output, of the counts of its two fields.
 std::int64_t countOf(const SliceHeader& slice, std::int64_t top, std::int64_t bottom) {
-    if (!slice.fieldPicture)
+    if (!slice.fieldPicture) {
         return std::min(top, bottom);
+    }
     return slice.bottomField ? bottom : top;
 }
 
@@ -38,27 +41,30 @@ PictureOrder::Counts PictureOrder::nextOfType0(const Sps& sps, const SliceHeader
     const std::int64_t range = std::int64_t{1} << sps.pocLsbBits;
     const std::int64_t lsb = slice.pocLsb;
     std::int64_t msb = previousMsb_;
-    if (lsb < previousLsb_ && previousLsb_ - lsb >= range / 2)
+    if (lsb < previousLsb_ && previousLsb_ - lsb >= range / 2) {
         msb += range;
-    else if (lsb > previousLsb_ && lsb - previousLsb_ > range / 2)
+    } else if (lsb > previousLsb_ && lsb - previousLsb_ > range / 2) {
         msb -= range;
+    }
     const Counts counts{msb + lsb, msb + lsb + (slice.fieldPicture ? 0 : slice.deltaPocBottom)};
     if (slice.isReference()) {
         const bool reset = slice.resetsMemory();
         previousMsb_ = reset ? 0 : msb;
         previousLsb_ = lsb;
-        if (reset)
+        if (reset) {
             previousLsb_ = slice.fieldPicture ? 0 : counts.top - std::min(counts.top, counts.bottom);
+        }
     }
     return counts;
 }
 
 PictureOrder::Counts PictureOrder::nextByFrameNum(const Sps& sps, const SliceHeader& slice) {
     std::int64_t offset = previousFrameNumOffset_;
-    if (slice.idr)
+    if (slice.idr) {
         offset = 0;
-    else if (previousFrameNum_ > slice.frameNum)
+    } else if (previousFrameNum_ > slice.frameNum) {
         offset += std::int64_t{1} << sps.frameNumBits;
+    }
     const bool reset = slice.resetsMemory();
     previousFrameNumOffset_ = reset ? 0 : offset;
     previousFrameNum_ = reset ? 0 : slice.frameNum;
@@ -79,8 +85,9 @@ std::int64_t PictureOrder::expectedOfType1(const Sps& sps, const SliceHeader& sl
     const auto& offsets = sps.offsetsForRefFrame;
     const auto cycleLength = static_cast<std::int64_t>(offsets.size());
     std::int64_t frames = cycleLength == 0 ? 0 : absoluteFrameNum;
-    if (!slice.isReference() && frames > 0)
+    if (!slice.isReference() && frames > 0) {
         --frames;
+    }
     std::int64_t expected = slice.isReference() ? 0 : sps.offsetForNonRefPic;
     if (frames > 0) {
         const auto sumOf = [&](std::int64_t count) {
@@ -88,8 +95,9 @@ std::int64_t PictureOrder::expectedOfType1(const Sps& sps, const SliceHeader& sl
         };
         const std::int64_t cycles = (frames - 1) / cycleLength;
         const std::int64_t perCycle = sumOf(cycleLength);
-        if (perCycle != 0 && cycles > greatestCount / std::abs(perCycle))
+        if (perCycle != 0 && cycles > greatestCount / std::abs(perCycle)) {
             throw bitstream::BitstreamError::corrupt("The order of the video's pictures is out of range.");
+        }
         expected += cycles * perCycle + sumOf((frames - 1) % cycleLength + 1);
     }
     return expected;
@@ -98,11 +106,12 @@ std::int64_t PictureOrder::expectedOfType1(const Sps& sps, const SliceHeader& sl
 void PictureOrder::noteReferenceFrameNum(const Sps& sps, const SliceHeader& slice, bool reset) {
     const std::uint32_t range = 1U << sps.frameNumBits;
     const std::uint32_t after = (previousReferenceFrameNum_ + 1) % range;
-    if (slice.isReference())
+    if (slice.isReference()) {
         previousReferenceFrameNum_ = reset ? 0 : slice.frameNum;
-    else if (slice.frameNum != previousReferenceFrameNum_ && slice.frameNum != after)
+    } else if (slice.frameNum != previousReferenceFrameNum_ && slice.frameNum != after) {
         // Frames are missing; decoders invent references up to this frame_num (clause 8.2.5.2).
         previousReferenceFrameNum_ = (slice.frameNum + range - 1) % range;
+    }
 }
 
 } // namespace zelvra::h264

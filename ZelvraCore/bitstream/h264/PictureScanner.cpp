@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/PictureScanner.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -38,13 +40,15 @@ PictureFacts PictureScanner::scan(bitstream::ByteView sample) {
             } else if (first->fieldPicture && !bothFields) {
                 const SliceHeader slice = parseSliceHeader(nal, sets_);
                 bothFields = slice.bottomField != first->bottomField;
-                if (bothFields)
+                if (bothFields) {
                     takeSecondField(slice, facts);
+                }
             }
         }
     }
-    if (!first)
+    if (!first) {
         throw BitstreamError::corrupt("A sample of the video holds no picture.");
+    }
     facts.orderAfter = order_;
     return facts;
 }
@@ -77,8 +81,9 @@ void PictureScanner::takePicture(const SliceHeader& slice, PictureFacts& facts) 
     facts.frameNum = slice.frameNum;
     facts.pocLsb = slice.pocLsb;
     facts.poc = order_.next(sps, slice);
-    if (started_ && (slice.idr || facts.resetsMemory))
+    if (started_ && (slice.idr || facts.resetsMemory)) {
         ++period_;
+    }
     facts.period = period_;
     started_ = true;
 }

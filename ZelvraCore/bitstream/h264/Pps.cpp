@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/Pps.h"
 
 #include "ZelvraCore/bitstream/BitReader.h"
@@ -27,16 +29,18 @@ void writeFlatEnd(BitWriter& writer, const Pps& pps, ChromaFormat chroma) {
     writer.flag(pps.transform8x8);
     writer.flag(true);
     const int count = scalingListCount(chroma == ChromaFormat::yuv444, pps.transform8x8);
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         writeFlatList(writer);
+    }
     writer.se(pps.secondChromaQpOffset);
 }
 
 } // namespace
 
 Pps parsePps(bitstream::ByteView nal, ChromaFormat chroma) {
-    if (nal.empty() || nalType(nal) != NalType::pps)
+    if (nal.empty() || nalType(nal) != NalType::pps) {
         throw BitstreamError::corrupt("The video's picture parameter set is of another kind.");
+    }
     BitReader reader(nal.subspan(1));
     Pps pps;
     pps.nal.assign(nal.begin(), nal.end());
@@ -45,10 +49,12 @@ Pps parsePps(bitstream::ByteView nal, ChromaFormat chroma) {
     pps.idsEnd = reader.position();
     pps.cabac = reader.flag();
     pps.bottomFieldPicOrderPresent = reader.flag();
-    if (reader.ue() != 0)
+    if (reader.ue() != 0) {
         throw BitstreamError::unsupported("The video's pictures are cut into slice groups.");
-    for (int& refs : pps.defaultActiveRefs)
+    }
+    for (int& refs : pps.defaultActiveRefs) {
         refs = static_cast<int>(reader.ue(31) + 1);
+    }
     pps.weightedPrediction = reader.flag();
     pps.weightedBipredictionIdc = static_cast<int>(reader.bits(2));
     pps.initialQp = 26 + reader.se();
@@ -62,8 +68,9 @@ Pps parsePps(bitstream::ByteView nal, ChromaFormat chroma) {
     if (reader.moreData()) {
         pps.transform8x8 = reader.flag();
         pps.scalingMatrixPresent = reader.flag();
-        if (pps.scalingMatrixPresent)
+        if (pps.scalingMatrixPresent) {
             skipScalingLists(reader, scalingListCount(chroma == ChromaFormat::yuv444, pps.transform8x8));
+        }
         pps.secondChromaQpOffset = reader.se();
     }
     return pps;
@@ -72,8 +79,9 @@ Pps parsePps(bitstream::ByteView nal, ChromaFormat chroma) {
 bitstream::Bytes rewritePps(bitstream::ByteView nal, int newId, int newSpsId,
                             std::optional<ChromaFormat> flatFor) {
     const Pps pps = parsePps(nal, flatFor.value_or(ChromaFormat::yuv420));
-    if (flatFor && pps.scalingMatrixPresent)
+    if (flatFor && pps.scalingMatrixPresent) {
         throw BitstreamError::unsupported("The encoded freeze has scaling matrices of its own.");
+    }
     BitReader reader(nal.subspan(1));
     reader.skip(pps.idsEnd);
     BitWriter writer;

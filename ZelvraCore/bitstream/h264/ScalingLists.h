@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "ZelvraCore/bitstream/BitReader.h"
@@ -10,8 +12,9 @@ void skipScalingLists(bitstream::BitReader& reader, int count);
 
 /// Lists of a parameter set with the 8x8 transform: the chroma planes of 4:4:4 have their own.
 constexpr int scalingListCount(bool chroma444, bool transform8x8) {
-    if (!transform8x8)
+    if (!transform8x8) {
         return 6;
+    }
     return chroma444 ? 12 : 8;
 }
 

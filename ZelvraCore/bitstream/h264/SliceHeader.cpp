@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/SliceHeader.h"
 
 #include "ZelvraCore/bitstream/BitReader.h"
@@ -23,8 +25,9 @@ bool isIntra(SliceType type) {
     return type == SliceType::i || type == SliceType::si;
 }
 int listCount(SliceType type) {
-    if (isIntra(type))
+    if (isIntra(type)) {
         return 0;
+    }
     return isB(type) ? 2 : 1;
 }
 
@@ -42,8 +45,9 @@ public:
         header_.spsId = sps.id;
         parsePlace(sps, pps);
         parseReferences(sps, pps);
-        if (header_.isReference())
+        if (header_.isReference()) {
             parseMarking();
+        }
         parseQuantisation(pps);
         header_.headerBits = reader_.position();
         return std::move(header_);
@@ -59,33 +63,39 @@ private:
     }
 
     void parsePlace(const Sps& sps, const Pps& pps) {
-        if (sps.separateColourPlanes)
+        if (sps.separateColourPlanes) {
             reader_.skip(2);
+        }
         header_.frameNum = reader_.bits(sps.frameNumBits);
         if (!sps.frameMbsOnly) {
             header_.fieldPicture = reader_.flag();
             header_.bottomField = header_.fieldPicture && reader_.flag();
         }
-        if (header_.idr)
+        if (header_.idr) {
             header_.idrPicId = reader_.ue(0xFFFF);
+        }
         const bool bothFields = pps.bottomFieldPicOrderPresent && !header_.fieldPicture;
         if (sps.pocType == 0) {
             header_.pocLsb = reader_.bits(sps.pocLsbBits);
-            if (bothFields)
+            if (bothFields) {
                 header_.deltaPocBottom = reader_.se();
+            }
         } else if (sps.pocType == 1 && !sps.deltaPicOrderAlwaysZero) {
             header_.deltaPoc[0] = reader_.se();
-            if (bothFields)
+            if (bothFields) {
                 header_.deltaPoc[1] = reader_.se();
+            }
         }
-        if (pps.redundantPicCntPresent)
+        if (pps.redundantPicCntPresent) {
             header_.redundantPicCnt = reader_.ue(127);
+        }
     }
 
     void parseReferences(const Sps& sps, const Pps& pps) {
         const SliceType type = header_.type;
-        if (isB(type))
+        if (isB(type)) {
             reader_.skip(1); // direct_spatial_mv_pred_flag
+        }
         const int lists = listCount(type);
         const bool overridden = lists > 0 && reader_.flag();
         for (int list = 0; list < lists; ++list) {
@@ -93,20 +103,24 @@ private:
             header_.activeRefs[index] =
                 overridden ? reader_.ue(31) + 1 : static_cast<std::uint32_t>(pps.defaultActiveRefs[index]);
         }
-        for (int list = 0; list < lists; ++list)
+        for (int list = 0; list < lists; ++list) {
             skipListModification();
+        }
         const bool weighted = isB(type) ? pps.weightedBipredictionIdc == 1 : pps.weightedPrediction;
-        if (weighted && lists > 0)
+        if (weighted && lists > 0) {
             skipWeights(sps, lists);
+        }
     }
 
     void skipListModification() {
         constexpr std::uint32_t end = 3;
-        if (!reader_.flag())
+        if (!reader_.flag()) {
             return;
+        }
         for (int i = 0; i <= mostOperations; ++i) {
-            if (reader_.ue(end) == end)
+            if (reader_.ue(end) == end) {
                 return;
+            }
             reader_.ue();
         }
         throw BitstreamError::corrupt("A picture changes its list of references too often.");
@@ -115,23 +129,27 @@ private:
     void skipWeights(const Sps& sps, int lists) {
         const bool chroma = !sps.separateColourPlanes && sps.chroma != ChromaFormat::monochrome;
         reader_.ue(7);
-        if (chroma)
+        if (chroma) {
             reader_.ue(7);
+        }
         for (int list = 0; list < lists; ++list) {
             for (std::uint32_t i = 0; i < header_.activeRefs[static_cast<std::size_t>(list)]; ++i) {
                 skipPairs(1);
-                if (chroma)
+                if (chroma) {
                     skipPairs(2);
+                }
             }
         }
     }
 
     /// A flag, and behind it weight and offset for each plane.
     void skipPairs(int planes) {
-        if (!reader_.flag())
+        if (!reader_.flag()) {
             return;
-        for (int i = 0; i < planes * 2; ++i)
+        }
+        for (int i = 0; i < planes * 2; ++i) {
             reader_.se();
+        }
     }
 
     void parseMarking() {
@@ -140,17 +158,21 @@ private:
             header_.longTermReference = reader_.flag();
             return;
         }
-        if (!reader_.flag())
+        if (!reader_.flag()) {
             return;
+        }
         for (int i = 0; i <= mostOperations; ++i) {
             MemoryOperation operation;
             operation.operation = static_cast<int>(reader_.ue(6));
-            if (operation.operation == 0)
+            if (operation.operation == 0) {
                 return;
-            if (operation.operation != 5)
+            }
+            if (operation.operation != 5) {
                 operation.first = reader_.ue();
-            if (operation.operation == 3)
+            }
+            if (operation.operation == 3) {
                 operation.second = reader_.ue();
+            }
             header_.memoryOperations.push_back(operation);
         }
         throw BitstreamError::corrupt("A picture changes the memory of references too often.");
@@ -158,15 +180,19 @@ private:
 
     void parseQuantisation(const Pps& pps) {
         const SliceType type = header_.type;
-        if (pps.cabac && !isIntra(type))
+        if (pps.cabac && !isIntra(type)) {
             reader_.ue(2); // cabac_init_idc
+        }
         header_.qpDelta = reader_.se();
-        if (type == SliceType::sp)
+        if (type == SliceType::sp) {
             reader_.skip(1);
-        if (type == SliceType::sp || type == SliceType::si)
+        }
+        if (type == SliceType::sp || type == SliceType::si) {
             reader_.se();
-        if (!pps.deblockingControlPresent)
+        }
+        if (!pps.deblockingControlPresent) {
             return;
+        }
         header_.deblocking.emplace();
         header_.deblocking->disableIdc = reader_.ue(2);
         if (header_.deblocking->disableIdc != 1) {
@@ -187,13 +213,16 @@ bool SliceHeader::resetsMemory() const {
 }
 
 SliceHeader parseSliceHeader(bitstream::ByteView nal, const ParameterSets& sets) {
-    if (nal.empty())
+    if (nal.empty()) {
         throw BitstreamError::corrupt("A slice of the video is empty.");
+    }
     const NalType type = nalType(nal);
-    if (type >= NalType::partitionA && type <= NalType::partitionC)
+    if (type >= NalType::partitionA && type <= NalType::partitionC) {
         throw BitstreamError::unsupported("The video's slices are partitioned.");
-    if (type != NalType::slice && type != NalType::idrSlice)
+    }
+    if (type != NalType::slice && type != NalType::idrSlice) {
         throw BitstreamError::unsupported("The video has more than one layer.");
+    }
     return Parser(nal, sets).parse();
 }
 

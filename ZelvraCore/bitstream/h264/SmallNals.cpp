@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/SmallNals.h"
 
 #include "ZelvraCore/bitstream/BitReader.h"
@@ -27,16 +29,18 @@ bitstream::Bytes recoveryPointSei(std::uint32_t frameCount) {
     payload.flag(true);  // exact_match_flag
     payload.flag(false); // broken_link_flag
     payload.bits(0, 2);  // changing_slice_group_idc
-    if (!payload.byteAligned())
+    if (!payload.byteAligned()) {
         payload.trailingBits();
+    }
     constexpr std::array header{static_cast<std::uint8_t>(NalType::sei)};
     return bitstream::writeSei(header, {{recoveryPoint, payload.payload()}});
 }
 
 std::optional<std::uint32_t> recoveryFrameCount(bitstream::ByteView seiNal) {
     for (const auto& message : bitstream::parseSeiMessages(seiNal.subspan(1))) {
-        if (message.type != recoveryPoint)
+        if (message.type != recoveryPoint) {
             continue;
+        }
         try {
             return bitstream::BitReader(message.payload).ue();
         } catch (const bitstream::BitstreamError&) {

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/Sps.h"
 
 #include "ZelvraCore/bitstream/BitReader.h"
@@ -27,14 +29,16 @@ bool hasChromaFields(int profileIdc) {
 
 void parseChroma(BitReader& reader, Sps& sps) {
     sps.chroma = static_cast<ChromaFormat>(reader.ue(3));
-    if (sps.chroma == ChromaFormat::yuv444)
+    if (sps.chroma == ChromaFormat::yuv444) {
         sps.separateColourPlanes = reader.flag();
+    }
     sps.lumaBitDepth = static_cast<int>(8 + reader.ue(6));
     sps.chromaBitDepth = static_cast<int>(8 + reader.ue(6));
     sps.losslessAtQpZero = reader.flag();
     sps.scalingMatrixPresent = reader.flag();
-    if (sps.scalingMatrixPresent)
+    if (sps.scalingMatrixPresent) {
         skipScalingLists(reader, scalingListCount(sps.chroma == ChromaFormat::yuv444, true));
+    }
 }
 
 void parsePictureOrder(BitReader& reader, Sps& sps) {
@@ -47,8 +51,9 @@ void parsePictureOrder(BitReader& reader, Sps& sps) {
         sps.offsetForNonRefPic = reader.se();
         sps.offsetForTopToBottomField = reader.se();
         const std::uint32_t count = reader.ue(255);
-        for (std::uint32_t i = 0; i < count; ++i)
+        for (std::uint32_t i = 0; i < count; ++i) {
             sps.offsetsForRefFrame.push_back(reader.se());
+        }
     }
 }
 
@@ -67,11 +72,13 @@ void parseFrame(BitReader& reader, Sps& sps) {
     sps.widthInMacroblocks = static_cast<int>(reader.ue(mostMacroblocksAcross - 1) + 1);
     sps.heightInMapUnits = static_cast<int>(reader.ue(mostMacroblocksAcross - 1) + 1);
     sps.frameMbsOnly = reader.flag();
-    if (!sps.frameMbsOnly)
+    if (!sps.frameMbsOnly) {
         sps.mbAdaptiveFrameField = reader.flag();
+    }
     sps.direct8x8Inference = reader.flag();
-    if (!reader.flag())
+    if (!reader.flag()) {
         return;
+    }
     const auto width = static_cast<std::uint32_t>(sps.codedWidth());
     const auto height = static_cast<std::uint32_t>(sps.codedHeight());
     sps.crop.left = reader.ue(width);
@@ -80,8 +87,9 @@ void parseFrame(BitReader& reader, Sps& sps) {
     sps.crop.bottom = reader.ue(height);
     const auto unit = cropUnit(sps);
     if ((sps.crop.left + sps.crop.right) * static_cast<std::uint32_t>(unit.x) >= width ||
-        (sps.crop.top + sps.crop.bottom) * static_cast<std::uint32_t>(unit.y) >= height)
+        (sps.crop.top + sps.crop.bottom) * static_cast<std::uint32_t>(unit.y) >= height) {
         throw BitstreamError::corrupt("The video's cropping leaves nothing of the picture.");
+    }
 }
 
 void skipHrd(BitReader& reader) {
@@ -98,16 +106,18 @@ void skipHrd(BitReader& reader) {
 /// bitstream_restriction: max_dec_frame_buffering is its last field.
 int parseMaxDecFrameBuffering(BitReader& reader) {
     reader.skip(1);
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < 5; ++i) {
         reader.ue();
+    }
     return static_cast<int>(reader.ue(16));
 }
 
 Vui parseVui(BitReader& reader) {
     Vui vui;
     vui.fullRange = bitstream::parseFullRange(reader);
-    if (reader.flag())
+    if (reader.flag()) {
         reader.skip(65); // num_units_in_tick, time_scale, fixed_frame_rate_flag
+    }
     bool hrdPresent = false;
     for (int i = 0; i < 2; ++i) {
         if (reader.flag()) {
@@ -115,19 +125,22 @@ Vui parseVui(BitReader& reader) {
             hrdPresent = true;
         }
     }
-    if (hrdPresent)
+    if (hrdPresent) {
         reader.skip(1); // low_delay_hrd_flag
-    reader.skip(1);     // pic_struct_present_flag
-    if (reader.flag())
+    }
+    reader.skip(1); // pic_struct_present_flag
+    if (reader.flag()) {
         vui.maxDecFrameBuffering = parseMaxDecFrameBuffering(reader);
+    }
     return vui;
 }
 
 } // namespace
 
 Sps parseSps(bitstream::ByteView nal) {
-    if (nal.empty() || nalType(nal) != NalType::sps)
+    if (nal.empty() || nalType(nal) != NalType::sps) {
         throw BitstreamError::corrupt("The video's sequence parameter set is of another kind.");
+    }
     BitReader reader(nal.subspan(1));
     Sps sps;
     sps.nal.assign(nal.begin(), nal.end());
@@ -135,14 +148,16 @@ Sps parseSps(bitstream::ByteView nal) {
     sps.constraintFlags = static_cast<std::uint8_t>(reader.bits(8));
     sps.levelIdc = static_cast<int>(reader.bits(8));
     sps.id = static_cast<int>(reader.ue(31));
-    if (hasChromaFields(sps.profileIdc))
+    if (hasChromaFields(sps.profileIdc)) {
         parseChroma(reader, sps);
+    }
     parsePictureOrder(reader, sps);
     sps.maxNumRefFrames = static_cast<int>(reader.ue(16));
     sps.gapsInFrameNumAllowed = reader.flag();
     parseFrame(reader, sps);
-    if (reader.flag())
+    if (reader.flag()) {
         sps.vui = parseVui(reader);
+    }
     return sps;
 }
 
@@ -159,8 +174,9 @@ FreezeEncoding::CodedFrame Sps::codedFrame() const {
 }
 
 int Sps::decodedPictureBufferFrames() const {
-    if (vui && vui->maxDecFrameBuffering)
+    if (vui && vui->maxDecFrameBuffering) {
         return std::max({1, *vui->maxDecFrameBuffering, maxNumRefFrames});
+    }
     const int macroblocks = widthInMacroblocks * codedHeight() / 16;
     return std::clamp(levelLimits(*this).maxDpbMacroblocks / macroblocks, 1, 16);
 }

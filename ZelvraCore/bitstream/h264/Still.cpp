@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/h264/Still.h"
 
 #include "ZelvraCore/bitstream/BitReader.h"
@@ -16,8 +18,9 @@ namespace {
 constexpr int highProfile = 100;
 
 void writeMarking(BitWriter& writer, const StillHeader& still) {
-    if (still.nalRefIdc == 0)
+    if (still.nalRefIdc == 0) {
         return;
+    }
     if (still.idr) {
         writer.flag(false); // no_output_of_prior_pics_flag
         writer.flag(false); // long_term_reference_flag
@@ -29,12 +32,14 @@ void writeMarking(BitWriter& writer, const StillHeader& still) {
 void writePictureOrder(BitWriter& writer, const Pps& ownPps, const Sps& source, const StillHeader& still) {
     if (source.pocType == 0) {
         writer.bits(still.pocLsb, source.pocLsbBits);
-        if (ownPps.bottomFieldPicOrderPresent)
+        if (ownPps.bottomFieldPicOrderPresent) {
             writer.se(0);
+        }
     } else if (source.pocType == 1 && !source.deltaPicOrderAlwaysZero) {
         writer.se(still.deltaPoc[0]);
-        if (ownPps.bottomFieldPicOrderPresent)
+        if (ownPps.bottomFieldPicOrderPresent) {
             writer.se(still.deltaPoc[1]);
+        }
     }
 }
 
@@ -44,13 +49,16 @@ void writeHeader(BitWriter& writer, const SliceHeader& own, const Pps& ownPps, c
     writer.ue(static_cast<std::uint32_t>(own.type) + (own.sameTypeInPicture ? 5 : 0));
     writer.ue(static_cast<std::uint32_t>(still.ppsId));
     writer.bits(still.frameNum, source.frameNumBits);
-    if (!source.frameMbsOnly)
+    if (!source.frameMbsOnly) {
         writer.flag(false); // field_pic_flag
-    if (still.idr)
+    }
+    if (still.idr) {
         writer.ue(still.idrPicId);
+    }
     writePictureOrder(writer, ownPps, source, still);
-    if (ownPps.redundantPicCntPresent)
+    if (ownPps.redundantPicCntPresent) {
         writer.ue(own.redundantPicCnt);
+    }
     writeMarking(writer, still);
     writer.se(own.qpDelta);
     if (own.deblocking) {
@@ -90,22 +98,29 @@ SliceHeader StillHeader::asSlice() const {
 }
 
 std::optional<std::string> whyStillDoesNotFit(const Sps& own, const Pps& ownPps, const Sps& source) {
-    if (own.codedWidth() != source.codedWidth() || own.codedHeight() != source.codedHeight())
+    if (own.codedWidth() != source.codedWidth() || own.codedHeight() != source.codedHeight()) {
         return "The encoded freeze is not of the video's size.";
+    }
     if (own.chroma != source.chroma || own.lumaBitDepth != source.lumaBitDepth ||
-        own.chromaBitDepth != source.chromaBitDepth)
+        own.chromaBitDepth != source.chromaBitDepth) {
         return "The encoded freeze is not of the video's colour format.";
-    if (own.separateColourPlanes || source.separateColourPlanes)
+    }
+    if (own.separateColourPlanes || source.separateColourPlanes) {
         return "The video's colour planes are coded apart.";
-    if (own.frameMbsOnly != source.frameMbsOnly || own.mbAdaptiveFrameField != source.mbAdaptiveFrameField)
+    }
+    if (own.frameMbsOnly != source.frameMbsOnly || own.mbAdaptiveFrameField != source.mbAdaptiveFrameField) {
         return "The encoded freeze is not interlaced as the video is.";
-    if (own.losslessAtQpZero && !source.losslessAtQpZero)
+    }
+    if (own.losslessAtQpZero && !source.losslessAtQpZero) {
         return "The encoded freeze may be lossless, which the video may not.";
-    if (own.scalingMatrixPresent)
+    }
+    if (own.scalingMatrixPresent) {
         return "The encoded freeze has scaling matrices of its own.";
+    }
     const bool cabacAllowed = source.profileIdc != 66 && source.profileIdc != 88;
-    if ((ownPps.cabac && !cabacAllowed) || (ownPps.transform8x8 && source.profileIdc < highProfile))
+    if ((ownPps.cabac && !cabacAllowed) || (ownPps.transform8x8 && source.profileIdc < highProfile)) {
         return "The encoded freeze uses tools that the video's profile has not.";
+    }
     return std::nullopt;
 }
 
@@ -113,10 +128,12 @@ bitstream::Bytes rewriteSlice(bitstream::ByteView idrSlice, const ParameterSets&
                               const StillHeader& still) {
     const SliceHeader header = parseSliceHeader(idrSlice, own);
     const Pps& ownPps = own.pps(header.ppsId);
-    if (!header.idr || header.type != SliceType::i || header.fieldPicture)
+    if (!header.idr || header.type != SliceType::i || header.fieldPicture) {
         throw BitstreamError::unsupported("The encoded freeze does not begin with an intra frame.");
-    if (const auto reason = whyStillDoesNotFit(own.sps(header.spsId), ownPps, source))
+    }
+    if (const auto reason = whyStillDoesNotFit(own.sps(header.spsId), ownPps, source)) {
         throw BitstreamError::unsupported(*reason);
+    }
 
     BitWriter writer;
     writeHeader(writer, header, ownPps, source, still);

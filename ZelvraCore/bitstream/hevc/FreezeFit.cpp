@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/hevc/FreezeFit.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -5,20 +7,25 @@
 namespace zelvra::hevc {
 
 std::optional<std::string> whyNoFreezeFits(const Sps& sps) {
-    if (sps.separateColourPlanes)
+    if (sps.separateColourPlanes) {
         return "The video's colour planes are coded apart.";
-    if (sps.lumaBitDepth != sps.chromaBitDepth)
+    }
+    if (sps.lumaBitDepth != sps.chromaBitDepth) {
         return "The video's brightness and colour have different bit depths.";
-    if (sps.lumaBitDepth != 8 && sps.lumaBitDepth != 10 && sps.lumaBitDepth != 12)
+    }
+    if (sps.lumaBitDepth != 8 && sps.lumaBitDepth != 10 && sps.lumaBitDepth != 12) {
         return "The video has " + std::to_string(sps.lumaBitDepth) + " bits a sample.";
-    if (sps.vui && sps.vui->fieldSequence)
+    }
+    if (sps.vui && sps.vui->fieldSequence) {
         return "The video's pictures are fields.";
+    }
     return std::nullopt;
 }
 
 FreezeEncoding freezeEncodingFor(const Sps& sps) {
-    if (const auto reason = whyNoFreezeFits(sps))
+    if (const auto reason = whyNoFreezeFits(sps)) {
         throw bitstream::BitstreamError::unsupported(*reason);
+    }
     FreezeEncoding encoding;
     encoding.codedFrame = sps.codedFrame();
     encoding.chroma = sps.chroma;

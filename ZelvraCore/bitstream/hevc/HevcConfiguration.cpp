@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/hevc/HevcConfiguration.h"
 
 #include "ZelvraCore/bitstream/ByteCursor.h"
@@ -47,16 +49,18 @@ std::uint16_t withSpatialSegmentation(std::uint16_t field, int idc) {
 std::vector<ByteView> HevcConfiguration::nalsOfType(NalType type) const {
     std::vector<ByteView> found;
     for (const Array& array : arrays) {
-        if (array.type == type)
+        if (array.type == type) {
             found.insert(found.end(), array.nals.begin(), array.nals.end());
+        }
     }
     return found;
 }
 
 HevcConfiguration HevcConfiguration::parse(ByteView content) {
     ByteCursor cursor(content, "video's decoder configuration");
-    if (cursor.byte() != 1)
+    if (cursor.byte() != 1) {
         throw BitstreamError::unsupported("The video's decoder configuration is of an unknown version.");
+    }
     HevcConfiguration record;
     record.profile = cursor.byte();
     record.compatibilityFlags = static_cast<std::uint32_t>(cursor.number(4));
@@ -70,8 +74,9 @@ HevcConfiguration HevcConfiguration::parse(ByteView content) {
     record.averageFrameRate = cursor.word();
     record.layersAndLength = cursor.byte();
     const std::uint8_t count = cursor.byte();
-    for (std::uint8_t i = 0; i < count; ++i)
+    for (std::uint8_t i = 0; i < count; ++i) {
         record.arrays.push_back(takeArray(cursor));
+    }
     record.trailer.assign(cursor.rest().begin(), cursor.rest().end());
     return record;
 }
@@ -82,21 +87,24 @@ Bytes HevcConfiguration::serialise() const {
     bitstream::appendNumber(bytes, constraintFlags, 6);
     bytes.push_back(levelIdc);
     bitstream::appendNumber(bytes, spatialSegmentation, 2);
-    for (const std::uint8_t byte : {parallelism, chroma, lumaDepth, chromaDepth})
+    for (const std::uint8_t byte : {parallelism, chroma, lumaDepth, chromaDepth}) {
         bytes.push_back(byte);
+    }
     bitstream::appendNumber(bytes, averageFrameRate, 2);
     bytes.push_back(layersAndLength);
     bytes.push_back(static_cast<std::uint8_t>(arrays.size()));
-    for (const Array& array : arrays)
+    for (const Array& array : arrays) {
         appendArray(bytes, array);
+    }
     bitstream::append(bytes, trailer);
     return bytes;
 }
 
 void HevcConfiguration::add(ByteView nal) {
     constexpr std::size_t most = 0xFFFF;
-    if (nal.size() < nalHeaderSize)
+    if (nal.size() < nalHeaderSize) {
         throw BitstreamError::corrupt("A parameter set of the video is empty.");
+    }
     const NalType type = nalType(nal);
     auto array = std::ranges::find(arrays, type, &Array::type);
     if (array == arrays.end()) {
@@ -104,10 +112,12 @@ void HevcConfiguration::add(ByteView nal) {
         array = arrays.insert(place, Array{true, false, type, {}});
     }
     Bytes set(nal.begin(), nal.end());
-    if (std::ranges::find(array->nals, set) != array->nals.end())
+    if (std::ranges::find(array->nals, set) != array->nals.end()) {
         return;
-    if (set.size() > most || array->nals.size() >= most)
+    }
+    if (set.size() > most || array->nals.size() >= most) {
         throw BitstreamError::unsupported("The video's decoder configuration has no room for another set.");
+    }
     array->nals.push_back(std::move(set));
 }
 
@@ -124,8 +134,9 @@ HevcConfiguration mergeForSplice(const HevcConfiguration& source, const HevcConf
     };
     if (differ(source.chroma, inserted.chroma, formatBits) ||
         differ(source.lumaDepth, inserted.lumaDepth, depthBits) ||
-        differ(source.chromaDepth, inserted.chromaDepth, depthBits))
+        differ(source.chromaDepth, inserted.chromaDepth, depthBits)) {
         throw BitstreamError::unsupported("The encoded freeze is not of the video's colour format.");
+    }
 
     HevcConfiguration merged = source;
     merged.profile |= inserted.profile & tierFlag;
@@ -140,12 +151,14 @@ HevcConfiguration mergeForSplice(const HevcConfiguration& source, const HevcConf
     merged.layersAndLength = source.layersAndLength & allButConstantFrameRate;
     for (const auto& array : inserted.arrays) {
         if (isParameterSet(array.type)) {
-            for (const Bytes& nal : array.nals)
+            for (const Bytes& nal : array.nals) {
                 merged.add(nal);
+            }
         }
     }
-    for (const Bytes& nal : more)
+    for (const Bytes& nal : more) {
         merged.add(nal);
+    }
     return merged;
 }
 

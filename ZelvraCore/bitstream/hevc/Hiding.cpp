@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/hevc/Hiding.h"
 
 #include "ZelvraCore/bitstream/BitReader.h"
@@ -24,8 +26,9 @@ bool breaksLink(NalType type) {
 
 int twinIdOf(const TwinIds& ids, int ppsId) {
     const auto twin = ids.find(ppsId);
-    if (twin == ids.end())
+    if (twin == ids.end()) {
         throw BitstreamError::unsupported("A picture parameter set of the video was not planned for.");
+    }
     return twin->second;
 }
 
@@ -36,8 +39,9 @@ Bytes rewritten(ByteView nal, const ParameterSets& sets, const TwinIds& ids, Vis
     const SliceHeader header = parseSliceHeader(nal, sets);
     SliceEdits edits;
     edits.keepPriorPictures = true;
-    if (headOfRun && breaksLink(header.nalType))
+    if (headOfRun && breaksLink(header.nalType)) {
         edits.nalType = NalType::blaNLp;
+    }
     if (visibility == Visibility::hidden) {
         edits.ppsId = twinIdOf(ids, header.ppsId);
         edits.picOutput = false;
@@ -48,8 +52,9 @@ Bytes rewritten(ByteView nal, const ParameterSets& sets, const TwinIds& ids, Vis
 std::size_t lastParameterSet(const std::vector<ByteView>& nals) {
     std::size_t last = nals.size();
     for (std::size_t i = 0; i < nals.size(); ++i) {
-        if (isParameterSet(nalType(nals[i])))
+        if (isParameterSet(nalType(nals[i]))) {
             last = i;
+        }
     }
     return last;
 }
@@ -68,14 +73,16 @@ Bytes processSample(const std::vector<ByteView>& nals, int nalLengthSize, Parame
     Bytes sample;
     for (std::size_t i = 0; i < nals.size(); ++i) {
         sets.add(nals[i]);
-        if (rewrites && isSlice(nalType(nals[i])))
+        if (rewrites && isSlice(nalType(nals[i]))) {
             bitstream::appendNalUnit(sample, rewritten(nals[i], sets, ids, visibility, headOfRun),
                                      nalLengthSize);
-        else
+        } else {
             bitstream::appendNalUnit(sample, nals[i], nalLengthSize);
+        }
         if (i == lastSet) {
-            for (const Bytes& twin : twinsOf(sets, ids))
+            for (const Bytes& twin : twinsOf(sets, ids)) {
                 bitstream::appendNalUnit(sample, twin, nalLengthSize);
+            }
         }
     }
     return sample;
@@ -112,8 +119,9 @@ Bytes twinOf(const Pps& pps, int twinId) {
 std::vector<Bytes> twinsOf(const ParameterSets& sets, const TwinIds& ids) {
     std::vector<Bytes> twins;
     for (const auto& [id, pps] : sets.allPps()) {
-        if (const auto twin = ids.find(id); twin != ids.end())
+        if (const auto twin = ids.find(id); twin != ids.end()) {
             twins.push_back(twinOf(pps, twin->second));
+        }
     }
     return twins;
 }
@@ -127,8 +135,9 @@ Bytes hideSample(ByteView sample, int nalLengthSize, ParameterSets& sets, const 
 std::optional<Bytes> completeSample(ByteView sample, int nalLengthSize, ParameterSets& sets,
                                     const TwinIds& ids, bool headOfRun) {
     const auto nals = split(sample, nalLengthSize);
-    if (!headOfRun && lastParameterSet(nals) == nals.size())
+    if (!headOfRun && lastParameterSet(nals) == nals.size()) {
         return std::nullopt;
+    }
     return processSample(nals, nalLengthSize, sets, ids, Visibility::shown, headOfRun);
 }
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/hevc/Identity.h"
 
 #include "ZelvraCore/bitstream/BitReader.h"
@@ -57,9 +59,10 @@ Bytes reidentifyPps(ByteView nal, const Identity& identity) {
 }
 
 void requireOneOfEach(const ParameterSets& own) {
-    if (own.allVps().size() != 1 || own.allSps().size() != 1 || own.allPps().size() != 1)
+    if (own.allVps().size() != 1 || own.allSps().size() != 1 || own.allPps().size() != 1) {
         throw bitstream::BitstreamError::unsupported(
             "The encoded freeze has several parameter sets of a kind.");
+    }
 }
 
 /// What both demand together. A limit of latency counts only where the clip reorders no more than the source.
@@ -76,8 +79,9 @@ SubLayerOrdering greaterOf(const SubLayerOrdering& own, const SubLayerOrdering& 
 
 Bytes reidentify(ByteView nal, const ParameterSets& own, const Identity& identity) {
     requireOneOfEach(own);
-    if (nal.size() < nalHeaderSize)
+    if (nal.size() < nalHeaderSize) {
         return {nal.begin(), nal.end()};
+    }
     const NalType type = nalType(nal);
     if (isSlice(type)) {
         SliceEdits edits;
@@ -97,8 +101,9 @@ Bytes reidentifySample(ByteView sample, int nalLengthSize, const ParameterSets& 
                        const Identity& identity) {
     Bytes renamed;
     for (const ByteView nal : bitstream::splitNalUnits(sample, nalLengthSize)) {
-        if (nal.size() >= nalHeaderSize && !isParameterSet(nalType(nal)))
+        if (nal.size() >= nalHeaderSize && !isParameterSet(nalType(nal))) {
             bitstream::appendNalUnit(renamed, reidentify(nal, own, identity), nalLengthSize);
+        }
     }
     return renamed;
 }
@@ -131,8 +136,9 @@ HevcConfiguration reidentify(const HevcConfiguration& configuration, const Ident
     HevcConfiguration renamed = configuration;
     for (auto& array : renamed.arrays) {
         for (Bytes& nal : array.nals) {
-            if (array.type == NalType::sps)
+            if (array.type == NalType::sps) {
                 nal = matchPictureBuffer(nal, source);
+            }
             nal = reidentify(nal, own, identity);
         }
     }

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/hevc/ParameterSets.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -11,8 +13,9 @@ namespace {
 template <class Set>
 const Set& find(const std::map<int, Set>& sets, int id) {
     const auto found = sets.find(id);
-    if (found == sets.end())
+    if (found == sets.end()) {
         throw BitstreamError::corrupt("A parameter set of the video is missing.");
+    }
     return found->second;
 }
 
@@ -20,14 +23,16 @@ const Set& find(const std::map<int, Set>& sets, int id) {
 
 ParameterSets::ParameterSets(const HevcConfiguration& configuration) {
     for (const auto& array : configuration.arrays) {
-        for (const bitstream::Bytes& nal : array.nals)
+        for (const bitstream::Bytes& nal : array.nals) {
             add(nal);
+        }
     }
 }
 
 bool ParameterSets::add(bitstream::ByteView nal) {
-    if (nal.size() < nalHeaderSize)
+    if (nal.size() < nalHeaderSize) {
         return false;
+    }
     switch (nalType(nal)) {
     case NalType::vps: {
         Vps vps = parseVps(nal);

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/hevc/PictureScanner.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -19,8 +21,9 @@ PictureFacts PictureScanner::scan(bitstream::ByteView sample) {
     PictureFacts facts;
     bool sequenceEnds = false;
     for (const bitstream::ByteView nal : bitstream::splitNalUnits(sample, nalLengthSize_)) {
-        if (nal.size() < nalHeaderSize)
+        if (nal.size() < nalHeaderSize) {
             continue;
+        }
         const NalType type = nalType(nal);
         if (isParameterSet(type)) {
             takeParameterSet(nal);
@@ -30,14 +33,17 @@ PictureFacts PictureScanner::scan(bitstream::ByteView sample) {
         } else if (type == NalType::endOfSequence || type == NalType::endOfBitstream) {
             sequenceEnds = true;
         } else if (isSlice(type)) {
-            if (layerId(nal) != 0)
+            if (layerId(nal) != 0) {
                 throw BitstreamError::unsupported("The video has more than one layer.");
-            if (facts.slices++ == 0)
+            }
+            if (facts.slices++ == 0) {
                 takePicture(parseSliceHeader(nal, sets_), facts);
+            }
         }
     }
-    if (facts.slices == 0)
+    if (facts.slices == 0) {
         throw BitstreamError::corrupt("A sample of the video holds no picture.");
+    }
     sequenceStarts_ = sequenceEnds;
     started_ = true;
     return facts;
@@ -71,11 +77,13 @@ void PictureScanner::takePicture(const SliceHeader& slice, PictureFacts& facts) 
     facts.spsId = sps.id;
     facts.ppsId = slice.ppsId;
     facts.poc = order_.next(sps, slice, facts.startsSequence);
-    if (facts.irap)
+    if (facts.irap) {
         headStartsSequence_ = facts.startsSequence;
+    }
     facts.output = slice.picOutput && !(isRasl(type) && headStartsSequence_);
-    if (started_ && facts.startsSequence)
+    if (started_ && facts.startsSequence) {
         ++period_;
+    }
     facts.period = period_;
 }
 

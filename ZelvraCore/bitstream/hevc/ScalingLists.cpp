@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/hevc/ScalingLists.h"
 
 #include <algorithm>
@@ -12,11 +14,13 @@ void skipScalingLists(bitstream::BitReader& reader) {
                 reader.ue(); // scaling_list_pred_matrix_id_delta
                 continue;
             }
-            if (size > 1)
+            if (size > 1) {
                 reader.se(); // scaling_list_dc_coef_minus8
+            }
             const int coefficients = std::min(64, 1 << (4 + 2 * size));
-            for (int i = 0; i < coefficients; ++i)
+            for (int i = 0; i < coefficients; ++i) {
                 reader.se();
+            }
         }
     }
 }

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/hevc/ShortTermRefs.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -23,8 +25,9 @@ class Predictor {
 public:
     Predictor(const ShortTermRefs& from, std::int32_t delta, std::vector<Prediction> predictions)
         : from_(from.entries), delta_(delta), predictions_(std::move(predictions)) {
-        for (std::size_t i = 0; i < from_.size(); ++i)
+        for (std::size_t i = 0; i < from_.size(); ++i) {
             (from_[i].deltaPoc < 0 ? before_ : after_).push_back(i);
+        }
     }
 
     /// Nearest first, those before the picture, then those after it.
@@ -40,8 +43,9 @@ public:
 
 private:
     void takeForwards(const std::vector<std::size_t>& indices, int sign) {
-        for (const std::size_t index : indices)
+        for (const std::size_t index : indices) {
             take(index, sign);
+        }
     }
 
     void takeBackwards(const std::vector<std::size_t>& indices, int sign) {
@@ -50,8 +54,9 @@ private:
 
     void take(std::size_t index, int sign) {
         const std::int32_t distance = (index < from_.size() ? from_[index].deltaPoc : 0) + delta_;
-        if (predictions_[index].kept && distance * sign > 0)
+        if (predictions_[index].kept && distance * sign > 0) {
             result_.entries.push_back({distance, predictions_[index].used});
+        }
     }
 
     std::vector<ShortTermRefs::Entry> from_;
@@ -64,8 +69,9 @@ private:
 
 ShortTermRefs parsePredicted(BitReader& reader, const std::vector<ShortTermRefs>& known, bool last) {
     const std::uint32_t back = last ? reader.ue() : 0;
-    if (back >= known.size())
+    if (back >= known.size()) {
         throw BitstreamError::corrupt("A set of references is predicted from one that is not there.");
+    }
     const ShortTermRefs& from = known[known.size() - 1 - back];
     const bool negative = reader.flag();
     const auto distance = static_cast<std::int32_t>(reader.ue(greatestDistance) + 1);
@@ -98,8 +104,9 @@ ShortTermRefs parseExplicit(BitReader& reader) {
 ShortTermRefs parseShortTermRefs(BitReader& reader, const std::vector<ShortTermRefs>& known, bool last) {
     const bool predicted = !known.empty() && reader.flag();
     ShortTermRefs refs = predicted ? parsePredicted(reader, known, last) : parseExplicit(reader);
-    if (refs.entries.size() > mostRefs)
+    if (refs.entries.size() > mostRefs) {
         throw BitstreamError::corrupt("A picture of the video has too many references.");
+    }
     return refs;
 }
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/hevc/Sps.h"
 
 #include "ZelvraCore/bitstream/BitReader.h"
@@ -22,10 +24,12 @@ constexpr std::uint32_t mostSubLayers = 7;
 constexpr std::uint32_t mostSamplesAcross = 0x7FFF;
 
 void requireKind(bitstream::ByteView nal, NalType type) {
-    if (nal.size() < nalHeaderSize || nalType(nal) != type)
+    if (nal.size() < nalHeaderSize || nalType(nal) != type) {
         throw BitstreamError::corrupt("A parameter set of the video is of another kind.");
-    if (layerId(nal) != 0)
+    }
+    if (layerId(nal) != 0) {
         throw BitstreamError::unsupported("The video has more than one layer.");
+    }
 }
 
 /// Multiview, scalable, 3D and screen content profiles.
@@ -42,8 +46,9 @@ ProfileTierLevel parseProfileTierLevel(BitReader& reader, int maxSubLayers) {
     general.compatibilityFlags = reader.bits(32);
     general.constraintFlags = reader.longBits(48);
     general.levelIdc = static_cast<int>(reader.bits(8));
-    if (maxSubLayers == 1)
+    if (maxSubLayers == 1) {
         return general;
+    }
     constexpr int profileBits = 88;
     constexpr int levelBits = 8;
     std::uint64_t subLayerBits = 0;
@@ -67,20 +72,24 @@ void parseConformanceWindow(BitReader& reader, Sps& sps) {
     sps.conformanceWindow.top = side(sps.height, halfHeight);
     sps.conformanceWindow.bottom = side(sps.height, halfHeight);
     if (sps.conformanceWindow.left + sps.conformanceWindow.right >= sps.width ||
-        sps.conformanceWindow.top + sps.conformanceWindow.bottom >= sps.height)
+        sps.conformanceWindow.top + sps.conformanceWindow.bottom >= sps.height) {
         throw BitstreamError::corrupt("The video's cropping leaves nothing of the picture.");
+    }
 }
 
 void parseFormat(BitReader& reader, Sps& sps) {
     sps.chroma = static_cast<ChromaFormat>(reader.ue(3));
-    if (sps.chroma == ChromaFormat::yuv444)
+    if (sps.chroma == ChromaFormat::yuv444) {
         sps.separateColourPlanes = reader.flag();
+    }
     sps.width = static_cast<int>(reader.ue(mostSamplesAcross));
     sps.height = static_cast<int>(reader.ue(mostSamplesAcross));
-    if (sps.width == 0 || sps.height == 0)
+    if (sps.width == 0 || sps.height == 0) {
         throw BitstreamError::corrupt("The video's pictures are empty.");
-    if (reader.flag())
+    }
+    if (reader.flag()) {
         parseConformanceWindow(reader, sps);
+    }
     sps.lumaBitDepth = static_cast<int>(8 + reader.ue(8));
     sps.chromaBitDepth = static_cast<int>(8 + reader.ue(8));
     sps.pocLsbBits = static_cast<int>(4 + reader.ue(12));
@@ -104,10 +113,12 @@ void parseOrdering(BitReader& reader, Sps& sps) {
 void parseBlocks(BitReader& reader, Sps& sps) {
     sps.log2MinCodingBlock = static_cast<int>(reader.ue(3) + 3);
     sps.log2CodingTree = sps.log2MinCodingBlock + static_cast<int>(reader.ue(3));
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 4; ++i) {
         reader.ue(); // transform block sizes and hierarchy depths
-    if (reader.flag() && reader.flag())
+    }
+    if (reader.flag() && reader.flag()) {
         skipScalingLists(reader);
+    }
     reader.skip(1); // amp_enabled_flag
     sps.sampleAdaptiveOffset = reader.flag();
     if (reader.flag()) { // pcm_enabled_flag
@@ -120,8 +131,9 @@ void parseBlocks(BitReader& reader, Sps& sps) {
 
 void parseReferences(BitReader& reader, Sps& sps) {
     const std::uint32_t sets = reader.ue(64);
-    for (std::uint32_t i = 0; i < sets; ++i)
+    for (std::uint32_t i = 0; i < sets; ++i) {
         sps.shortTermRefs.push_back(parseShortTermRefs(reader, sps.shortTermRefs, false));
+    }
     sps.longTermRefsPresent = reader.flag();
     if (sps.longTermRefsPresent) {
         const std::uint32_t count = reader.ue(32);
@@ -136,8 +148,9 @@ void parseReferences(BitReader& reader, Sps& sps) {
 
 void skipSubLayerHrd(BitReader& reader, std::uint32_t cpbCount, bool subPicture) {
     for (std::uint32_t i = 0; i < cpbCount; ++i) {
-        for (int k = 0; k < (subPicture ? 4 : 2); ++k)
+        for (int k = 0; k < (subPicture ? 4 : 2); ++k) {
             reader.ue();
+        }
         reader.skip(1);
     }
 }
@@ -155,24 +168,29 @@ void skipHrd(BitReader& reader, int maxSubLayers) {
         const bool fixedGenerally = reader.flag();
         const bool fixedInSequence = fixedGenerally || reader.flag();
         bool lowDelay = false;
-        if (fixedInSequence)
+        if (fixedInSequence) {
             reader.ue(); // elemental_duration_in_tc_minus1
-        else
+        } else {
             lowDelay = reader.flag();
+        }
         const std::uint32_t cpbCount = lowDelay ? 1 : reader.ue(31) + 1;
-        if (nal)
+        if (nal) {
             skipSubLayerHrd(reader, cpbCount, subPicture);
-        if (vcl)
+        }
+        if (vcl) {
             skipSubLayerHrd(reader, cpbCount, subPicture);
+        }
     }
 }
 
 void skipTiming(BitReader& reader, int maxSubLayers) {
     reader.skip(64); // units in a tick, time scale
-    if (reader.flag())
+    if (reader.flag()) {
         reader.ue(); // vui_num_ticks_poc_diff_one_minus1
-    if (reader.flag())
+    }
+    if (reader.flag()) {
         skipHrd(reader, maxSubLayers);
+    }
 }
 
 Vui parseVui(BitReader& reader, int maxSubLayers) {
@@ -182,25 +200,30 @@ Vui parseVui(BitReader& reader, int maxSubLayers) {
     vui.fieldSequence = reader.flag();
     reader.skip(1);      // frame_field_info_present_flag
     if (reader.flag()) { // default display window
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 4; ++i) {
             reader.ue();
+        }
     }
-    if (reader.flag())
+    if (reader.flag()) {
         skipTiming(reader, maxSubLayers);
+    }
     if (reader.flag()) {
         reader.skip(3);
-        for (int i = 0; i < 5; ++i)
+        for (int i = 0; i < 5; ++i) {
             reader.ue();
+        }
     }
     return vui;
 }
 
 void refuseOtherExtensions(BitReader& reader) {
-    if (!reader.flag())
+    if (!reader.flag()) {
         return;
+    }
     reader.skip(1); // sps_range_extension_flag
-    if (reader.bits(3) != 0)
+    if (reader.bits(3) != 0) {
         throw BitstreamError::unsupported("The video uses extensions of HEVC that are not handled.");
+    }
 }
 
 } // namespace
@@ -224,13 +247,15 @@ Sps parseSps(bitstream::ByteView nal) {
     sps.nal.assign(nal.begin(), nal.end());
     sps.vpsId = static_cast<int>(reader.bits(4));
     const std::uint32_t subLayers = reader.bits(3) + 1;
-    if (subLayers > mostSubLayers)
+    if (subLayers > mostSubLayers) {
         throw BitstreamError::corrupt("The video has too many temporal layers.");
+    }
     sps.maxSubLayers = static_cast<int>(subLayers);
     sps.temporalIdNesting = reader.flag();
     sps.profileTierLevel = parseProfileTierLevel(reader, sps.maxSubLayers);
-    if (isUnsupportedProfile(sps.profileTierLevel.profileIdc))
+    if (isUnsupportedProfile(sps.profileTierLevel.profileIdc)) {
         throw BitstreamError::unsupported("The video is of a profile of HEVC that is not handled.");
+    }
     sps.idBegin = reader.position();
     sps.id = static_cast<int>(reader.ue(15));
     sps.idEnd = reader.position();
@@ -238,8 +263,9 @@ Sps parseSps(bitstream::ByteView nal) {
     parseOrdering(reader, sps);
     parseBlocks(reader, sps);
     parseReferences(reader, sps);
-    if (reader.flag())
+    if (reader.flag()) {
         sps.vui = parseVui(reader, sps.maxSubLayers);
+    }
     refuseOtherExtensions(reader);
     return sps;
 }

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 /// One pass through the coded pictures of a movie: opening, seeking, reading packets. Internal to this

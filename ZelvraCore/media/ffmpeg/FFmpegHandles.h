@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 /// The FFmpeg libraries' objects as values that close themselves, their error codes as MediaError, and their

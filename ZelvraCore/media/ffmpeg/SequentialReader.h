@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 /// Decodes a run of a movie's pictures in order. Internal to this folder.

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/media/grab/ImageGenerator.h"
 
 #include "ZelvraCore/media/AssetInternals.h"
-#include "ZelvraCore/media/pixels/PictureConversion.h"
 #include "ZelvraCore/media/ffmpeg/PictureDecoder.h"
+#include "ZelvraCore/media/pixels/PictureConversion.h"
 
 #include <cstdlib>
 #include <optional>

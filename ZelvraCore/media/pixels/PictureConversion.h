@@ -1,11 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 /// From a decoder's frame to the values that leave this folder: an upright picture in R'G'B', and the planes
 /// as they were decoded. Internal to this folder.
 
-#include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 #include "ZelvraCore/media/Image.h"
 #include "ZelvraCore/media/VideoFormat.h"
+#include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 
 #include <memory>
 

@@ -1,11 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 /// Colour conversion and scaling through zimg, chosen for its exactness: it computes in 32-bit floats and
 /// honours where chroma was sampled. Formats that it does not take go through libswscale first. Internal to
 /// this folder.
 
-#include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 #include "ZelvraCore/media/Image.h"
+#include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>

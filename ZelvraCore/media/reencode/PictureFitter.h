@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 /// Makes every picture of an export fit its encoder. Internal to this folder.
 
-#include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 #include "ZelvraCore/media/Image.h"
 #include "ZelvraCore/media/Orientation.h"
+#include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 
 namespace zelvra::ffmpeg {
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 /// Moving pictures in, coded samples out, through libavcodec. Internal to this folder.

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/media/still/StillPicture.h"
 
-#include "ZelvraCore/media/pixels/PixelBuffer.h"
 #include "ZelvraCore/media/VideoFormat.h"
+#include "ZelvraCore/media/pixels/PixelBuffer.h"
 
 #include <algorithm>
 #include <cmath>

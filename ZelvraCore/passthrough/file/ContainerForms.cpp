@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/passthrough/file/ContainerForms.h"
 
 #include "ZelvraCore/bitstream/SampleEntry.h"

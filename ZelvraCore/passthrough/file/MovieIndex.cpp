@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/passthrough/file/MovieIndex.h"
 
 #include "ZelvraCore/isobmff/Boxes.h"
@@ -26,7 +28,7 @@ std::uint32_t require32(std::uint64_t number, const char* what) {
 
 /// `value` appended to a run-length table; `Run` starts with its count.
 template <class Run, class Value>
-void extend(std::vector<Run>& runs, Value Run::*field, Value value, std::uint32_t count = 1) {
+void extend(std::vector<Run>& runs, Value Run::* field, Value value, std::uint32_t count = 1) {
     if (runs.empty() || runs.back().*field != value) {
         Run run;
         run.*field = value;

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/passthrough/sound/AudioSpecificConfig.h"
 
 #include "ZelvraCore/isobmff/BoxTransfer.h"

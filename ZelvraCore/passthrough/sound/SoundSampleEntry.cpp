@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/passthrough/sound/SoundSampleEntry.h"
 
 #include "ZelvraCore/isobmff/BoxTransfer.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"
-#include "ZelvraCore/passthrough/sound/AudioSpecificConfig.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
+#include "ZelvraCore/passthrough/sound/AudioSpecificConfig.h"
 
 #include <algorithm>
 

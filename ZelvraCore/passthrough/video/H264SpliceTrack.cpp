@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/passthrough/video/H264SpliceTrack.h"
 
 #include "ZelvraCore/bitstream/h264/FreezeFit.h"

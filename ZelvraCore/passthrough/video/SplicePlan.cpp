@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/passthrough/video/SplicePlan.h"
 
 #include "ZelvraCore/passthrough/CannotPassThrough.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/passthrough/video/StillCoder.h"
 
 #include "ZelvraCore/bitstream/BitstreamError.h"

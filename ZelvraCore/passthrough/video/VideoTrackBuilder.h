@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 #include "ZelvraCore/passthrough/file/OutputMovie.h"
-#include "ZelvraCore/passthrough/video/SamplePlan.h"
 #include "ZelvraCore/passthrough/file/SpoolStore.h"
+#include "ZelvraCore/passthrough/video/SamplePlan.h"
 #include "ZelvraCore/passthrough/video/VideoCut.h"
 #include "ZelvraCore/records/FreezeEncoding.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraApp/desktop/DesktopSettings.h"
 #include "ZelvraApp/desktop/FileManager.h"
 #include "ZelvraApp/desktop/Inhibitor.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraApp/session/Colors.h"
 #include "ZelvraApp/session/HighlightDefaults.h"
 #include "ZelvraApp/session/HighlightDraft.h"

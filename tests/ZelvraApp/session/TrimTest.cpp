@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "tests/ZelvraApp/session/SessionTest.h"
 
 #include "ZelvraApp/session/SessionTime.h"

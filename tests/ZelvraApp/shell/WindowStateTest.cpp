@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraApp/shell/WindowState.h"
 #include "tests/ZelvraApp/shell/ShellWindow.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/BitReader.h"
 #include "ZelvraCore/bitstream/BitWriter.h"
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -18,10 +20,12 @@ constexpr std::uint8_t header[]{0x67};
 TEST(Bits, ReadBackAsWrittenThroughEmulationPrevention) {
     BitWriter writer;
     writer.bits(0, 32); // three zero bytes in a row, and a fourth
-    for (const std::uint32_t value : {0U, 1U, 2U, 254U, 65535U, 0xFFFFFFFEU})
+    for (const std::uint32_t value : {0U, 1U, 2U, 254U, 65535U, 0xFFFFFFFEU}) {
         writer.ue(value);
-    for (const std::int32_t value : {0, 1, -1, 40, -2147483647})
+    }
+    for (const std::int32_t value : {0, 1, -1, 40, -2147483647}) {
         writer.se(value);
+    }
     writer.bits(0x5A5A5A5A, 31);
     writer.trailingBits();
     const Bytes nal = withEmulationPrevention(header, writer.payload());
@@ -30,10 +34,12 @@ TEST(Bits, ReadBackAsWrittenThroughEmulationPrevention) {
 
     BitReader reader(ByteView(nal).subspan(1));
     EXPECT_EQ(reader.bits(32), 0U);
-    for (const std::uint32_t value : {0U, 1U, 2U, 254U, 65535U, 0xFFFFFFFEU})
+    for (const std::uint32_t value : {0U, 1U, 2U, 254U, 65535U, 0xFFFFFFFEU}) {
         EXPECT_EQ(reader.ue(), value);
-    for (const std::int32_t value : {0, 1, -1, 40, -2147483647})
+    }
+    for (const std::int32_t value : {0, 1, -1, 40, -2147483647}) {
         EXPECT_EQ(reader.se(), value);
+    }
     EXPECT_TRUE(reader.moreData());
     EXPECT_EQ(reader.bitsBeforeStop(), 31U);
     EXPECT_EQ(reader.bits(31), 0x5A5A5A5AU);
@@ -44,13 +50,15 @@ TEST(Bits, SurviveRandomPayloadsFullOfZeros) {
     std::mt19937 random(7);
     for (int round = 0; round < 200; ++round) {
         Bytes payload(1 + random() % 60);
-        for (std::uint8_t& byte : payload)
+        for (std::uint8_t& byte : payload) {
             byte = static_cast<std::uint8_t>(random() % 3 == 0 ? random() % 5 : 0);
+        }
         payload.push_back(0x80); // closing bits, and behind them perhaps words of zeros
         payload.resize(payload.size() + random() % 3 * 2);
         const Bytes nal = withEmulationPrevention(header, payload);
-        for (std::size_t i = 0; i + 2 < nal.size(); ++i)
+        for (std::size_t i = 0; i + 2 < nal.size(); ++i) {
             EXPECT_FALSE(nal[i] == 0 && nal[i + 1] == 0 && nal[i + 2] < 3);
+        }
         EXPECT_NE(nal.back(), 0);
         BitReader reader(ByteView(nal).subspan(1));
         BitWriter copy;

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/bitstream/SampleEntry.h"
 #include "ZelvraCore/bitstream/h264/AvcConfiguration.h"
@@ -22,15 +24,18 @@ void expectSameBytesAndNoTruncation(const Bytes& content) {
     EXPECT_EQ(Record::parse(content).serialise(), content);
     // The trailer is whatever is left, so only what precedes it can be missed.
     const std::size_t needed = content.size() - Record::parse(content).trailer.size();
-    for (std::size_t size = 0; size < needed; ++size)
+    for (std::size_t size = 0; size < needed; ++size) {
         EXPECT_THROW(Record::parse(ByteView(content).first(size)), BitstreamError) << size;
+    }
 }
 
 TEST(Configuration, OfRealMoviesIsWrittenAsItWasRead) {
-    for (const auto& file : test::sharedMoviesOf(MovieCodec::h264))
+    for (const auto& file : test::sharedMoviesOf(MovieCodec::h264)) {
         expectSameBytesAndNoTruncation<h264::AvcConfiguration>(test::readCodedMovie(file).configuration);
-    for (const auto& file : test::sharedMoviesOf(MovieCodec::hevc))
+    }
+    for (const auto& file : test::sharedMoviesOf(MovieCodec::hevc)) {
         expectSameBytesAndNoTruncation<hevc::HevcConfiguration>(test::readCodedMovie(file).configuration);
+    }
 }
 
 TEST(AvcConfiguration, TakesMoreParameterSetsBehindItsOwnUntilItIsFull) {
@@ -44,8 +49,9 @@ TEST(AvcConfiguration, TakesMoreParameterSetsBehindItsOwnUntilItIsFull) {
     EXPECT_EQ(record.ppsNals.back(), (Bytes{0x68, 0x42}));
     EXPECT_EQ(h264::AvcConfiguration::parse(record.serialise()), record);
     EXPECT_FALSE(record.trailer.empty()) << "a High profile says its chroma format";
-    for (std::uint8_t i = 1; i < 31; ++i)
+    for (std::uint8_t i = 1; i < 31; ++i) {
         record.addSps(Bytes{0x67, i});
+    }
     EXPECT_THROW(record.addSps(Bytes{0x67, 99}), BitstreamError);
     EXPECT_THROW(record.addPps(Bytes(70000)), BitstreamError);
 }

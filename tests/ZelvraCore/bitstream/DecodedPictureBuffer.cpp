@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "tests/ZelvraCore/bitstream/DecodedPictureBuffer.h"
 
 #include "ZelvraCore/bitstream/NalUnits.h"
@@ -31,10 +33,11 @@ public:
         } else if (slice.isReference()) {
             mark(slice, std::max(1, sps.maxNumRefFrames), frame);
         }
-        if (slice.isReference())
+        if (slice.isReference()) {
             storeReference(frame);
-        else
+        } else {
             storeOrGiveOut(frame);
+        }
     }
 
     void flush() {
@@ -48,10 +51,12 @@ private:
     }
 
     void mark(const h264::SliceHeader& slice, int mostReferences, Frame& frame) {
-        if (slice.memoryOperations.empty())
+        if (slice.memoryOperations.empty()) {
             slide(mostReferences);
-        for (const h264::MemoryOperation& each : slice.memoryOperations)
+        }
+        for (const h264::MemoryOperation& each : slice.memoryOperations) {
             apply(each, frame);
+        }
         removeUseless();
     }
 
@@ -60,11 +65,13 @@ private:
             Frame* oldest = nullptr;
             for (Frame& each : frames_) {
                 if (each.isReference && !each.longTermIndex &&
-                    (oldest == nullptr || pictureNumber(each) < pictureNumber(*oldest)))
+                    (oldest == nullptr || pictureNumber(each) < pictureNumber(*oldest))) {
                     oldest = &each;
+                }
             }
-            if (oldest == nullptr)
+            if (oldest == nullptr) {
                 return;
+            }
             oldest->isReference = false;
         }
     }
@@ -79,8 +86,9 @@ private:
                 break;
             case 2: each.isReference = each.isReference && each.longTermIndex != operation.first; break;
             case 3:
-                if (shortTerm && pictureNumber(each) == number)
+                if (shortTerm && pictureNumber(each) == number) {
                     each.longTermIndex = operation.second;
+                }
                 break;
             case 4:
                 each.isReference = each.isReference && each.longTermIndex.value_or(0) <= operation.first;
@@ -88,8 +96,9 @@ private:
             default: break;
             }
         }
-        if (operation.operation == 6)
+        if (operation.operation == 6) {
             frame.longTermIndex = operation.first;
+        }
     }
 
     void storeReference(const Frame& frame) {
@@ -117,16 +126,18 @@ private:
     Frame* firstWaiting() {
         Frame* first = nullptr;
         for (Frame& each : frames_) {
-            if (each.waits && (first == nullptr || each.poc < first->poc))
+            if (each.waits && (first == nullptr || each.poc < first->poc)) {
                 first = &each;
+            }
         }
         return first;
     }
 
     bool bump() {
         Frame* first = firstWaiting();
-        if (first == nullptr)
+        if (first == nullptr) {
             return false;
+        }
         output.order.push_back(first->index);
         first->waits = false;
         removeUseless();
@@ -153,8 +164,9 @@ BufferedOutput bufferOutput(const h264::ParameterSets& sets, int nalLengthSize,
         const h264::PictureFacts facts = scanner.scan(samples[i]);
         buffer.output.frameNumGaps += facts.frameNumGap ? 1 : 0;
         for (const auto nal : bitstream::splitNalUnits(samples[i], nalLengthSize)) {
-            if (!h264::isSlice(h264::nalType(nal)))
+            if (!h264::isSlice(h264::nalType(nal))) {
                 continue;
+            }
             const auto slice = h264::parseSliceHeader(nal, scanner.parameterSets());
             buffer.store(scanner.parameterSets().sps(slice.spsId), slice,
                          {i, facts.poc, slice.frameNum, {}, slice.isReference(), true});

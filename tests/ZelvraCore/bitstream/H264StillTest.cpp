@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/BitReader.h"
 #include "ZelvraCore/bitstream/BitWriter.h"
 #include "ZelvraCore/bitstream/BitstreamError.h"
@@ -33,8 +35,9 @@ public:
           ownRecord(h264::AvcConfiguration::parse(clip.configuration)),
           own(ownRecord) {
         h264::PictureScanner scanner(sets, record.nalLengthSize);
-        for (const Bytes& sample : source.samples)
+        for (const Bytes& sample : source.samples) {
             pictures.push_back(scanner.scan(sample));
+        }
         ppsId = bitstream::leastFreeId(scanner.ppsIdsSeen(), 256);
         const auto flat = sps().scalingMatrixPresent ? std::optional(sps().chroma) : std::nullopt;
         pps = h264::rewritePps(own.allPps().begin()->second.nal, ppsId, sps().id, flat);
@@ -57,11 +60,13 @@ public:
 
     Bytes still(const h264::StillHeader& header) const {
         std::vector<Bytes> nals{h264::accessUnitDelimiter()};
-        if (header.nalRefIdc > 0 && !header.idr)
+        if (header.nalRefIdc > 0 && !header.idr) {
             nals.push_back(h264::recoveryPointSei(0));
+        }
         for (const ByteView nal : bitstream::splitNalUnits(clip.samples[0], ownRecord.nalLengthSize)) {
-            if (h264::nalType(nal) == h264::NalType::idrSlice)
+            if (h264::nalType(nal) == h264::NalType::idrSlice) {
                 nals.push_back(rewriteSlice(nal, own, sps(), header));
+            }
         }
         return bitstream::joinNalUnits(nals, record.nalLengthSize);
     }
@@ -92,8 +97,9 @@ public:
 private:
     static NumberedMovie clipOf(NumberedMovie movie) {
         movie.frames = 1;
-        if (movie.encoderParams.find("cqm") != std::string::npos)
+        if (movie.encoderParams.find("cqm") != std::string::npos) {
             movie.encoderParams.clear();
+        }
         return movie;
     }
 };
@@ -125,14 +131,16 @@ TEST_P(H264Stills, StandBetweenPicturesThatStayAsTheyWere) {
     for (const std::size_t frame : {std::size_t{27}, std::size_t{26}, std::size_t{25}, std::size_t{9}}) {
         std::size_t before = 0;
         for (std::size_t i = 0; i < source.samples.size(); ++i) {
-            if (source.presentation[i] < source.presentation[shown[frame]])
+            if (source.presentation[i] < source.presentation[shown[frame]]) {
                 before = i;
+            }
         }
         const Bytes still = freeze.stillAfter(before, shown[frame - 1]);
         samples.insert(samples.begin() + static_cast<std::ptrdiff_t>(before) + 1, still);
         expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(frame), stillPicture[0]);
-        for (std::size_t& index : expectedOrder)
+        for (std::size_t& index : expectedOrder) {
             index += index > before ? 1 : 0;
+        }
         expectedOrder.insert(expectedOrder.begin() + static_cast<std::ptrdiff_t>(frame), before + 1);
     }
     EXPECT_EQ(test::decodedPictures("h264", freeze.parameterSets(), samples), expected);
@@ -183,8 +191,9 @@ TEST(H264Stills, LeadAStreamThatStartsAtARecoveryPoint) {
     std::vector<Bytes> samples{freeze.still(lead)};
     // Pictures shown before the head lean on what is not there.
     for (std::size_t i = head; i < freeze.source.samples.size(); ++i) {
-        if (freeze.source.presentation[i] >= freeze.source.presentation[head])
+        if (freeze.source.presentation[i] >= freeze.source.presentation[head]) {
             samples.push_back(freeze.source.samples[i]);
+        }
     }
     const auto original = test::decodedPictures("h264", freeze.parameterSets(), freeze.source.samples);
     const auto decoded = test::decodedPictures("h264", freeze.parameterSets(), samples);
@@ -226,8 +235,9 @@ TEST(H264PictureOrder, OfTypeOneFollowsTheCycleOfOffsets) {
     EXPECT_EQ(next(2, true), 8);
     EXPECT_EQ(next(3, false), 6);
     EXPECT_EQ(next(3, true), 10);
-    for (std::uint32_t i = 4; i < 16; ++i)
+    for (std::uint32_t i = 4; i < 16; ++i) {
         next(i, true);
+    }
     EXPECT_EQ(next(0, true), 64) << "frame_num starts again after 16";
 }
 

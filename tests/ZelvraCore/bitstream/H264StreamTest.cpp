@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/BitReader.h"
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/bitstream/NalUnits.h"
@@ -25,8 +27,9 @@ struct Stream {
     explicit Stream(CodedMovie coded)
         : movie(std::move(coded)), record(h264::AvcConfiguration::parse(movie.configuration)), sets(record) {
         h264::PictureScanner scanner(sets, record.nalLengthSize);
-        for (const Bytes& sample : movie.samples)
+        for (const Bytes& sample : movie.samples) {
             pictures.push_back(scanner.scan(sample));
+        }
     }
 
     CodedMovie movie;
@@ -37,8 +40,9 @@ struct Stream {
 
 std::vector<std::size_t> outputOrder(const std::vector<PictureFacts>& pictures) {
     std::vector<std::size_t> order(pictures.size());
-    for (std::size_t i = 0; i < order.size(); ++i)
+    for (std::size_t i = 0; i < order.size(); ++i) {
         order[i] = i;
+    }
     std::ranges::stable_sort(order, {},
                              [&](std::size_t i) { return std::pair(pictures[i].period, pictures[i].poc); });
     return order;
@@ -48,23 +52,27 @@ std::vector<std::size_t> outputOrder(const std::vector<PictureFacts>& pictures) 
 /// up to the next byte.
 void expectAlignedHeader(ByteView nal, const h264::ParameterSets& sets) {
     const h264::SliceHeader slice = parseSliceHeader(nal, sets);
-    if (!sets.pps(slice.ppsId).cabac)
+    if (!sets.pps(slice.ppsId).cabac) {
         return;
+    }
     bitstream::BitReader reader(nal.subspan(1));
     reader.skip(slice.headerBits);
-    while (!reader.byteAligned())
+    while (!reader.byteAligned()) {
         EXPECT_TRUE(reader.flag());
+    }
 }
 
 /// An intra slice behind a header written anew for the same parameter sets is what it was.
 void expectSameWhenRewritten(ByteView nal, const h264::ParameterSets& sets) {
     const h264::SliceHeader slice = parseSliceHeader(nal, sets);
     if (!slice.idr || slice.type != h264::SliceType::i || slice.fieldPicture || slice.deltaPocBottom != 0 ||
-        slice.noOutputOfPriorPics || slice.longTermReference)
+        slice.noOutputOfPriorPics || slice.longTermReference) {
         return;
+    }
     const auto& sps = sets.sps(slice.spsId);
-    if (whyStillDoesNotFit(sps, sets.pps(slice.ppsId), sps))
+    if (whyStillDoesNotFit(sps, sets.pps(slice.ppsId), sps)) {
         return;
+    }
     const h264::StillHeader same{.idr = true,
                                  .nalRefIdc = slice.nalRefIdc,
                                  .ppsId = slice.ppsId,
@@ -86,8 +94,9 @@ void expectReadRight(const Stream& stream) {
             }
         }
     }
-    for (const auto& [id, pps] : stream.sets.allPps())
+    for (const auto& [id, pps] : stream.sets.allPps()) {
         EXPECT_EQ(h264::rewritePps(pps.nal, id, pps.spsId), pps.nal);
+    }
     EXPECT_EQ(outputOrder(stream.pictures), stream.movie.shownOrder());
 }
 
@@ -133,8 +142,9 @@ INSTANTIATE_TEST_SUITE_P(Kinds, H264Streams, testing::ValuesIn(kinds()),
 
 TEST(H264Streams, OfRealCamerasAreReadRight) {
     const auto files = test::sharedMoviesOf(test::MovieCodec::h264);
-    if (files.empty())
+    if (files.empty()) {
         GTEST_SKIP() << "no shared movies";
+    }
     for (const auto& file : files) {
         SCOPED_TRACE(file.filename());
         expectReadRight(Stream(test::readCodedMovie(file)));

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/bitstream/FreeId.h"
 #include "ZelvraCore/bitstream/NalUnits.h"
@@ -31,8 +33,9 @@ struct Stream {
           record(hevc::HevcConfiguration::parse(movie.configuration)),
           sets(record),
           scanner(sets, record.nalLengthSize()) {
-        for (const Bytes& sample : movie.samples)
+        for (const Bytes& sample : movie.samples) {
             pictures.push_back(scanner.scan(sample));
+        }
         twins = hevc::chooseTwinIds(scanner.ppsIdsSeen(), {});
     }
 
@@ -40,8 +43,9 @@ struct Stream {
 
     static std::vector<Bytes> parameterSetsOf(const hevc::HevcConfiguration& record) {
         std::vector<Bytes> nals;
-        for (const auto& array : record.arrays)
+        for (const auto& array : record.arrays) {
             nals.insert(nals.end(), array.nals.begin(), array.nals.end());
+        }
         return nals;
     }
 
@@ -66,8 +70,9 @@ struct Stream {
 
 std::vector<std::size_t> outputOrder(const std::vector<PictureFacts>& pictures) {
     std::vector<std::size_t> order(pictures.size());
-    for (std::size_t i = 0; i < order.size(); ++i)
+    for (std::size_t i = 0; i < order.size(); ++i) {
         order[i] = i;
+    }
     std::ranges::stable_sort(order, {},
                              [&](std::size_t i) { return std::pair(pictures[i].period, pictures[i].poc); });
     return order;
@@ -78,8 +83,9 @@ void expectReadRight(const Stream& stream) {
     for (const Bytes& sample : stream.movie.samples) {
         for (const ByteView nal : bitstream::splitNalUnits(sample, stream.record.nalLengthSize())) {
             sets.add(nal);
-            if (!hevc::isSlice(hevc::nalType(nal)))
+            if (!hevc::isSlice(hevc::nalType(nal))) {
                 continue;
+            }
             const auto header = parseSliceHeader(nal, sets); // checks that slice data begins where it ends
             EXPECT_EQ(rewriteSlice(nal, header, {}), Bytes(nal.begin(), nal.end()));
         }
@@ -94,10 +100,11 @@ void expectHiddenOnly(const Stream& stream) {
     std::vector<std::string> expected;
     std::set<std::size_t> hidden;
     for (std::size_t i = 0; i < shown.size(); ++i) {
-        if (i % 4 == 3 || (i >= 20 && i < 30))
+        if (i % 4 == 3 || (i >= 20 && i < 30)) {
             hidden.insert(shown[i]);
-        else
+        } else {
             expected.push_back(original[i]);
+        }
     }
     hevc::ParameterSets sets = stream.sets;
     const int lengthSize = stream.record.nalLengthSize();
@@ -110,8 +117,9 @@ void expectHiddenOnly(const Stream& stream) {
                 : completeSample(sample, lengthSize, sets, stream.twins, false).value_or(sample));
     }
     EXPECT_EQ(test::decodedPictures("hevc", stream.parameterSetsAndTwins(), samples, lengthSize), expected);
-    for (const Bytes& nal : stream.parameterSetsAndTwins())
+    for (const Bytes& nal : stream.parameterSetsAndTwins()) {
         sets.add(nal);
+    }
     hevc::PictureScanner again(sets, lengthSize);
     for (std::size_t i = 0; i < samples.size(); ++i) {
         const PictureFacts facts = again.scan(samples[i]);
@@ -162,8 +170,9 @@ INSTANTIATE_TEST_SUITE_P(Kinds, HevcStreams, testing::ValuesIn(kinds()),
 
 TEST(HevcStreams, OfRealCamerasAreReadRightAndHidden) {
     const auto files = test::sharedMoviesOf(MovieCodec::hevc);
-    if (files.empty())
+    if (files.empty()) {
         GTEST_SKIP() << "no shared movies";
+    }
     for (const auto& file : files) {
         SCOPED_TRACE(file.filename());
         CodedMovie movie = test::readCodedMovie(file);
@@ -185,8 +194,9 @@ TEST(HevcFacts, TellLeadingPicturesFromOthers) {
     ASSERT_NE(cra, stream.pictures.end());
     EXPECT_FALSE(cra->startsSequence);
     EXPECT_TRUE(std::ranges::any_of(stream.pictures, &PictureFacts::leading));
-    for (const PictureFacts& facts : stream.pictures)
+    for (const PictureFacts& facts : stream.pictures) {
         EXPECT_TRUE(facts.output);
+    }
 
     // Where reading starts at that CRA picture, the pictures that lead it cannot be decoded and are not given
     // out; order counts go on from its own.
@@ -215,13 +225,15 @@ TEST(HevcHiding, LetsARunStartAtAPictureOfAnOpenGroup) {
     std::vector<Bytes> samples = stream.movie.samples;
     std::size_t run = 0;
     for (std::size_t i = head; i < times.size(); ++i) {
-        if (times[i] < times[head])
+        if (times[i] < times[head]) {
             continue;
+        }
         ++run;
-        if (i == head)
+        if (i == head) {
             samples.push_back(*completeSample(stream.movie.samples[i], 4, sets, stream.twins, true));
-        else
+        } else {
             samples.push_back(stream.movie.samples[i]);
+        }
     }
     auto expected = original;
     expected.insert(expected.end(), original.end() - static_cast<std::ptrdiff_t>(run), original.end());
@@ -229,8 +241,9 @@ TEST(HevcHiding, LetsARunStartAtAPictureOfAnOpenGroup) {
 
     const Bytes hidden = hideSample(stream.movie.samples[head], 4, sets, stream.twins, true);
     hevc::ParameterSets withTwins = stream.sets;
-    for (const Bytes& nal : stream.parameterSetsAndTwins())
+    for (const Bytes& nal : stream.parameterSetsAndTwins()) {
         withTwins.add(nal);
+    }
     hevc::PictureScanner scanner(withTwins, 4);
     const PictureFacts facts = scanner.scan(hidden);
     EXPECT_EQ(facts.nalType, NalType::blaNLp);
@@ -259,8 +272,9 @@ TEST(HevcIdentity, LetsAClipOfTheSameIdsStandInTheStream) {
         EXPECT_GE(sps.profileTierLevel.levelIdc, sourceSps.profileTierLevel.levelIdc);
 
         std::vector<Bytes> samples(source.movie.samples.begin(), source.movie.samples.begin() + 20);
-        for (const Bytes& sample : clip.movie.samples)
+        for (const Bytes& sample : clip.movie.samples) {
             samples.push_back(reidentifySample(sample, 4, clip.sets, identity));
+        }
         samples.insert(samples.end(), source.movie.samples.begin() + 20, source.movie.samples.end());
         const auto merged = mergeForSplice(source.record, renamed, twinsOf(source.sets, source.twins));
         auto expected = source.decoded();
@@ -272,8 +286,9 @@ TEST(HevcIdentity, LetsAClipOfTheSameIdsStandInTheStream) {
 
 TEST(HevcMetadata, OfAPictureGoesWithIt) {
     const auto movie = test::sharedMovie("phone-17-rotated_hdr_video.mov");
-    if (!movie)
+    if (!movie) {
         GTEST_SKIP() << "no shared movies";
+    }
     const Stream phone(test::readCodedMovie(*movie));
     const auto carried = hevc::carriedMetadata(phone.movie.samples[0], phone.record.nalLengthSize());
     ASSERT_FALSE(carried.empty()) << "Dolby Vision";

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/bitstream/h264/PictureScanner.h"
 #include "ZelvraCore/bitstream/hevc/PictureScanner.h"
@@ -16,11 +18,13 @@ using test::NumberedMovie;
 
 /// Some bits of the first bytes turned over, or the end cut off: what a damaged or malicious file holds.
 Bytes damaged(Bytes bytes, std::mt19937& random) {
-    if (random() % 4 == 0)
+    if (random() % 4 == 0) {
         bytes.resize(random() % bytes.size());
-    for (int i = 0; i < 3 && !bytes.empty(); ++i)
+    }
+    for (int i = 0; i < 3 && !bytes.empty(); ++i) {
         bytes[random() % std::min<std::size_t>(bytes.size(), 80)] ^=
             static_cast<std::uint8_t>(1 << random() % 8);
+    }
     return bytes;
 }
 
@@ -32,8 +36,9 @@ void expectReadOrRefused(const test::CodedMovie& movie) {
         try {
             const auto record = Record::parse(damaged(movie.configuration, random));
             Scanner scanner(Sets(record), 4);
-            for (int i = 0; i < 3; ++i)
+            for (int i = 0; i < 3; ++i) {
                 scanner.scan(damaged(movie.samples[random() % movie.samples.size()], random));
+            }
         } catch (const bitstream::BitstreamError& error) {
             EXPECT_STRNE(error.what(), "");
             ++refused;
@@ -62,9 +67,7 @@ TEST(HostileHeaders, OfLayeredOrPartitionedVideoAreNamedUnsupported) {
     EXPECT_EQ(cause([&] { parseSliceHeader(Bytes{0x62, 0x88}, none); }), MediaError::Cause::unsupported);
     EXPECT_EQ(cause([&] { parseSliceHeader(Bytes{0x61, 0x88}, none); }), MediaError::Cause::corrupt);
     const hevc::ParameterSets nothing;
-    EXPECT_EQ(cause([&] {
-                  parseSliceHeader(Bytes{0x02, 0x09, 0x80}, nothing);
-              }),
+    EXPECT_EQ(cause([&] { parseSliceHeader(Bytes{0x02, 0x09, 0x80}, nothing); }),
               MediaError::Cause::unsupported);
     EXPECT_EQ(cause([&] { hevc::parsePps(Bytes{0x44, 0x09, 0x80}); }), MediaError::Cause::unsupported);
 }

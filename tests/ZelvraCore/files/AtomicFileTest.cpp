@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/files/AtomicFile.h"
 
 #include "ZelvraCore/records/ZVError.h"
@@ -31,7 +33,9 @@ TEST(AtomicFile, AppearsUnderItsNameOnlyWhenCommitted) {
 
 TEST(AtomicFile, LeavesNothingWhenNotCommitted) {
     const test::TemporaryFolder folder;
-    { const AtomicFile file(folder / "out.mp4"); }
+    {
+        const AtomicFile file(folder / "out.mp4");
+    }
     EXPECT_EQ(folder.names(), Names{});
 }
 

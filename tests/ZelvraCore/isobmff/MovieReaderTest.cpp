@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/isobmff/MovieReader.h"
 
 #include "ZelvraCore/isobmff/RawBoxes.h"
@@ -225,9 +227,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Patch{"MediaInAnotherFile", "track 1 (video): its media is in another file",
                           put("mdia/minf/dinf/dref", 16, 0)},
                     Patch{"ACompressedIndex", "its movie index is compressed",
-                          [](BoxFile& file) {
-                              file.movie().children.push_back({"cmov", Bytes(4), {}});
-                          }},
+                          [](BoxFile& file) { file.movie().children.push_back({"cmov", Bytes(4), {}}); }},
                     Patch{"NoIndex", "has no movie index; the recording may have been cut short",
                           [](BoxFile& file) { file.boxes.pop_back(); }},
                     Patch{"NotAMovie", "is not an MP4 or QuickTime movie",
@@ -243,9 +243,7 @@ INSTANTIATE_TEST_SUITE_P(
                           }},
                     Patch{"DurationsThatEndEarly", "", put("mdia/minf/stbl/stts", 8, 1)},
                     Patch{"AMetaBoxOfQuickTime", "",
-                          [](BoxFile& file) {
-                              file.movie().children.push_back({"meta", Bytes(40), {}});
-                          }}),
+                          [](BoxFile& file) { file.movie().children.push_back({"meta", Bytes(40), {}}); }}),
     [](const auto& patch) { return patch.param.name; });
 
 TEST(MovieReader, RefusesAnIndexThatIsCutShortAnywhere) {

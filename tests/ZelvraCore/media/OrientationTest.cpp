@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/media/Orientation.h"
 
-#include "ZelvraCore/media/pixels/PictureConversion.h"
 #include "ZelvraCore/media/VideoFormat.h"
+#include "ZelvraCore/media/pixels/PictureConversion.h"
 
 #include <gtest/gtest.h>
 

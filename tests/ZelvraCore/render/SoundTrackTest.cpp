@@ -1,11 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/render/SoundTrack.h"
 #include "ZelvraCore/isobmff/MovieReader.h"
 #include "ZelvraCore/passthrough/file/MovieFileWriter.h"
 #include "ZelvraCore/records/ZVError.h"
-#include "tests/support/SoundFixtures.h"
 #include "tests/support/BoxTree.h"
 #include "tests/support/MovieReading.h"
 #include "tests/support/NumberedMovie.h"
+#include "tests/support/SoundFixtures.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

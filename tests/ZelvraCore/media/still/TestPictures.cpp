@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "tests/ZelvraCore/media/still/TestPictures.h"
 
 #include "ZelvraCore/media/still/StillPicture.h"

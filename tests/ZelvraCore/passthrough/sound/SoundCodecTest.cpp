@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "ZelvraCore/isobmff/RawBoxes.h"
-#include "ZelvraCore/passthrough/sound/AudioSpecificConfig.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
-#include "ZelvraCore/passthrough/sound/SoundSampleEntry.h"
 #include "ZelvraCore/passthrough/file/SpoolStore.h"
+#include "ZelvraCore/passthrough/sound/AudioSpecificConfig.h"
+#include "ZelvraCore/passthrough/sound/SoundSampleEntry.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/support/Files.h"
 

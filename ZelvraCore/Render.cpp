@@ -59,12 +59,12 @@ public:
         if (plan_.copyOnly) {
             // The bytes are borrowed from the asset, which outlives the copy.
             const auto bytes =
-                std::shared_ptr<const isobmff::ByteSource>(std::shared_ptr<void>(), &source_.bytes());
+                std::shared_ptr<const files::ByteSource>(std::shared_ptr<void>(), &source_.bytes());
             passthrough::copyFile(bytes, output_, {}, options_.stop);
             return report(1);
         }
         refuseAbsurdRange(plan_, info_);
-        isobmff::sweepStrays(folderOf(output_));
+        files::sweepStrays(folderOf(output_));
         preparePassthrough();
         makeFreezeClips();
         if (!writePassthrough()) {

@@ -44,7 +44,7 @@ void requireOrder(const TrackTimeline& timeline) {
 /// come out of it.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {
-        const MemoryByteSource source({data, data + size});
+        const files::MemoryByteSource source({data, data + size});
         const Movie movie = readMovie(source);
         requirePromises(movie, source.size());
         for (const Track& track : movie.tracks) {

@@ -13,7 +13,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace zelvra::isobmff {
+namespace zelvra::files {
 
 namespace {
 
@@ -154,4 +154,4 @@ void sweepStrays(const std::filesystem::path& folder) {
     }
 }
 
-} // namespace zelvra::isobmff
+} // namespace zelvra::files

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <span>
 
-namespace zelvra::isobmff {
+namespace zelvra::files {
 
 /// A file that appears under its name only when it is complete. It is written beside its destination under a
 /// short hidden name without a movie's extension; until `commit`, whatever the destination held stays there.
@@ -51,4 +51,4 @@ private:
 /// stays; nothing is thrown.
 void sweepStrays(const std::filesystem::path& folder);
 
-} // namespace zelvra::isobmff
+} // namespace zelvra::files

@@ -11,7 +11,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace zelvra::isobmff {
+namespace zelvra::files {
 
 namespace {
 
@@ -93,4 +93,4 @@ void MemoryByteSource::read(std::uint64_t offset, std::span<std::uint8_t> bytes)
     }
 }
 
-} // namespace zelvra::isobmff
+} // namespace zelvra::files

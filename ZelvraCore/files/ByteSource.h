@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace zelvra::isobmff {
+namespace zelvra::files {
 
 /// Random access to bytes that do not change: a file, or memory. The reader of an index and the writer of a
 /// movie take their bytes from here, so that neither knows where they come from. Nothing is cached: a read is
@@ -73,4 +73,4 @@ private:
     std::string name_;
 };
 
-} // namespace zelvra::isobmff
+} // namespace zelvra::files

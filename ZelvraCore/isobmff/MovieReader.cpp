@@ -34,7 +34,7 @@ struct FileBox {
 };
 
 /// Nothing where no box can start: fewer than 8 bytes left, or a size that is none.
-std::optional<FileBox> fileBoxAt(const ByteSource& source, std::uint64_t offset) {
+std::optional<FileBox> fileBoxAt(const files::ByteSource& source, std::uint64_t offset) {
     constexpr std::uint64_t shortHeader = 8;
     constexpr std::uint64_t longHeader = 16;
     const std::uint64_t left = source.size() - offset;
@@ -68,7 +68,7 @@ bool startsMovieFile(FourCharCode type) {
     return types.contains(type);
 }
 
-std::vector<std::uint8_t> readPayload(const ByteSource& source, const FileBox& box) {
+std::vector<std::uint8_t> readPayload(const files::ByteSource& source, const FileBox& box) {
     if (box.size > source.size() - box.offset) {
         fail(MediaError::Cause::corrupt, "the file ends within its movie index");
     }
@@ -90,7 +90,7 @@ void readMovieHeader(const MovieHeaderBox& header, Movie& movie) {
 /// Reads the file's boxes in order, one method a kind.
 class MovieFile {
 public:
-    explicit MovieFile(const ByteSource& source) : source_(source) {}
+    explicit MovieFile(const files::ByteSource& source) : source_(source) {}
 
     Movie read() {
         std::uint64_t offset = 0;
@@ -162,7 +162,7 @@ private:
         }
     }
 
-    const ByteSource& source_;
+    const files::ByteSource& source_;
     Movie movie_;
     SampleBounds bounds_{source_.size()};
     FragmentReader fragments_{movie_.tracks, bounds_};
@@ -172,7 +172,7 @@ private:
 
 } // namespace
 
-Movie readMovie(const ByteSource& source) {
+Movie readMovie(const files::ByteSource& source) {
     try {
         return MovieFile(source).read();
     } catch (const MediaError& error) {

@@ -15,6 +15,6 @@ namespace zelvra::isobmff {
 /// Any thread. Throws MediaError with one line that names the file: `unsupported` (not such a file, a
 /// compressed index, media in another file), `corrupt` (a truncated or contradictory box, a sample of a
 /// picture or sound track beyond the file's end), `unreadable` (an input error).
-Movie readMovie(const ByteSource& source);
+Movie readMovie(const files::ByteSource& source);
 
 } // namespace zelvra::isobmff

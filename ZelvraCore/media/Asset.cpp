@@ -24,7 +24,7 @@ namespace zelvra {
 
 namespace ffmpeg {
 
-std::unique_ptr<Demuxer> DemuxerPool::take(const isobmff::ByteSource& bytes, std::uint32_t trackId) {
+std::unique_ptr<Demuxer> DemuxerPool::take(const files::ByteSource& bytes, std::uint32_t trackId) {
     {
         const std::scoped_lock lock(mutex_);
         if (!idle_.empty()) {
@@ -206,7 +206,7 @@ const std::filesystem::path& Asset::path() const {
     return internals_->path;
 }
 
-const isobmff::ByteSource& Asset::bytes() const {
+const files::ByteSource& Asset::bytes() const {
     return internals_->bytes;
 }
 

@@ -28,7 +28,7 @@ public:
     explicit Asset(const std::filesystem::path& movie);
 
     const std::filesystem::path& path() const;
-    const isobmff::ByteSource& bytes() const;
+    const files::ByteSource& bytes() const;
 
     /// The movie's index. Throws as isobmff::readMovie.
     const isobmff::Movie& movie() const;

@@ -20,7 +20,7 @@ class DemuxerPool {
 public:
     /// An idle demuxer, or a new one. The caller gives it back when all went well; after a failure it is
     /// simply destroyed.
-    std::unique_ptr<Demuxer> take(const isobmff::ByteSource& bytes, std::uint32_t trackId);
+    std::unique_ptr<Demuxer> take(const files::ByteSource& bytes, std::uint32_t trackId);
     void giveBack(std::unique_ptr<Demuxer> demuxer);
     void clear();
 
@@ -35,7 +35,7 @@ struct Asset::Internals {
     explicit Internals(const std::filesystem::path& file) : path(file), bytes(file) {}
 
     std::filesystem::path path;
-    isobmff::FileByteSource bytes;
+    files::FileByteSource bytes;
 
     /// Each is made on first use; a failure leaves its flag unset, so that the next use fails likewise.
     std::once_flag movieOnce;

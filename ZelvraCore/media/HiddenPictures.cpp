@@ -34,8 +34,7 @@ bitstream::ByteView firstSlice(bitstream::ByteView sample, std::size_t nalLength
 
 } // namespace
 
-HiddenPictures::HiddenPictures(const isobmff::ByteSource& bytes, const isobmff::Track& track)
-    : bytes_(bytes) {
+HiddenPictures::HiddenPictures(const files::ByteSource& bytes, const isobmff::Track& track) : bytes_(bytes) {
     if (track.sampleEntries.empty() || track.isEncrypted()) {
         return;
     }

@@ -17,7 +17,7 @@ namespace zelvra {
 class HiddenPictures {
 public:
     /// Both outlive this. A track whose configuration cannot be read counts as hiding nothing.
-    HiddenPictures(const isobmff::ByteSource& bytes, const isobmff::Track& track);
+    HiddenPictures(const files::ByteSource& bytes, const isobmff::Track& track);
 
     /// Whether the sample's picture is never shown. False also where its header cannot be read.
     bool hides(const isobmff::Sample& sample) const;
@@ -25,7 +25,7 @@ public:
 private:
     void readConfiguration(const isobmff::Track& track);
 
-    const isobmff::ByteSource& bytes_;
+    const files::ByteSource& bytes_;
     std::optional<hevc::ParameterSets> sets_; ///< nothing: not a track of readable HEVC
     std::size_t nalLengthSize_ = 4;
 };

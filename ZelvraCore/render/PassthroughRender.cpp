@@ -242,7 +242,7 @@ void PassthroughRender::write(const Job& job) {
         output.tracks.push_back(sound->build(editStart, *spool));
     }
     //  The source's bytes are borrowed from the asset, which outlives the write.
-    const auto source = std::shared_ptr<const isobmff::ByteSource>(std::shared_ptr<void>(), &source_.bytes());
+    const auto source = std::shared_ptr<const files::ByteSource>(std::shared_ptr<void>(), &source_.bytes());
     writeMovieFile(output, {source, spool}, job.output, job.progress, job.stop);
 }
 

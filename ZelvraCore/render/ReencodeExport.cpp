@@ -283,7 +283,7 @@ private:
     PictureSchedule schedule_;
     PictureStream pictures_;
     VideoEncoder encoder_;
-    isobmff::AtomicFile file_;
+    files::AtomicFile file_;
     MovieWriter writer_;
     std::size_t videoTrack_ = 0;
     std::optional<SoundStream> sound_;

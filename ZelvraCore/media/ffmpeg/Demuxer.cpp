@@ -23,7 +23,7 @@ void Demuxer::BufferedFileDeleter::operator()(AVIOContext* file) const {
     avio_context_free(&file);
 }
 
-Demuxer::Demuxer(const isobmff::ByteSource& bytes, std::uint32_t trackId) : reader_{&bytes, 0} {
+Demuxer::Demuxer(const files::ByteSource& bytes, std::uint32_t trackId) : reader_{&bytes, 0} {
     quietLibraries();
     openMovie();
     selectTrack(trackId);

@@ -19,7 +19,7 @@ namespace zelvra::ffmpeg {
 class Demuxer {
 public:
     /// Opens the movie and selects the track of that id. `bytes` outlives this. Throws MediaError.
-    Demuxer(const isobmff::ByteSource& bytes, std::uint32_t trackId);
+    Demuxer(const files::ByteSource& bytes, std::uint32_t trackId);
     Demuxer(const Demuxer&) = delete;
     Demuxer& operator=(const Demuxer&) = delete;
 
@@ -37,7 +37,7 @@ public:
 private:
     /// What the library calls back for bytes.
     struct Reader {
-        const isobmff::ByteSource* bytes = nullptr;
+        const files::ByteSource* bytes = nullptr;
         std::uint64_t position = 0;
     };
     struct BufferedFileDeleter {

@@ -35,7 +35,7 @@ constexpr std::uint64_t flushBytes = std::uint64_t{32} << 20;
 /// Appends bytes to the file, in order, and keeps count.
 class MediaCopy {
 public:
-    MediaCopy(isobmff::AtomicFile& file, const MovieStores& stores, std::uint64_t totalBytes,
+    MediaCopy(files::AtomicFile& file, const MovieStores& stores, std::uint64_t totalBytes,
               const WriteProgress& progress, const std::stop_token& stop)
         : file_(file), stores_(stores), totalBytes_(totalBytes), progress_(progress), stop_(stop) {
         buffer_.reserve(bufferBytes);
@@ -47,7 +47,7 @@ public:
     }
 
     void append(Run run) {
-        const isobmff::ByteSource& store = *stores_.at(run.store);
+        const files::ByteSource& store = *stores_.at(run.store);
         const bool inKernel = run.bytes >= leastKernelCopy && store.descriptor() && kernelCopies_;
         while (run.bytes > 0) {
             const std::uint64_t step = std::min(run.bytes, stepBytes);
@@ -69,7 +69,7 @@ public:
 private:
     std::uint64_t written() const { return position_ + buffer_.size(); }
 
-    std::uint64_t copyThroughMemory(const isobmff::ByteSource& store, std::uint64_t offset,
+    std::uint64_t copyThroughMemory(const files::ByteSource& store, std::uint64_t offset,
                                     std::uint64_t bytes) {
         if (buffer_.size() == bufferBytes) {
             emptyBuffer();
@@ -82,7 +82,7 @@ private:
     }
 
     /// Falls back on memory for good where the file system knows no such copy.
-    std::uint64_t copyInKernel(const isobmff::ByteSource& store, std::uint64_t offset, std::uint64_t bytes) {
+    std::uint64_t copyInKernel(const files::ByteSource& store, std::uint64_t offset, std::uint64_t bytes) {
         emptyBuffer();
         auto from = static_cast<off_t>(offset);
         auto to = static_cast<off_t>(position_);
@@ -131,7 +131,7 @@ private:
         }
     }
 
-    isobmff::AtomicFile& file_;
+    files::AtomicFile& file_;
     const MovieStores& stores_;
     std::uint64_t totalBytes_;
     const WriteProgress& progress_;
@@ -174,7 +174,7 @@ void writeMovieFile(const OutputMovie& movie, const MovieStores& stores,
     const std::vector<std::uint8_t> index = buildMovieIndex(movie, chunks);
     const std::uint64_t mediaBytes = chunks.empty() ? 0 : chunks.back().offset + chunks.back().bytes;
 
-    isobmff::AtomicFile file(destination);
+    files::AtomicFile file(destination);
     MediaCopy copy(file, stores, index.size() + mediaBytes, progress, stop);
     copy.append(index);
     forEachRun(movie, chunks, [&copy](const Run& run) { copy.append(run); });
@@ -182,11 +182,11 @@ void writeMovieFile(const OutputMovie& movie, const MovieStores& stores,
     file.commit();
 }
 
-void copyFile(const std::shared_ptr<const isobmff::ByteSource>& source,
+void copyFile(const std::shared_ptr<const files::ByteSource>& source,
               const std::filesystem::path& destination, const WriteProgress& progress,
               const std::stop_token& stop) {
     const MovieStores stores{source};
-    isobmff::AtomicFile file(destination);
+    files::AtomicFile file(destination);
     MediaCopy copy(file, stores, source->size(), progress, stop);
     copy.append(Run{0, 0, source->size()});
     copy.finish();

@@ -19,7 +19,7 @@ namespace zelvra::passthrough {
 
 /// The stores that StoredBytes::store counts. Shared, as a store may serve several movies; kept open
 /// meanwhile.
-using MovieStores = std::vector<std::shared_ptr<const isobmff::ByteSource>>;
+using MovieStores = std::vector<std::shared_ptr<const files::ByteSource>>;
 
 /// Called with the fraction done, from 0 to 1, never falling; on the thread that writes.
 using WriteProgress = std::function<void(double)>;
@@ -35,7 +35,7 @@ void writeMovieFile(const OutputMovie& movie, const MovieStores& stores,
                     const std::stop_token& stop = {});
 
 /// Writes the same bytes as `source`, by the same means and with the same promises.
-void copyFile(const std::shared_ptr<const isobmff::ByteSource>& source,
+void copyFile(const std::shared_ptr<const files::ByteSource>& source,
               const std::filesystem::path& destination, const WriteProgress& progress = {},
               const std::stop_token& stop = {});
 

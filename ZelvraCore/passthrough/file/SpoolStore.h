@@ -15,7 +15,7 @@ namespace zelvra::passthrough {
 /// that has no name, so that nothing is left behind however the program ends; memory does not grow with it.
 ///
 /// What was appended may be read from several threads; one thread at a time appends.
-class SpoolStore final : public isobmff::ByteSource {
+class SpoolStore final : public files::ByteSource {
 public:
     /// `store` is the number by which the movie's samples refer to this store. Throws MediaError::unwritable
     /// when no file can be made in `folder`.

@@ -20,7 +20,7 @@ public:
     const SourceVideo& video() const { return video_; }
 
 private:
-    isobmff::FileByteSource bytes_;
+    files::FileByteSource bytes_;
     isobmff::Movie movie_;
     SourceVideo video_;
 };

@@ -13,7 +13,7 @@ namespace zelvra::passthrough {
 /// A coded video track and the bytes its samples lie in: a source, or a freeze clip. Borrows both, which must
 /// outlive it. Any thread.
 struct SourceVideo {
-    const isobmff::ByteSource& bytes;
+    const files::ByteSource& bytes;
     const isobmff::Track& track;
 
     /// The only sample entry. Throws CannotPassThrough where the track has several in use, or an encrypted

@@ -45,7 +45,7 @@ std::vector<std::size_t> CodedMovie::shownOrder() const {
 }
 
 CodedMovie readCodedMovie(const std::filesystem::path& file) {
-    const isobmff::FileByteSource source(file);
+    const files::FileByteSource source(file);
     const isobmff::Movie movie = isobmff::readMovie(source);
     CodedMovie coded;
     const isobmff::Track* track = movie.firstTrack(isobmff::videoHandler);

@@ -11,7 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace zelvra::isobmff {
+namespace zelvra::files {
 namespace {
 
 using test::Bytes;
@@ -78,4 +78,4 @@ TEST(AtomicFile, IsSweptAfterItsWriterWasKilledAndNotBefore) {
 }
 
 } // namespace
-} // namespace zelvra::isobmff
+} // namespace zelvra::files

@@ -24,14 +24,14 @@ using test::NumberedMovie;
 using test::SoundCodec;
 
 Movie read(const std::filesystem::path& file) {
-    const FileByteSource source(file);
+    const files::FileByteSource source(file);
     return readMovie(source);
 }
 
 /// Why a file is refused; empty where it is read.
 std::string refusal(const Bytes& bytes) {
     try {
-        readMovie(MemoryByteSource(bytes, "clip"));
+        readMovie(files::MemoryByteSource(bytes, "clip"));
         return {};
     } catch (const MediaError& error) {
         return error.what();
@@ -257,7 +257,7 @@ TEST(MovieReader, RefusesAnIndexThatIsCutShortAnywhere) {
 
 TEST(MovieReader, ReadsMediaThatReachesToTheEndAndALongIndex) {
     BoxFile file = intact();
-    const Movie expected = readMovie(MemoryByteSource(bytesOf(file)));
+    const Movie expected = readMovie(files::MemoryByteSource(bytesOf(file)));
     Bytes bytes = bytesOf(file);
     const std::size_t index = bytes.size() - file.boxes.back().size();
     // The index again with a 64-bit size, and its last box without one.
@@ -270,7 +270,8 @@ TEST(MovieReader, ReadsMediaThatReachesToTheEndAndALongIndex) {
     for (const std::string_view behind : {""sv, "\0\0\0\0free and more"sv}) {
         Bytes followed = bytes;
         followed.insert(followed.end(), behind.begin(), behind.end());
-        EXPECT_EQ(readMovie(MemoryByteSource(followed)).tracks.at(0).samples, expected.tracks[0].samples);
+        EXPECT_EQ(readMovie(files::MemoryByteSource(followed)).tracks.at(0).samples,
+                  expected.tracks[0].samples);
     }
 }
 
@@ -282,7 +283,7 @@ TEST(MovieReader, RecognisesProtectedTracksAndPartialSyncSamples) {
     test::appendNumber(partial, 4, 1);
     test::appendNumber(partial, 4, 4);
     file.track("vide").at("mdia/minf/stbl").children.push_back({"stps", partial, {}});
-    const Movie movie = readMovie(MemoryByteSource(bytesOf(file)));
+    const Movie movie = readMovie(files::MemoryByteSource(bytesOf(file)));
     EXPECT_TRUE(movie.tracks[0].isEncrypted());
     EXPECT_FALSE(movie.tracks[1].isEncrypted());
     EXPECT_TRUE(movie.tracks[0].samples[3].sync && movie.tracks[0].samples[3].partialSync);
@@ -297,7 +298,7 @@ TEST(MovieReader, SaysThatAFileCannotBeOpened) {
         EXPECT_EQ(error.cause(), MediaError::Cause::unreadable);
         EXPECT_STREQ(error.what(), "/nowhere/clip.mov: cannot be read (No such file or directory)");
     }
-    EXPECT_THROW(FileByteSource("/tmp"), MediaError);
+    EXPECT_THROW(files::FileByteSource("/tmp"), MediaError);
 }
 
 TEST(MovieReader, SurvivesWhatTheFuzzerFound) {

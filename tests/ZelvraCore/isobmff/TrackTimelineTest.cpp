@@ -124,7 +124,7 @@ std::map<std::size_t, std::vector<std::int64_t>> timesByProbe(const std::filesys
 
 void expectTimesOfLibavformat(const std::filesystem::path& file) {
     SCOPED_TRACE(file.string());
-    const FileByteSource source(file);
+    const files::FileByteSource source(file);
     const Movie movie = readMovie(source);
     auto times = timesByProbe(file);
     for (std::size_t i = 0; i < movie.tracks.size(); ++i) {

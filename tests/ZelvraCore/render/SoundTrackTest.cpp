@@ -33,7 +33,7 @@ Export exportSound(const std::filesystem::path& source, const std::filesystem::p
     OutputMovie movie;
     movie.container = container;
     movie.tracks.push_back(sound.build(leadIn, *spool));
-    passthrough::writeMovieFile(movie, {std::make_shared<isobmff::FileByteSource>(source), spool}, output);
+    passthrough::writeMovieFile(movie, {std::make_shared<files::FileByteSource>(source), spool}, output);
     return {movie.tracks.front(), sound.notice()};
 }
 

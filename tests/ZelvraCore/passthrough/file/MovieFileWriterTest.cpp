@@ -22,7 +22,7 @@ using test::SoundCodec;
 
 struct Copy {
     explicit Copy(const std::filesystem::path& file, Container container = Container::mpeg4)
-        : stores{std::make_shared<isobmff::FileByteSource>(file)},
+        : stores{std::make_shared<files::FileByteSource>(file)},
           plan(test::copyPlan(isobmff::readMovie(*stores[0]), container)) {}
 
     MovieStores stores;
@@ -86,7 +86,7 @@ TEST(MovieFileWriter, WritesTheSameBytesFromMemoryAsFromAFile) {
     const test::TemporaryFolder folder;
     Copy copy(aMovie());
     writeMovieFile(copy.plan, copy.stores, folder / "file.mp4");
-    copy.stores[0] = std::make_shared<isobmff::MemoryByteSource>(test::readBytes(aMovie()));
+    copy.stores[0] = std::make_shared<files::MemoryByteSource>(test::readBytes(aMovie()));
     writeMovieFile(copy.plan, copy.stores, folder / "memory.mp4");
     EXPECT_EQ(test::readBytes(folder / "file.mp4"), test::readBytes(folder / "memory.mp4"));
     copyFile(copy.stores[0], folder / "same.mov");

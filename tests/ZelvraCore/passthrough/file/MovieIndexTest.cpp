@@ -41,7 +41,7 @@ OutputMovie movieOf(std::size_t pictures, std::uint32_t bytes) {
 }
 
 /// A file of which only the index exists: its media reads as zeros, whatever its size.
-class IndexOnly final : public isobmff::ByteSource {
+class IndexOnly final : public files::ByteSource {
 public:
     IndexOnly(Bytes index, std::uint64_t mediaBytes)
         : index_(std::move(index)), size_(index_.size() + mediaBytes) {}
@@ -70,7 +70,7 @@ Written written(const OutputMovie& plan) {
     result.chunks = layOutChunks(plan);
     result.index = buildMovieIndex(plan, result.chunks);
     const OutputChunk& last = result.chunks.back();
-    result.movie = readMovie(IndexOnly(result.index, last.offset + last.bytes));
+    result.movie = isobmff::readMovie(IndexOnly(result.index, last.offset + last.bytes));
     return result;
 }
 

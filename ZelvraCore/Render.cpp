@@ -9,8 +9,8 @@
 #include "ZelvraCore/SourceProbe.h"
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/files/AtomicFile.h"
+#include "ZelvraCore/files/FileCopy.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
-#include "ZelvraCore/passthrough/file/MovieFileWriter.h"
 #include "ZelvraCore/render/PassthroughRender.h"
 #include "ZelvraCore/render/ReencodeExport.h"
 #include "ZelvraCore/render/TemporaryClips.h"
@@ -57,10 +57,7 @@ public:
 
     void run() {
         if (plan_.copyOnly) {
-            // The bytes are borrowed from the asset, which outlives the copy.
-            const auto bytes =
-                std::shared_ptr<const files::ByteSource>(std::shared_ptr<void>(), &source_.bytes());
-            passthrough::copyFile(bytes, output_, {}, options_.stop);
+            files::copyFile(source_.bytes(), output_, {}, options_.stop);
             return report(1);
         }
         refuseAbsurdRange(plan_, info_);
@@ -128,11 +125,20 @@ private:
             report(freezeProgress(i + 1, plan_.highlights.size()));
         }
         if (passthrough_) {
-            for (const CMTime& time : passthrough_->extraFrames()) {
-                encodeFreezeClip(frameAt(time), extraClips_.add(), info_.frameDuration, info_.frameDuration,
-                                 plan_.freezeCodec, freezeEncoding_, options_.stop);
-            }
+            const PassthroughRender::EdgeFrames edges = passthrough_->edgeFrames();
+            leadInClip_ = makeEdgeClip(edges.leadIn);
+            leadOutClip_ = makeEdgeClip(edges.leadOut);
         }
+    }
+
+    std::optional<std::filesystem::path> makeEdgeClip(const std::optional<CMTime>& time) {
+        if (!time) {
+            return std::nullopt;
+        }
+        const std::filesystem::path clip = edgeClips_.add();
+        encodeFreezeClip(frameAt(*time), clip, info_.frameDuration, info_.frameDuration, plan_.freezeCodec,
+                         freezeEncoding_, options_.stop);
+        return clip;
     }
 
     /// A highlight at the very end of the movie shows its last frame.
@@ -162,7 +168,8 @@ private:
 
     void writePassedThrough() {
         passthrough_->write({.freezeClips = freezeClips_.paths(),
-                             .extraClips = extraClips_.paths(),
+                             .leadInClip = leadInClip_,
+                             .leadOutClip = leadOutClip_,
                              .output = output_,
                              .container = containerFor(output_),
                              .includeAudio = options_.includeAudio,
@@ -196,7 +203,9 @@ private:
     SourceInfo info_;
     RenderPlan plan_;
     TemporaryClips freezeClips_;
-    TemporaryClips extraClips_;
+    TemporaryClips edgeClips_; ///< those of lead-in and lead-out
+    std::optional<std::filesystem::path> leadInClip_;
+    std::optional<std::filesystem::path> leadOutClip_;
     std::unique_ptr<PassthroughRender> passthrough_;
     FreezeEncoding freezeEncoding_; ///< what the freeze clips must match
 };

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraCore/render/CopiedSound.h"
+
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 #include "ZelvraCore/media/sound/SilentPacket.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/passthrough/sound/SilentSound.h"
-#include "ZelvraCore/passthrough/sound/SoundCodec.h"
-#include "ZelvraCore/passthrough/sound/SoundPlan.h"
 #include "ZelvraCore/passthrough/sound/SoundSampleEntry.h"
 #include "ZelvraCore/passthrough/sound/SoundSamples.h"
-#include "ZelvraCore/render/SoundTrackMaker.h"
 
-#include <algorithm>
+#include <optional>
 
 namespace zelvra {
 
@@ -19,7 +18,7 @@ namespace {
 using passthrough::CannotPassThrough;
 using passthrough::SoundCodec;
 
-/// Packets of PCM silence that are stored, to be used as often as it takes.
+/// Packets of PCM silence that are stored once and used as often as needed.
 constexpr std::uint32_t silentPcmPackets = 1u << 14;
 
 /// From the start of the first source piece to the end of the last one.
@@ -43,82 +42,57 @@ isobmff::ShownPiece shownWithin(const isobmff::Track& track, const isobmff::Movi
     return passthrough::shownBetween(timeline.pieces(), ticks(*start), ticks(end));
 }
 
-class CopiedSound final : public SoundTrack::Maker {
-public:
-    CopiedSound(const Asset& movie, std::vector<SoundPiece> pieces, MovieContainer container)
-        : movie_(movie),
-          track_(*movie_.movie().firstTrack(isobmff::soundHandler)),
-          codec_(passthrough::soundCodec(track_)),
-          pieces_(std::move(pieces)),
-          sampleEntry_(passthrough::soundSampleEntry(passthrough::soleSoundEntry(track_), codec_,
-                                                     movie_.movie().isQuickTime(), container)),
-          source_{track_.timescale,
-                  passthrough::SoundPackets(track_),
-                  shownWithin(track_, movie_.movie(), pieces_),
-                  codec_.sampleRate,
-                  codec_.packetFrames,
-                  codec_.warmUpPackets},
-          silence_(silence()) {
-        lead_ = passthrough::soundLead(source_, pieces_);
-    }
-
-    CMTime lead() const override { return lead_; }
-
-    passthrough::OutputTrack build(const CMTime& leadIn, passthrough::SpoolStore& spool,
-                                   const std::function<void(double)>& /*progress*/) override {
-        const passthrough::SoundPlan plan = passthrough::planSound(source_, pieces_, leadIn);
-        passthrough::OutputTrack track = outputTrackLike(track_);
-        track.timescale = track_.timescale;
-        track.sampleEntry = sampleEntry_;
-        track.samples = passthrough::soundSamples(plan, source_.packets, SoundTrack::sourceStore,
-                                                  {spool.append(silence_), isPcm() ? silentPcmPackets : 1});
-        track.uniform = track_.uniform;
-        track.mediaDuration = plan.mediaDuration;
-        track.editStart = plan.editStart;
-        track.editDuration = plan.editDuration;
-        track.rollDistance = codec_.rollDistance;
-        return track;
-    }
-
-private:
-    bool isPcm() const { return codec_.kind == SoundCodec::Kind::pcm; }
-
-    std::vector<std::uint8_t> silence() const {
-        if (isPcm()) {
-            return std::vector<std::uint8_t>(std::size_t{silentPcmPackets} * track_.uniform.bytes,
-                                             codec_.silentByte);
-        }
-        std::vector<std::uint8_t> packet = silentPacket();
-        if (packet.empty() || !decodesAsSilence(movie_, packet, codec_.packetFrames)) {
-            throw CannotPassThrough("its coding has no silence that is known to play");
-        }
-        return packet;
-    }
-
-    std::vector<std::uint8_t> silentPacket() const {
-        switch (codec_.kind) {
-        case SoundCodec::Kind::aac: return passthrough::silentAacPacket(codec_.aacChannelConfiguration);
-        case SoundCodec::Kind::opus:
-            return passthrough::silentOpusPacket(codec_.packetFrames, codec_.channels);
-        default: return encodeSilentPacket(movie_);
-        }
-    }
-
-    Asset movie_;
-    const isobmff::Track& track_; ///< of `movie_`
-    SoundCodec codec_;
-    std::vector<SoundPiece> pieces_;
-    std::vector<std::uint8_t> sampleEntry_;
-    passthrough::SoundSource source_;
-    std::vector<std::uint8_t> silence_;
-    CMTime lead_;
-};
-
 } // namespace
 
-std::unique_ptr<SoundTrack::Maker> makeCopiedSound(const Asset& source, std::vector<SoundPiece> pieces,
-                                                   MovieContainer container) {
-    return std::make_unique<CopiedSound>(source, std::move(pieces), container);
+CopiedSound::CopiedSound(const Asset& movie, std::span<const SoundPiece> pieces, MovieContainer container)
+    : movie_(movie),
+      track_(*movie_.movie().firstTrack(isobmff::soundHandler)),
+      codec_(passthrough::soundCodec(track_)),
+      pieces_(pieces.begin(), pieces.end()),
+      sampleEntry_(passthrough::soundSampleEntry(passthrough::soleSoundEntry(track_), codec_,
+                                                 movie_.movie().isQuickTime(), container)),
+      source_{track_.timescale,
+              passthrough::SoundPackets(track_),
+              shownWithin(track_, movie_.movie(), pieces_),
+              codec_.sampleRate,
+              codec_.packetFrames,
+              codec_.warmUpPackets},
+      silence_(silence()),
+      lead_(passthrough::soundLead(source_, pieces_)) {}
+
+passthrough::OutputTrack CopiedSound::build(const CMTime& editStart, passthrough::SpoolStore& spool) {
+    const passthrough::SoundPlan plan = passthrough::planSound(source_, pieces_, editStart);
+    passthrough::OutputTrack track = soundTrackLike(track_);
+    track.timescale = track_.timescale;
+    track.sampleEntry = sampleEntry_;
+    track.samples = passthrough::soundSamples(plan, source_.packets, passthrough::Store::source,
+                                              {spool.append(silence_), isPcm() ? silentPcmPackets : 1});
+    track.uniform = track_.uniform;
+    track.mediaDuration = plan.mediaDuration;
+    track.editStart = plan.editStart;
+    track.editDuration = plan.editDuration;
+    track.rollDistance = codec_.rollDistance;
+    return track;
+}
+
+std::vector<std::uint8_t> CopiedSound::silence() const {
+    if (isPcm()) {
+        return std::vector<std::uint8_t>(std::size_t{silentPcmPackets} * track_.uniform.bytes,
+                                         codec_.silentByte);
+    }
+    std::vector<std::uint8_t> packet = silentPacket();
+    if (packet.empty() || !decodesAsSilence(movie_, packet, codec_.packetFrames)) {
+        throw CannotPassThrough("its coding has no silence that is known to play");
+    }
+    return packet;
+}
+
+std::vector<std::uint8_t> CopiedSound::silentPacket() const {
+    switch (codec_.kind) {
+    case SoundCodec::Kind::aac: return passthrough::silentAacPacket(codec_.aacChannelConfiguration);
+    case SoundCodec::Kind::opus: return passthrough::silentOpusPacket(codec_.packetFrames, codec_.channels);
+    default: return encodeSilentPacket(movie_);
+    }
 }
 
 } // namespace zelvra

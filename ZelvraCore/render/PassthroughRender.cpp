@@ -12,9 +12,12 @@
 #include "ZelvraCore/passthrough/video/SourceVideo.h"
 #include "ZelvraCore/passthrough/video/StillTrack.h"
 #include "ZelvraCore/records/ZVError.h"
-#include "ZelvraCore/render/SoundTrack.h"
+#include "ZelvraCore/render/SoundTrackBuilder.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
+#include <vector>
 
 namespace zelvra {
 
@@ -23,9 +26,6 @@ namespace {
 using passthrough::CannotPassThrough;
 using passthrough::VideoCut;
 
-/// Stores that the movie's samples lie in.
-constexpr std::uint32_t spoolStore = 1;
-
 using Builder = std::unique_ptr<passthrough::VideoTrackBuilder>;
 
 template <class Track>
@@ -33,9 +33,9 @@ Builder makeBuilder(const passthrough::SourceVideo& source) {
     return std::make_unique<Track>(source);
 }
 
-/// The ways to put freezes into a coded stream, the best one first. Each throws CannotPassThrough where it
-/// will not do; where none does the movie is re-encoded.
-std::vector<Builder (*)(const passthrough::SourceVideo&)> waysFor(VideoCodec codec) {
+/// The strategies of putting freezes into a coded stream, the best one first. Each throws CannotPassThrough
+/// if it does not suit the source; if none does the movie is re-encoded.
+std::vector<Builder (*)(const passthrough::SourceVideo&)> strategiesFor(VideoCodec codec) {
     if (codec == VideoCodec::hevc) {
         return {makeBuilder<passthrough::HevcSpliceTrack>};
     }
@@ -57,7 +57,7 @@ ShownPart shownPart(const isobmff::Track& track, std::uint32_t movieTimescale) {
     return {timeline.pieces().front(), timeline.shown().front().sample, timeline.shown().back().sample};
 }
 
-/// Tracks whose times would no longer be true, and all that nobody sees or hears.
+/// Tracks are left out whose times would no longer be true, and those that are neither seen nor heard.
 void noticeDroppedTracks(const isobmff::Movie& movie, const isobmff::Track* video,
                          const std::function<void(const std::string&)>& notice) {
     const isobmff::Track* sound = movie.firstTrack(isobmff::soundHandler);
@@ -74,48 +74,49 @@ void noticeDroppedTracks(const isobmff::Movie& movie, const isobmff::Track* vide
 
 } // namespace
 
-/// The picture side of the export, with the way between the movie's timeline and the track's.
+/// The picture side of the export, with the conversion between the movie's timeline and the track's. All of
+/// it is decided when it is made.
 class PassthroughRender::Pictures {
 public:
     Pictures(const Asset& source, const SourceInfo& info, const RenderPlan& plan)
         : video_{source.bytes(), *source.videoTrack()},
-          shown_(shownPart(video_.track, source.movie().timescale)) {
-        if (video_.track.isEncrypted()) {
-            throw MediaError(MediaError::Cause::unsupported, "the movie is encrypted");
-        }
-        planBestWay(info, plan);
-    }
+          shown_(shownPart(video_.track, source.movie().timescale)),
+          planned_(prepare(info, plan)) {}
 
-    passthrough::VideoTrackBuilder& builder() { return *builder_; }
-    passthrough::SamplePlan& plan() { return *plan_; }
-    const VideoCut& cut() const { return cut_; }
+    passthrough::VideoTrackBuilder& builder() const { return *planned_.builder; }
+    const passthrough::VideoPlan& plan() const { return planned_.plan; }
+    const VideoCut& cut() const { return planned_.cut; }
     std::int32_t outputTimescale() const {
-        return static_cast<std::int32_t>(video_.track.timescale * plan_->timescaleFactor);
+        return static_cast<std::int32_t>(video_.track.timescale * plan().samples.timescaleFactor);
     }
+    bool hasLeadIn() const { return plan().samples.has(passthrough::PlannedSample::Kind::leadIn); }
+    bool hasLeadOut() const { return plan().samples.has(passthrough::PlannedSample::Kind::leadOut); }
 
     bool freezesFirst() const {
-        return !cut_.freezes.empty() && cut_.freezes.front().position == cut_.firstRank;
+        return !cut().freezes.empty() && cut().freezes.front().position == cut().firstRank;
     }
-    bool freezesLast() const { return !cut_.freezes.empty() && cut_.freezes.back().position == cut_.endRank; }
-    CMTime firstShown() const { return presentation(cut_.start); }
+    bool freezesLast() const {
+        return !cut().freezes.empty() && cut().freezes.back().position == cut().endRank;
+    }
+    CMTime firstShown() const { return presentation(cut().start); }
     CMTime lastShown() const {
-        return maximum(presentation(builder_->pictures().timeAtRank(cut_.endRank - 1)), firstShown());
+        return maximum(presentation(builder().pictures().timeAtRank(cut().endRank - 1)), firstShown());
     }
 
     /// Pictures freeze where they appear, and the sound stops with them; after the last picture it may go on
     /// until `end`.
     std::vector<SoundPiece> soundPieces(const CMTime& end) const {
         std::vector<SoundPiece> pieces;
-        CMTime cursor = presentation(cut_.start);
+        CMTime cursor = presentation(cut().start);
         auto playUntil = [&](const CMTime& time) {
             if (time > cursor) {
                 pieces.push_back({SoundPiece::Kind::source, cursor, time - cursor});
                 cursor = time;
             }
         };
-        for (const VideoCut::Freeze& freeze : cut_.freezes) {
-            playUntil(presentation(cut_.momentOf(freeze.position, builder_->pictures())));
-            const CMTime length(cut_.frameDuration.value * freeze.frames, cut_.frameDuration.timescale);
+        for (const VideoCut::Freeze& freeze : cut().freezes) {
+            playUntil(presentation(cut().momentOf(freeze.position, builder().pictures())));
+            const CMTime length(cut().frameDuration.value * freeze.frames, cut().frameDuration.timescale);
             pieces.push_back({SoundPiece::Kind::silence, CMTime::zero(), length});
         }
         playUntil(end);
@@ -123,24 +124,34 @@ public:
     }
 
 private:
-    /// The reason that is told where no way will do is the last one's, which asks for least.
-    void planBestWay(const SourceInfo& info, const RenderPlan& plan) {
-        const auto ways = waysFor(plan.freezeCodec);
-        for (auto way = ways.begin(); plan_ == nullptr; ++way) {
+    struct Planned {
+        Builder builder;
+        VideoCut cut;
+        passthrough::VideoPlan plan;
+    };
+
+    /// If no strategy suits, the reason for the user is the last one's, which has the fewest demands.
+    Planned prepare(const SourceInfo& info, const RenderPlan& plan) const {
+        if (video_.track.isEncrypted()) {
+            throw MediaError(MediaError::Cause::unsupported, "the movie is encrypted");
+        }
+        const auto strategies = strategiesFor(plan.freezeCodec);
+        for (auto strategy = strategies.begin();; ++strategy) {
             try {
-                builder_ = (*way)(video_);
-                cut(info, plan);
-                plan_ = &builder_->plan(cut_);
+                Builder builder = (*strategy)(video_);
+                const VideoCut cut = cutOf(builder->pictures(), info, plan);
+                passthrough::VideoPlan planned = builder->plan(cut);
+                return {std::move(builder), cut, std::move(planned)};
             } catch (const CannotPassThrough&) {
-                if (std::next(way) == ways.end()) {
+                if (std::next(strategy) == strategies.end()) {
                     throw;
                 }
             }
         }
     }
 
-    void cut(const SourceInfo& info, const RenderPlan& plan) {
-        const passthrough::SourcePictures& pictures = builder_->pictures();
+    VideoCut cutOf(const passthrough::SourcePictures& pictures, const SourceInfo& info,
+                   const RenderPlan& plan) const {
         const passthrough::VisiblePictures visible{
             pictures.rankOf(shown_.firstSample), pictures.rankOf(shown_.lastSample) + 1,
             std::min(shown_.piece.mediaEnd(), pictures.endAtRank(pictures.rankOf(shown_.lastSample)))};
@@ -150,7 +161,7 @@ private:
             moments.push_back(
                 {media(highlight.timestamp), freezeFrameCount(highlight.duration, info.frameDuration)});
         }
-        cut_ = cutVideo(pictures, visible, media(maximum(plan.rangeStart, CMTime::zero())),
+        return cutVideo(pictures, visible, media(maximum(plan.rangeStart, CMTime::zero())),
                         media(minimum(plan.rangeEnd, info.duration)), moments, info.frameDuration);
     }
 
@@ -166,28 +177,33 @@ private:
 
     passthrough::SourceVideo video_;
     ShownPart shown_;
-    std::unique_ptr<passthrough::VideoTrackBuilder> builder_;
-    VideoCut cut_;
-    passthrough::SamplePlan* plan_ = nullptr;
+    Planned planned_;
 };
 
 PassthroughRender::PassthroughRender(const Asset& source, const SourceInfo& info, const RenderPlan& plan)
-    : source_(source), info_(info), plan_(plan), pictures_(std::make_unique<Pictures>(source, info, plan)) {
-    if (pictures_->builder().wantsLeadIn() && !pictures_->freezesFirst()) {
-        extraFrames_.push_back(pictures_->firstShown());
-    }
-    if (pictures_->builder().wantsLeadOut() && !pictures_->freezesLast()) {
-        extraFrames_.push_back(pictures_->lastShown());
-    }
-}
+    : source_(source),
+      info_(info),
+      plan_(plan),
+      pictures_(std::make_unique<const Pictures>(source, info, plan)) {}
 
 PassthroughRender::~PassthroughRender() = default;
+
+PassthroughRender::EdgeFrames PassthroughRender::edgeFrames() const {
+    EdgeFrames frames;
+    if (pictures_->hasLeadIn() && !pictures_->freezesFirst()) {
+        frames.leadIn = pictures_->firstShown();
+    }
+    if (pictures_->hasLeadOut() && !pictures_->freezesLast()) {
+        frames.leadOut = pictures_->lastShown();
+    }
+    return frames;
+}
 
 FreezeEncoding PassthroughRender::freezeEncoding() const {
     FreezeEncoding encoding = pictures_->builder().freezeEncoding();
     if (encoding.codedFrame) {
-        // Some cameras code whole blocks without a cropping rectangle and give the picture's size in the
-        // sample entry alone; decoders go by that.
+        // Some cameras code whole blocks without a cropping rectangle; only the sample entry gives the
+        // picture's size, and decoders use that.
         FreezeEncoding::CodedFrame& frame = *encoding.codedFrame;
         frame.cropRight = frame.width - frame.cropLeft - source_.videoFormat().width;
         frame.cropBottom = frame.height - frame.cropTop - source_.videoFormat().height;
@@ -198,52 +214,83 @@ FreezeEncoding PassthroughRender::freezeEncoding() const {
     return encoding;
 }
 
-void PassthroughRender::write(const Job& job) {
-    const isobmff::Movie& movie = source_.movie();
-    passthrough::OutputMovie output;
-    output.container = job.container;
-    output.creationTime = movie.creationTime;
-    output.userData = passthrough::userDataFor(job.container, movie.userData);
-    noticeDroppedTracks(movie, source_.videoTrack(), job.notice);
+/// The second and the third step; lives for one call.
+class PassthroughRender::Writing {
+public:
+    Writing(const PassthroughRender& render, const Job& job)
+        : source_(render.source_), pictures_(*render.pictures_), job_(job) {}
 
-    const std::filesystem::path folder = job.output.has_parent_path() ? job.output.parent_path() : ".";
-    const auto spool = std::make_shared<passthrough::SpoolStore>(folder, spoolStore);
-
-    std::optional<SoundTrack> sound;
-    if (job.includeAudio && source_.hasAudio()) {
-        const std::vector<SoundPiece> pieces =
-            pictures_->soundPieces(minimum(plan_.rangeEnd, info_.duration));
-        sound.emplace(source_, pieces, job.container, job.stop);
-        if (sound->notice() && job.notice) {
-            job.notice(*sound->notice());
+    /// `nullopt` for a movie without sound. `end` is where the source's part of the movie ends.
+    std::optional<ChosenSound> sound(const CMTime& end) const {
+        if (!job_.includeAudio || !source_.hasAudio()) {
+            return std::nullopt;
         }
-        delayEdit(pictures_->plan(),
-                  sound->lead().converted(pictures_->outputTimescale(), Rounding::up).value);
+        ChosenSound sound = chooseSound(source_, pictures_.soundPieces(end), job_.container, job_.stop);
+        if (sound.notice && job_.notice) {
+            job_.notice(*sound.notice);
+        }
+        return sound;
     }
-    const CMTime editStart(pictures_->plan().editStart, pictures_->outputTimescale());
 
-    passthrough::VideoTrackBuilder::Clips clips{.freezes = job.freezeClips, .leadIn = {}, .leadOut = {}};
-    std::size_t extra = 0;
-    if (pictures_->builder().wantsLeadIn()) {
-        clips.leadIn = pictures_->freezesFirst() ? job.freezeClips.front() : job.extraClips[extra++];
+    passthrough::OutputMovie build(SoundTrackBuilder* sound, passthrough::SpoolStore& spool) const {
+        const isobmff::Movie& movie = source_.movie();
+        passthrough::OutputMovie output;
+        output.container = job_.container;
+        output.creationTime = movie.creationTime;
+        output.userData = passthrough::userDataFor(job_.container, movie.userData);
+        const std::int64_t editStart = editStartWith(sound);
+        output.tracks.push_back(buildVideo(editStart, spool));
+        if (sound) {
+            output.tracks.push_back(sound->build({editStart, pictures_.outputTimescale()}, spool));
+        }
+        return output;
     }
-    if (pictures_->builder().wantsLeadOut()) {
-        clips.leadOut = pictures_->freezesLast() ? job.freezeClips.back() : job.extraClips[extra];
+
+private:
+    /// Where the picture's edit starts: later than planned if the sound's decoder needs longer to warm up.
+    std::int64_t editStartWith(const SoundTrackBuilder* sound) const {
+        const std::int64_t planned = pictures_.plan().samples.editStart;
+        return sound ? std::max(planned,
+                                sound->lead().converted(pictures_.outputTimescale(), Rounding::up).value)
+                     : planned;
     }
-    constexpr std::size_t samplesOfAnHour = 100'000;
-    if (pictures_->plan().samples.size() > samplesOfAnHour) {
-        source_.closeIdleReaders(); // the tables of a long movie take their place
+
+    passthrough::OutputTrack buildVideo(std::int64_t editStart, passthrough::SpoolStore& spool) const {
+        const passthrough::VideoPlan& plan = pictures_.plan();
+        constexpr std::size_t samplesOfAnHour = 100'000;
+        if (plan.samples.samples.size() > samplesOfAnHour) {
+            source_.closeIdleReaders(); // the tables of a long movie take their place
+        }
+        passthrough::OutputTrack video = pictures_.builder().build(plan, editStart, clips(), spool);
+        video.sampleEntry =
+            passthrough::visualEntryFor(job_.container, video.sampleEntry, pictures_.builder().fullRange());
+        video.userData = passthrough::userDataFor(job_.container, source_.videoTrack()->userData);
+        return video;
     }
-    passthrough::OutputTrack& video = output.tracks.emplace_back(pictures_->builder().build(clips, *spool));
-    video.sampleEntry =
-        passthrough::visualEntryFor(job.container, video.sampleEntry, pictures_->builder().fullRange());
-    video.userData = passthrough::userDataFor(job.container, source_.videoTrack()->userData);
-    if (sound) {
-        output.tracks.push_back(sound->build(editStart, *spool));
+
+    passthrough::VideoTrackBuilder::Clips clips() const {
+        passthrough::VideoTrackBuilder::Clips clips{.freezes = job_.freezeClips, .leadIn = {}, .leadOut = {}};
+        if (pictures_.hasLeadIn()) {
+            clips.leadIn = pictures_.freezesFirst() ? job_.freezeClips.front() : job_.leadInClip.value();
+        }
+        if (pictures_.hasLeadOut()) {
+            clips.leadOut = pictures_.freezesLast() ? job_.freezeClips.back() : job_.leadOutClip.value();
+        }
+        return clips;
     }
-    //  The source's bytes are borrowed from the asset, which outlives the write.
-    const auto source = std::shared_ptr<const files::ByteSource>(std::shared_ptr<void>(), &source_.bytes());
-    writeMovieFile(output, {source, spool}, job.output, job.progress, job.stop);
+
+    const Asset& source_;
+    const Pictures& pictures_;
+    const Job& job_;
+};
+
+void PassthroughRender::write(const Job& job) const {
+    noticeDroppedTracks(source_.movie(), source_.videoTrack(), job.notice);
+    passthrough::SpoolStore spool(job.output.has_parent_path() ? job.output.parent_path() : ".");
+    const Writing writing(*this, job);
+    const std::optional<ChosenSound> sound = writing.sound(minimum(plan_.rangeEnd, info_.duration));
+    const passthrough::OutputMovie movie = writing.build(sound ? sound->builder.get() : nullptr, spool);
+    writeMovieFile(movie, {source_.bytes(), spool}, job.output, job.progress, job.stop);
 }
 
 } // namespace zelvra

@@ -4,41 +4,50 @@
 
 #include "ZelvraCore/RenderPlan.h"
 #include "ZelvraCore/media/Asset.h"
-#include "ZelvraCore/passthrough/file/OutputMovie.h"
 #include "ZelvraCore/records/FreezeEncoding.h"
-#include "ZelvraCore/records/SoundPiece.h"
+#include "ZelvraCore/records/MovieContainer.h"
+#include "ZelvraCore/records/SourceInfo.h"
 
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <stop_token>
 #include <string>
-#include <vector>
 
 namespace zelvra {
 
-/// One export that carries the source's compressed pictures over. It is asked first what freeze clips must
-/// match, and which further pictures it wants as clips; when these are encoded it writes the movie.
+/// One export that carries the source's compressed pictures over, in three steps. The constructor prepares:
+/// it decides everything about the pictures, and so what freeze clips must match and which clips are needed
+/// besides. When these are encoded, `write` adds the sound, builds the movie and writes it. Nothing changes
+/// in between.
 ///
 /// One thread. Whatever rules a passthrough out throws passthrough::CannotPassThrough or
 /// bitstream::BitstreamError, from every operation; nothing has been written then. Other failures are
 /// MediaError.
 class PassthroughRender {
 public:
-    /// Reads headers around the cuts. `plan.passthrough` holds.
+    /// Reads headers around the cuts. `plan.passthrough` holds. All arguments are borrowed and must outlive
+    /// this.
     PassthroughRender(const Asset& source, const SourceInfo& info, const RenderPlan& plan);
     ~PassthroughRender();
 
     FreezeEncoding freezeEncoding() const;
 
-    /// Presentation times of the frames whose clean copies are wanted, one frame long each, beside the
-    /// freezes.
-    const std::vector<CMTime>& extraFrames() const { return extraFrames_; }
+    /// Presentation times of frames of the source that are needed as clips, besides the freezes: clean and
+    /// one frame long. `nullopt` if the movie has no lead-in (lead-out), or if it starts (ends) with a
+    /// freeze, whose clip serves.
+    struct EdgeFrames {
+        std::optional<CMTime> leadIn;
+        std::optional<CMTime> leadOut;
+    };
+    EdgeFrames edgeFrames() const;
 
     struct Job {
         std::span<const std::filesystem::path> freezeClips; ///< one for each highlight of the plan
-        std::span<const std::filesystem::path> extraClips;  ///< one for each of `extraFrames`
+        std::optional<std::filesystem::path> leadInClip;    ///< if `edgeFrames` asks for it
+        std::optional<std::filesystem::path> leadOutClip;   ///< the same
         std::filesystem::path output;
         MovieContainer container = MovieContainer::mpeg4;
         bool includeAudio = true;
@@ -46,16 +55,16 @@ public:
         std::function<void(const std::string&)> notice;
         std::stop_token stop;
     };
-    void write(const Job& job);
+    void write(const Job& job) const;
 
 private:
     class Pictures;
+    class Writing;
 
     const Asset& source_;
     const SourceInfo& info_;
     const RenderPlan& plan_;
-    std::unique_ptr<Pictures> pictures_;
-    std::vector<CMTime> extraFrames_;
+    std::unique_ptr<const Pictures> pictures_;
 };
 
 } // namespace zelvra

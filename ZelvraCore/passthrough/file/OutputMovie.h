@@ -11,13 +11,18 @@
 
 namespace zelvra::passthrough {
 
-/// A movie as it is about to be written: every sample with its place in some store of bytes and its times,
-/// and what the index says beside them. Plain values; the writer adds nothing and decides nothing but chunks
-/// and offsets.
+/// A movie as it is about to be written: every sample with its times and the store that has its bytes, and
+/// what else the index says. Plain values; the writer adds nothing and decides nothing but chunks and
+/// offsets.
 
-/// Bytes in one of the stores that the writer is given (the source file, a spool of bytes of our own).
+/// Where bytes of a movie come from.
+enum class Store : std::uint8_t {
+    source, ///< the source file
+    spool,  ///< a temporary file of bytes of our own, see SpoolStore
+};
+
 struct StoredBytes {
-    std::uint32_t store = 0;
+    Store store = Store::source;
     std::uint32_t size = 0;
     std::uint64_t offset = 0;
 };

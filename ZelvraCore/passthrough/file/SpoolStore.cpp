@@ -19,7 +19,7 @@ namespace {
                      folder.string() + ": " + std::generic_category().message(errno));
 }
 
-/// For file systems that have no nameless files: a name that goes at once.
+/// For file systems without nameless files: the name is removed at once.
 int makeAndUnlink(const std::filesystem::path& folder) {
     std::string name = (folder / ".zelvra-spool-XXXXXX").string();
     const int descriptor = mkostemp(name.data(), O_CLOEXEC);
@@ -31,10 +31,8 @@ int makeAndUnlink(const std::filesystem::path& folder) {
 
 } // namespace
 
-SpoolStore::SpoolStore(const std::filesystem::path& folder, std::uint32_t store)
-    : folder_(folder),
-      store_(store),
-      descriptor_(open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
+SpoolStore::SpoolStore(const std::filesystem::path& folder)
+    : folder_(folder), descriptor_(open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
     if (descriptor_ < 0) {
         descriptor_ = makeAndUnlink(folder);
     }
@@ -48,7 +46,7 @@ SpoolStore::~SpoolStore() {
 }
 
 StoredBytes SpoolStore::append(std::span<const std::uint8_t> bytes) {
-    const StoredBytes stored{store_, static_cast<std::uint32_t>(bytes.size()), size_};
+    const StoredBytes stored{Store::spool, static_cast<std::uint32_t>(bytes.size()), size_};
     while (!bytes.empty()) {
         const ssize_t written = pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(size_));
         if (written < 0 && errno != EINTR) {

@@ -17,12 +17,12 @@ namespace zelvra::passthrough {
 /// What was appended may be read from several threads; one thread at a time appends.
 class SpoolStore final : public files::ByteSource {
 public:
-    /// `store` is the number by which the movie's samples refer to this store. Throws MediaError::unwritable
-    /// when no file can be made in `folder`.
-    SpoolStore(const std::filesystem::path& folder, std::uint32_t store);
+    /// Throws MediaError::unwritable if no file can be made in `folder`.
+    explicit SpoolStore(const std::filesystem::path& folder);
     ~SpoolStore() override;
 
-    /// Throws MediaError::unwritable (disk full, an input or output error).
+    /// Returns them as part of Store::spool. Throws MediaError::unwritable (disk full, an input or output
+    /// error).
     StoredBytes append(std::span<const std::uint8_t> bytes);
 
     std::uint64_t size() const override { return size_; }
@@ -32,7 +32,6 @@ public:
 
 private:
     std::filesystem::path folder_;
-    std::uint32_t store_;
     int descriptor_ = -1;
     std::uint64_t size_ = 0;
 };

@@ -8,7 +8,7 @@ namespace zelvra::passthrough {
 
 namespace {
 
-void listSource(const SoundRun& run, const SoundPackets& packets, std::uint32_t store,
+void listSource(const SoundRun& run, const SoundPackets& packets, Store store,
                 std::vector<OutputSample>& samples) {
     const std::uint64_t end = run.firstPacket + run.packets;
     for (std::uint64_t packet = run.firstPacket; packet < end;) {
@@ -39,8 +39,8 @@ void listSilence(const SoundRun& run, const StoredSilence& silence, std::vector<
 
 } // namespace
 
-std::vector<OutputSample> soundSamples(const SoundPlan& plan, const SoundPackets& packets,
-                                       std::uint32_t sourceStore, const StoredSilence& silence) {
+std::vector<OutputSample> soundSamples(const SoundPlan& plan, const SoundPackets& packets, Store sourceStore,
+                                       const StoredSilence& silence) {
     std::vector<OutputSample> samples;
     samples.reserve(packets.mostStretches());
     for (const SoundRun& run : plan.runs) {

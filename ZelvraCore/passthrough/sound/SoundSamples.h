@@ -11,15 +11,15 @@
 
 namespace zelvra::passthrough {
 
-/// Silent packets that lie ready in a store.
+/// Silent packets that are stored already.
 struct StoredSilence {
     StoredBytes bytes;
     std::uint32_t packets = 1; ///< that `bytes` holds, all of one size
 };
 
-/// The samples of a planned sound track: where each lies and when it is decoded. Source packets are those of
-/// `packets` in the store `sourceStore`. Pure.
-std::vector<OutputSample> soundSamples(const SoundPlan& plan, const SoundPackets& packets,
-                                       std::uint32_t sourceStore, const StoredSilence& silence);
+/// The samples of a planned sound track: where the bytes of each are, and when it is decoded. Source packets
+/// are those of `packets` in the store `sourceStore`. Pure.
+std::vector<OutputSample> soundSamples(const SoundPlan& plan, const SoundPackets& packets, Store sourceStore,
+                                       const StoredSilence& silence);
 
 } // namespace zelvra::passthrough

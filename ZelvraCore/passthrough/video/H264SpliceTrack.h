@@ -2,34 +2,34 @@
 
 #pragma once
 
-#include "ZelvraCore/passthrough/video/SplicePlan.h"
-#include "ZelvraCore/passthrough/video/StillCoder.h"
+#include "ZelvraCore/passthrough/video/SourceStream.h"
+#include "ZelvraCore/passthrough/video/VideoTrackBuilder.h"
 
 namespace zelvra::passthrough {
 
 /// The video track of a passthrough movie whose source is H.264 (`avc1`) and has no room for stills between
-/// its pictures: their order counts leave none, they are single fields, the coding changes. It is planned by
-/// SplicePlan. A freeze is a row of IDR stills, so that nothing before matters to what comes after; decoding
-/// resumes at IDR pictures only. Stills are decoded with the sequence parameter set of the stream that
-/// follows, and thus make no decoder set its buffers up anew. Source samples are named, never rewritten.
+/// its pictures: no order counts are left between them, they are single fields, or the coding changes.
+/// SplicePlan lays it out. A freeze is a row of IDR stills, so what follows depends on nothing before it;
+/// decoding resumes at IDR pictures only. Stills are decoded with the sequence parameter set of the stream
+/// that follows, so no decoder has to allocate its buffers again. Source samples are referred to and never
+/// rewritten.
 ///
-/// Nothing in H.264 hides a picture: players show those in front of a resuming one for a tick each, which few
-/// screens are fast enough for. StillTrack, which hides nothing in the middle, is to be preferred.
+/// H.264 has no way to hide a picture: players show the hidden ones before a resuming picture for a tick
+/// each, which few screens are fast enough for. StillTrack hides nothing after the start and is preferred.
 ///
 /// One movie, one thread. What rules a splice out throws CannotPassThrough or bitstream::BitstreamError, and
 /// is known when the movie is planned.
 class H264SpliceTrack final : public VideoTrackBuilder {
 public:
-    /// `source` is borrowed for as long as this lives.
+    /// `source` is borrowed and must outlive this.
     explicit H264SpliceTrack(const SourceVideo& source);
 
     const SourcePictures& pictures() const override { return stream_.pictures(); }
     bool fullRange() const override { return stream_.sps().vui && stream_.sps().vui->fullRange; }
     FreezeEncoding freezeEncoding() const override { return encoding_; }
-    SamplePlan& plan(const VideoCut& cut) override;
-    bool wantsLeadIn() const override { return places_.leadIn.has_value(); }
-    bool wantsLeadOut() const override { return places_.leadOut.has_value(); }
-    OutputTrack build(const Clips& clips, SpoolStore& spool) override;
+    VideoPlan plan(const VideoCut& cut) override;
+    OutputTrack build(const VideoPlan& plan, std::int64_t editStart, const Clips& clips,
+                      SpoolStore& spool) override;
 
 private:
     /// The IDR picture that a run starts at.
@@ -38,14 +38,11 @@ private:
         std::uint32_t idrPicId = 0;
     };
 
-    void placeStills(std::size_t freezes);
-    StillPlace& placeOf(const PlannedSample& still);
-    Head readHead(const PlannedSample& sample) const;
+    StillCodings codingsOf(const SamplePlan& plan, std::size_t freezes);
+    Head readHead(const SamplePlan& plan, const PlannedSample& sample) const;
 
     SourceStream<H264Codec> stream_;
     FreezeEncoding encoding_;
-    SamplePlan plan_;
-    StillPlaces places_;
 };
 
 } // namespace zelvra::passthrough

@@ -8,16 +8,15 @@
 namespace zelvra::passthrough {
 
 /// The video track of the finished movie before a byte of it is read: which samples, in which order, with
-/// which times. Made by the pure planners (StillPlan.h, SplicePlan.h), filled with bytes afterwards. Times
-/// are output ticks: the source's timescale times `timescaleFactor`.
+/// which times. The pure planners (StillPlan.h, SplicePlan.h) make it; the track builders give the samples
+/// their bytes. Times are output ticks: the source's timescale times `timescaleFactor`.
 struct PlannedSample {
     enum class Kind : std::uint8_t {
         source,  ///< `index` counts the source's samples in decode order
         freeze,  ///< `index` counts the freezes
         leadIn,  ///< a copy of the first shown picture, for players that ignore edits
-        cover,   ///< a copy of the first shown picture right before it, so that what had to be decoded is not
-                 ///< seen
-        leadOut, ///< a copy of the last shown one, for players that ignore edits
+        cover,   ///< a copy of the first shown picture right before it, which hides what had to be decoded
+        leadOut, ///< a copy of the last shown picture, for players that ignore edits
     };
 
     Kind kind = Kind::source;
@@ -28,6 +27,7 @@ struct PlannedSample {
     std::uint32_t part = 0;  ///< which sample of a freeze, a lead-in or a lead-out
     std::int64_t decodeTime = 0;
     std::int64_t presentationTime = 0;
+    bool operator==(const PlannedSample&) const = default;
 };
 
 struct SamplePlan {
@@ -36,9 +36,8 @@ struct SamplePlan {
     std::int64_t editStart = 0;         ///< presentation time of the first moment that is shown
     std::int64_t editDuration = 0;
     std::int64_t mediaDuration = 0; ///< decode time at which the last sample ends
-};
 
-/// Starts the edit at `editStart` instead, which must not be earlier: only the first sample lasts longer.
-void delayEdit(SamplePlan& plan, std::int64_t editStart);
+    bool has(PlannedSample::Kind kind) const;
+};
 
 } // namespace zelvra::passthrough

@@ -10,6 +10,8 @@
 #include "ZelvraCore/passthrough/video/ClipFile.h"
 #include "ZelvraCore/passthrough/video/PlannedTrack.h"
 
+#include <optional>
+#include <set>
 #include <utility>
 
 namespace zelvra::passthrough {
@@ -32,59 +34,29 @@ const std::filesystem::path& clipOf(const PlannedSample& still, const VideoTrack
 
 } // namespace
 
-const StillPlace& StillPlaces::of(const PlannedSample& still) const {
-    switch (still.kind) {
-    case Kind::leadIn: return *leadIn;
-    case Kind::cover: return *cover;
-    case Kind::leadOut: return *leadOut;
-    default: return freezes[still.index];
-    }
-}
-
-StillPlace idrPlace(const h264::Sps& sps, const std::set<std::uint32_t>& taken) {
-    StillPlace place{.sps = sps, .repeatsSps = false, .headers = {}, .takesTurns = true};
-    for (std::uint32_t id = 0; place.headers.size() < 2; ++id) {
-        if (!taken.contains(id)) {
-            h264::StillHeader& header = place.headers.emplace_back();
-            header.idr = true;
-            header.nalRefIdc = 3;
-            header.idrPicId = id;
-        }
-    }
-    return place;
-}
-
-std::set<std::uint32_t> idrPicIdsOf(const StillPlace& place) {
-    std::set<std::uint32_t> ids;
-    for (const h264::StillHeader& header : place.headers) {
-        ids.insert(header.idrPicId);
-    }
-    return ids;
-}
-
-OutputTrack StillCoder::build(const SamplePlan& plan, const StillPlaces& places,
+OutputTrack StillCoder::build(const VideoPlan& plan, std::int64_t editStart,
                               const VideoTrackBuilder::Clips& clips, SpoolStore& spool) {
     const isobmff::Track& source = source_.video().track;
-    OutputTrack track = plannedTrack(plan, source);
-    std::optional<std::pair<Kind, std::uint32_t>> current; // the place that `picture` and `coded` are of
+    OutputTrack track = plannedTrack(plan.samples, source, editStart);
+    std::optional<std::pair<Kind, std::uint32_t>> current; // the site that `picture` and `coded` are of
     Picture picture;
     std::map<std::size_t, StoredBytes> coded; // by header: stills that are alike are coded once
-    for (std::size_t i = 0; i < plan.samples.size(); ++i) {
-        const PlannedSample& planned = plan.samples[i];
+    for (std::size_t i = 0; i < track.samples.size(); ++i) {
+        const PlannedSample& planned = plan.samples.samples[i];
         if (planned.kind == Kind::source) {
             const isobmff::Sample& own = source.samples[planned.index];
-            track.samples[i].bytes = {0, own.size, own.offset};
+            track.samples[i].bytes = {Store::source, own.size, own.offset};
             continue;
         }
-        const StillPlace& place = places.of(planned);
+        const StillCoding& coding = plan.stills.of(planned);
         if (current != std::pair(planned.kind, planned.index)) {
             current = {planned.kind, planned.index};
-            picture = read(clipOf(planned, clips), place);
+            picture = read(clipOf(planned, clips), coding);
             coded.clear();
         }
-        const std::size_t header = place.headerOf(planned.part);
+        const std::size_t header = coding.headerOf(planned.part);
         if (!coded.contains(header)) {
-            coded[header] = spool.append(code(picture, place.sps, place.headers[header]));
+            coded[header] = spool.append(code(picture, coding.sps, coding.headers[header]));
         }
         track.samples[i].bytes = coded[header];
     }
@@ -92,7 +64,7 @@ OutputTrack StillCoder::build(const SamplePlan& plan, const StillPlaces& places,
     return track;
 }
 
-StillCoder::Picture StillCoder::read(const std::filesystem::path& path, const StillPlace& place) {
+StillCoder::Picture StillCoder::read(const std::filesystem::path& path, const StillCoding& coding) {
     const ClipFile clip(path);
     const h264::AvcConfiguration own = configurationOf<H264Codec>(clip.video());
     Picture picture;
@@ -104,14 +76,14 @@ StillCoder::Picture StillCoder::read(const std::filesystem::path& path, const St
         }
     }
     const h264::Pps& pps = picture.own.allPps().begin()->second;
-    if (const auto reason = h264::whyStillDoesNotFit(picture.own.spsOfPps(pps.id), pps, place.sps)) {
+    if (const auto reason = h264::whyStillDoesNotFit(picture.own.spsOfPps(pps.id), pps, coding.sps)) {
         throw bitstream::BitstreamError::unsupported(*reason);
     }
-    const OwnPps& set = ownPps(pps, place.sps);
+    const OwnPps& set = ownPps(pps, coding.sps);
     picture.ppsId = set.id;
     if (source_.parameterSetsInSamples()) {
-        if (place.repeatsSps) {
-            picture.setsInSample.push_back(place.sps.nal);
+        if (coding.repeatsSps) {
+            picture.setsInSample.push_back(coding.sps.nal);
         }
         picture.setsInSample.push_back(set.nal);
     }

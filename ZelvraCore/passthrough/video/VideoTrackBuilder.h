@@ -4,8 +4,8 @@
 
 #include "ZelvraCore/passthrough/file/OutputMovie.h"
 #include "ZelvraCore/passthrough/file/SpoolStore.h"
-#include "ZelvraCore/passthrough/video/SamplePlan.h"
 #include "ZelvraCore/passthrough/video/VideoCut.h"
+#include "ZelvraCore/passthrough/video/VideoPlan.h"
 #include "ZelvraCore/records/FreezeEncoding.h"
 
 #include <filesystem>
@@ -13,12 +13,12 @@
 
 namespace zelvra::passthrough {
 
-/// Makes the video track of one passthrough movie; one kind for each way of putting freezes into a coded
-/// stream. First it is asked what freeze clips must match, then to plan, then, with the clips encoded, to
-/// build.
+/// Makes the video track of one passthrough movie; one class for each strategy of putting freezes into a
+/// coded stream. `freezeEncoding` says what freeze clips must match, `plan` decides which samples there are,
+/// and `build` gives them their bytes once the clips are encoded.
 ///
-/// One movie, one thread. Whatever rules a passthrough out throws CannotPassThrough or
-/// bitstream::BitstreamError.
+/// A builder keeps nothing between calls but what it has read of the source. One movie, one thread. Whatever
+/// rules a passthrough out throws CannotPassThrough or bitstream::BitstreamError.
 class VideoTrackBuilder {
 public:
     VideoTrackBuilder() = default;
@@ -34,22 +34,20 @@ public:
     /// What freeze clips must match.
     virtual FreezeEncoding freezeEncoding() const = 0;
 
-    /// Plans the movie; asked for once. The caller may still shift its edit by delayEdit, where the sound
-    /// needs a lead.
-    virtual SamplePlan& plan(const VideoCut& cut) = 0;
-
-    /// Whether the plan wants a clip of the first, or of the last shown picture (see Clips).
-    virtual bool wantsLeadIn() const { return false; }
-    virtual bool wantsLeadOut() const { return false; }
+    /// Reads headers around the cuts.
+    virtual VideoPlan plan(const VideoCut& cut) = 0;
 
     struct Clips {
         std::span<const std::filesystem::path> freezes; ///< one for each freeze of the cut
-        std::filesystem::path leadIn;                   ///< where wanted
-        std::filesystem::path leadOut;
+        std::filesystem::path leadIn;  ///< of the first shown picture, if the plan has a lead-in
+        std::filesystem::path leadOut; ///< of the last shown picture, if the plan has a lead-out
     };
 
-    /// The planned track. Source samples are in store 0, all bytes of our own go to `spool`.
-    virtual OutputTrack build(const Clips& clips, SpoolStore& spool) = 0;
+    /// The planned track. Its edit starts at `editStart` (output ticks), which is not less than the plan's.
+    /// Samples of the source are in Store::source, bytes of our own are appended to `spool`. `plan` is one
+    /// that this builder made. Throws MediaError too: a clip cannot be read, the spool cannot be written.
+    virtual OutputTrack build(const VideoPlan& plan, std::int64_t editStart, const Clips& clips,
+                              SpoolStore& spool) = 0;
 };
 
 } // namespace zelvra::passthrough

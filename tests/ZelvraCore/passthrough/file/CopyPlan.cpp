@@ -20,7 +20,7 @@ OutputTrack copied(const isobmff::Track& source) {
     track.width = source.width;
     track.height = source.height;
     for (const isobmff::Sample& sample : source.samples) {
-        track.samples.push_back({{0, sample.size, sample.offset},
+        track.samples.push_back({{Store::source, sample.size, sample.offset},
                                  sample.decodeTime,
                                  static_cast<std::uint32_t>(sample.compositionOffset),
                                  sample.sync});

@@ -7,7 +7,7 @@
 
 namespace zelvra::test {
 
-/// The plan that stores a movie's pictures and sound as they are, from store 0, under its first edit.
+/// The plan that stores a movie's pictures and sound as they are, from Store::source, under its first edit.
 passthrough::OutputMovie copyPlan(const isobmff::Movie& movie, MovieContainer container);
 
 } // namespace zelvra::test

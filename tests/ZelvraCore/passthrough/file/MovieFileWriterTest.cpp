@@ -22,38 +22,41 @@ using test::SoundCodec;
 
 struct Copy {
     explicit Copy(const std::filesystem::path& file, Container container = Container::mpeg4)
-        : stores{std::make_shared<files::FileByteSource>(file)},
-          plan(test::copyPlan(isobmff::readMovie(*stores[0]), container)) {}
+        : source(file), plan(test::copyPlan(isobmff::readMovie(source), container)) {}
 
-    MovieStores stores;
+    MovieStores stores() const { return {source, noSpool}; }
+
+    files::FileByteSource source;
+    files::MemoryByteSource noSpool{{}};
     OutputMovie plan;
 };
 
 /// A movie large enough for several steps of the copy: its pictures are stored again and again.
-Copy largeCopy(const std::filesystem::path& file) {
-    Copy copy(file);
-    OutputTrack& video = copy.plan.tracks.at(0);
-    const std::vector<OutputSample> once = video.samples;
-    const std::int64_t length = video.mediaDuration;
-    for (int i = 1; i < 400; ++i) {
-        for (OutputSample sample : once) {
-            sample.decodeTime += i * length;
-            video.samples.push_back(sample);
+struct LargeCopy : Copy {
+    explicit LargeCopy(const std::filesystem::path& file) : Copy(file) {
+        OutputTrack& video = plan.tracks.at(0);
+        const std::vector<OutputSample> once = video.samples;
+        const std::int64_t length = video.mediaDuration;
+        for (int i = 1; i < 400; ++i) {
+            for (OutputSample sample : once) {
+                sample.decodeTime += i * length;
+                video.samples.push_back(sample);
+            }
         }
+        video.mediaDuration *= 400;
     }
-    video.mediaDuration *= 400;
-    return copy;
-}
+};
 
 std::filesystem::path aMovie() {
     return test::movieFile({.width = 640, .height = 360, .frames = 90, .sound = SoundCodec::aac});
 }
 
-/// What the write throws; nothing where it succeeds.
+/// What the write throws; `nullopt` if it succeeds.
 std::optional<MediaError> failure(const Copy& copy, const std::filesystem::path& destination,
-                                  const WriteProgress& progress = {}, const std::stop_token& stop = {}) {
+                                  const files::WriteProgress& progress = {},
+                                  const std::stop_token& stop = {}) {
     try {
-        writeMovieFile(copy.plan, copy.stores, destination, progress, stop);
+        writeMovieFile(copy.plan, copy.stores(), destination, progress, stop);
         return std::nullopt;
     } catch (const MediaError& error) {
         return error;
@@ -75,7 +78,7 @@ TEST(MovieFileWriter, WritesMoviesThatShowAndSoundTheSame) {
         SCOPED_TRACE(test.name);
         const auto source = test::movieFile(test.movie);
         const Copy copy(source, test.container);
-        writeMovieFile(copy.plan, copy.stores, folder / test.name);
+        writeMovieFile(copy.plan, copy.stores(), folder / test.name);
         EXPECT_EQ(test::hashFrames(folder / test.name), test::hashFrames(source));
         EXPECT_EQ(test::readSound(folder / test.name).samples, test::readSound(source).samples);
         EXPECT_TRUE(test::showMovie(folder / test.name).complaints.empty());
@@ -84,23 +87,21 @@ TEST(MovieFileWriter, WritesMoviesThatShowAndSoundTheSame) {
 
 TEST(MovieFileWriter, WritesTheSameBytesFromMemoryAsFromAFile) {
     const test::TemporaryFolder folder;
-    Copy copy(aMovie());
-    writeMovieFile(copy.plan, copy.stores, folder / "file.mp4");
-    copy.stores[0] = std::make_shared<files::MemoryByteSource>(test::readBytes(aMovie()));
-    writeMovieFile(copy.plan, copy.stores, folder / "memory.mp4");
+    const Copy copy(aMovie());
+    writeMovieFile(copy.plan, copy.stores(), folder / "file.mp4");
+    const files::MemoryByteSource memory(test::readBytes(aMovie()));
+    writeMovieFile(copy.plan, {memory, copy.noSpool}, folder / "memory.mp4");
     EXPECT_EQ(test::readBytes(folder / "file.mp4"), test::readBytes(folder / "memory.mp4"));
-    copyFile(copy.stores[0], folder / "same.mov");
-    EXPECT_EQ(test::readBytes(folder / "same.mov"), test::readBytes(aMovie()));
 }
 
-TEST(MovieFileWriter, TellsItsProgressToTheEnd) {
+TEST(MovieFileWriter, ReportsItsProgressToTheEnd) {
     const test::TemporaryFolder folder;
-    std::vector<double> told;
-    ASSERT_FALSE(
-        failure(largeCopy(aMovie()), folder / "out.mp4", [&told](double done) { told.push_back(done); }));
-    EXPECT_GT(told.size(), 3u);
-    EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
-    EXPECT_EQ(told.back(), 1);
+    std::vector<double> reported;
+    ASSERT_FALSE(failure(LargeCopy(aMovie()), folder / "out.mp4",
+                         [&reported](double done) { reported.push_back(done); }));
+    EXPECT_GT(reported.size(), 3u);
+    EXPECT_TRUE(std::is_sorted(reported.begin(), reported.end()));
+    EXPECT_EQ(reported.back(), 1);
 }
 
 TEST(MovieFileWriter, StopsSoonAndLeavesTheOldOutput) {
@@ -108,7 +109,7 @@ TEST(MovieFileWriter, StopsSoonAndLeavesTheOldOutput) {
     test::writeBytes(folder / "out.mp4", {7});
     std::stop_source stop;
     const auto error = failure(
-        largeCopy(aMovie()), folder / "out.mp4",
+        LargeCopy(aMovie()), folder / "out.mp4",
         [&stop](double done) {
             EXPECT_LT(done, 0.9);
             stop.request_stop();
@@ -124,8 +125,7 @@ TEST(MovieFileWriter, RefusesASourceThatHasBecomeShorter) {
     const test::TemporaryFolder folder;
     std::filesystem::copy_file(aMovie(), folder / "source.mov");
     for (const std::uintmax_t left : {std::uintmax_t{0}, std::uintmax_t{4000}}) {
-        const Copy copy(aMovie());
-        Copy shortened(folder / "source.mov");
+        const Copy shortened(folder / "source.mov");
         std::filesystem::resize_file(folder / "source.mov", left);
         const auto error = failure(shortened, folder / "out.mp4");
         ASSERT_TRUE(error);
@@ -141,7 +141,7 @@ TEST(MovieFileWriter, SaysThatTheDiskIsFull) {
     if (::mount("tmpfs", folder.path().c_str(), "tmpfs", 0, "size=1m") != 0) {
         GTEST_SKIP() << "may not mount a small file system";
     }
-    const auto error = failure(largeCopy(aMovie()), folder / "out.mp4");
+    const auto error = failure(LargeCopy(aMovie()), folder / "out.mp4");
     EXPECT_TRUE(folder.names().empty());
     ::umount(folder.path().c_str());
     ASSERT_TRUE(error);

@@ -25,8 +25,10 @@ OutputTrack trackOf(OutputTrack::Kind kind, std::size_t count, std::uint32_t byt
     track.sampleEntry = isobmff::makeBox(isVideo ? fourCharCode("avc1") : fourCharCode("mp4a"), Bytes(78));
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint32_t offset = isVideo ? static_cast<std::uint32_t>(ticks * (i % 2 == 0 ? 1 : 3)) : 0;
-        track.samples.push_back(
-            {{0, bytes, i * bytes}, static_cast<std::int64_t>(i) * ticks, offset, !isVideo || i % 10 == 0});
+        track.samples.push_back({{Store::source, bytes, i * bytes},
+                                 static_cast<std::int64_t>(i) * ticks,
+                                 offset,
+                                 !isVideo || i % 10 == 0});
     }
     track.mediaDuration = static_cast<std::int64_t>(count) * ticks + 1; // the last one is longer
     track.editDuration = track.mediaDuration;

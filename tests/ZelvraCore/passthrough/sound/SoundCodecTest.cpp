@@ -93,13 +93,13 @@ TEST(SoundSampleEntry, TakesTheFormOfTheContainer) {
 
 TEST(SpoolStore, GivesBackWhatItTookAndLeavesNoName) {
     const test::TemporaryFolder folder;
-    SpoolStore spool(folder.path(), 3);
+    SpoolStore spool(folder.path());
     spool.append(Bytes{1, 2, 3});
     const StoredBytes stored = spool.append(Bytes{4, 5});
-    EXPECT_EQ(stored.store, 3u);
+    EXPECT_EQ(stored.store, Store::spool);
     EXPECT_EQ(spool.readBytes(stored.offset, stored.size), (Bytes{4, 5}));
     EXPECT_TRUE(folder.names().empty());
-    EXPECT_THROW(SpoolStore(folder / "missing", 1), MediaError);
+    EXPECT_THROW(SpoolStore(folder / "missing"), MediaError);
 }
 
 } // namespace

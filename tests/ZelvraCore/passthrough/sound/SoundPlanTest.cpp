@@ -175,7 +175,7 @@ TEST(SoundPlan, CutsPcmAtTheSample) {
                                                 Run{Kind::source, 10'001, 999, 23'501, 999}));
 
     const std::vector<OutputSample> samples =
-        soundSamples(plan, source.packets, 0, {{1, 16'384 * 4, 0}, 16'384});
+        soundSamples(plan, source.packets, Store::source, {{Store::spool, 16'384 * 4, 0}, 16'384});
     EXPECT_EQ(samples.size(), 1u + 2u + 2u + 1u);
     EXPECT_EQ(samples[1].bytes.offset, 100'000u + 2200 * 4);
     EXPECT_EQ(samples[2].bytes.size, 401u * 4);

@@ -178,10 +178,10 @@ void expectSound(const SamplePlan& plan, const SourcePictures& pictures, const V
 void expectSyncOnlyWhereDecodingCanStart(const StillPlan& plan, const Stream& stream) {
     for (std::size_t i = 1; i < plan.samples.samples.size(); ++i) {
         const PlannedSample& sample = plan.samples.samples[i];
-        const bool intra =
-            sample.kind == Kind::source
-                ? stream.samples[sample.index].sync
-                : sample.kind == Kind::freeze && plan.freezes[sample.index].coding == StillSite::Coding::idr;
+        const bool intra = sample.kind == Kind::source ? stream.samples[sample.index].sync
+                                                       : sample.kind == Kind::freeze &&
+                                                             plan.sites.freezes[sample.index].pictureType ==
+                                                                 StillSite::PictureType::idr;
         EXPECT_TRUE(intra || !sample.sync) << "sample " << i;
     }
 }

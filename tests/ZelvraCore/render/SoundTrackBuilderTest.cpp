@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ZelvraCore/render/SoundTrack.h"
+#include "ZelvraCore/render/SoundTrackBuilder.h"
+
 #include "ZelvraCore/isobmff/MovieReader.h"
 #include "ZelvraCore/passthrough/file/MovieFileWriter.h"
 #include "ZelvraCore/records/ZVError.h"
@@ -26,15 +27,15 @@ struct Export {
 
 /// Writes a movie of nothing but the sound.
 Export exportSound(const std::filesystem::path& source, const std::filesystem::path& output,
-                   const std::vector<SoundPiece>& pieces, CMTime leadIn, Container container) {
+                   const std::vector<SoundPiece>& pieces, CMTime editStart, Container container) {
     const Asset asset(source);
-    const auto spool = std::make_shared<passthrough::SpoolStore>(output.parent_path(), 1);
-    SoundTrack sound(asset, pieces, container);
+    passthrough::SpoolStore spool(output.parent_path());
+    const ChosenSound sound = chooseSound(asset, pieces, container);
     OutputMovie movie;
     movie.container = container;
-    movie.tracks.push_back(sound.build(leadIn, *spool));
-    passthrough::writeMovieFile(movie, {std::make_shared<files::FileByteSource>(source), spool}, output);
-    return {movie.tracks.front(), sound.notice()};
+    movie.tracks.push_back(sound.builder->build(editStart, spool));
+    passthrough::writeMovieFile(movie, {asset.bytes(), spool}, output);
+    return {movie.tracks.front(), sound.notice};
 }
 
 struct SourceKind {
@@ -161,7 +162,7 @@ std::vector<SourceKind> sourceKinds() {
 INSTANTIATE_TEST_SUITE_P(Source, SoundOf, testing::ValuesIn(sourceKinds()),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST(SoundTrack, EncodesAnewWhatSeveralEditsCutApart) {
+TEST(SoundTrackBuilder, EncodesAnewWhatSeveralEditsCutApart) {
     constexpr std::int64_t rate = 48000;
     const auto source =
         movieFile({.frames = 150, .sound = SoundCodec::aac, .shown = {{{1, 1}, {3, 2}}, {{3, 1}, {1, 1}}}});
@@ -182,12 +183,13 @@ TEST(SoundTrack, EncodesAnewWhatSeveralEditsCutApart) {
     EXPECT_LT(peak(sound.between(1.03, 0.94)), 0.001);
 }
 
-TEST(SoundTrack, RefusesToFillDaysWithSilence) {
+TEST(SoundTrackBuilder, RefusesToFillDaysWithSilence) {
     const Asset source(movieFile({.frames = 60, .sound = SoundCodec::aac}));
-    EXPECT_THROW(SoundTrack(source, std::vector{play({0, 1}, {2'592'000, 1})}, Container::mpeg4), MediaError);
+    EXPECT_THROW(chooseSound(source, std::vector{play({0, 1}, {2'592'000, 1})}, Container::mpeg4),
+                 MediaError);
 }
 
-TEST(SoundTrack, PlaysRightInGStreamer) {
+TEST(SoundTrackBuilder, PlaysRightInGStreamer) {
     const TemporaryFolder folder;
     constexpr std::int64_t rate = 48000;
     const auto source = folder / "source.mov";
@@ -214,7 +216,7 @@ TEST(SoundTrack, PlaysRightInGStreamer) {
     }
 }
 
-TEST(SoundTrack, PassesThroughRealMovies) {
+TEST(SoundTrackBuilder, PassesThroughRealMovies) {
     int movies = 0;
     for (const std::filesystem::path& source : sharedMovies()) {
         const bool usable = !source.filename().string().starts_with("broken") &&

@@ -6,6 +6,7 @@
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 #include "ZelvraCore/media/FrameDuration.h"
 #include "ZelvraCore/media/HiddenPictures.h"
+#include "ZelvraCore/media/ffmpeg/LibraryVersions.h"
 #include "ZelvraCore/media/ffmpeg/PictureDecoder.h"
 #include "ZelvraCore/records/ZVError.h"
 
@@ -87,13 +88,12 @@ Frame firstPicture(Demuxer& demuxer) {
 /// Of the track and the movie together, as the demuxer has multiplied them.
 Orientation displayOrientation(const AVStream& stream) {
     constexpr std::size_t entries = 9;
-    std::size_t size = 0;
-    const std::uint8_t* data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
-    if (data == nullptr || size < entries * sizeof(std::int32_t)) {
+    std::array<std::int32_t, entries> matrix{};
+    const std::span<const std::uint8_t> data = sideData(stream, AV_PKT_DATA_DISPLAYMATRIX);
+    if (data.size() < sizeof(matrix)) {
         return {};
     }
-    std::array<std::int32_t, entries> matrix{};
-    std::memcpy(matrix.data(), data, sizeof(matrix));
+    std::memcpy(matrix.data(), data.data(), sizeof(matrix));
     return orientationOf({static_cast<double>(matrix[0]), static_cast<double>(matrix[1]),
                           static_cast<double>(matrix[3]), static_cast<double>(matrix[4]), 0, 0});
 }

@@ -80,7 +80,6 @@ std::span<const std::uint8_t> VideoEncoder::parameterSets() const {
 void VideoEncoder::send(AVFrame& picture) {
     picture.pts = count_++;
     picture.pict_type = AV_PICTURE_TYPE_NONE; // the encoder's to choose, not the source's
-    picture.key_frame = 0;
     throwOnError(avcodec_send_frame(context_.get(), &picture), "cannot encode a picture",
                  MediaError::Cause::unsupported);
 }

@@ -2,6 +2,7 @@
 
 #include "ZelvraCore/media/sound/SilentPacket.h"
 
+#include "ZelvraCore/media/ffmpeg/LibraryVersions.h"
 #include "ZelvraCore/media/sound/SoundDecoding.h"
 
 #include <algorithm>
@@ -126,13 +127,17 @@ Frame silentFrame(const AVCodecContext& encoder) {
 CodecContext encoderLike(const TrackDecoder& track) {
     const AVCodecContext& decoder = track.context();
     const AVCodec* codec = avcodec_find_encoder(decoder.codec_id);
-    if (codec == nullptr || codec->sample_fmts == nullptr) {
+    if (codec == nullptr) {
+        return nullptr;
+    }
+    const std::span<const AVSampleFormat> formats = ffmpeg::sampleFormats(*codec);
+    if (formats.empty()) {
         return nullptr;
     }
     auto encoder = ffmpeg::owned<CodecContext>(avcodec_alloc_context3(codec));
     const bool deep = decoder.bits_per_raw_sample > 16;
     const AVSampleFormat wanted = deep ? AV_SAMPLE_FMT_S32P : AV_SAMPLE_FMT_S16P;
-    encoder->sample_fmt = codec->id == AV_CODEC_ID_ALAC ? wanted : codec->sample_fmts[0];
+    encoder->sample_fmt = codec->id == AV_CODEC_ID_ALAC ? wanted : formats.front();
     encoder->bits_per_raw_sample = decoder.bits_per_raw_sample;
     encoder->sample_rate = decoder.sample_rate;
     encoder->time_base = {1, decoder.sample_rate};

@@ -3,34 +3,21 @@
 #pragma once
 
 #include "ZelvraApp/files/PreferenceStore.h"
+#include "ZelvraCore/OutputNames.h"
 
-#include <array>
 #include <filesystem>
 #include <optional>
 
 namespace zelvra {
 
-/// Which folder exported movies go to.
-enum class OutputLocationMode {
-    sameAsSource, ///< the source's own
-    subfolder,    ///< one inside the source's
-    custom,       ///< one chosen folder
-};
-
-/// In the order in which the settings offer them.
-inline constexpr std::array allOutputLocationModes{OutputLocationMode::sameAsSource,
-                                                   OutputLocationMode::subfolder, OutputLocationMode::custom};
-
-/// "sameAsSource", "subfolder" or "custom": how a mode is kept in the preferences.
+/// How a mode is kept in the preferences.
 QString rawValue(OutputLocationMode mode);
-/// The mode of that raw value; nothing for any other text.
-std::optional<OutputLocationMode> outputLocationMode(const QString& rawValue);
 
 /// Where exported movies go and what they are called. Made afresh from the preferences for each export.
 struct OutputLocation {
     OutputLocationMode mode = OutputLocationMode::subfolder;
-    QString subfolderName = QStringLiteral("highlighted");
-    QString customFolderPath = {}; ///< absolute; empty where none was chosen
+    QString subfolderName = QString::fromUtf8(standardSubfolderName);
+    QString customFolderPath = {}; ///< absolute; empty if none was chosen
     bool includeAudio = true;
 
     static OutputLocation loadFromUserDefaults(const PreferenceStore& store);

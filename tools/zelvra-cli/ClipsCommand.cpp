@@ -2,115 +2,108 @@
 
 #include "tools/zelvra-cli/ClipsCommand.h"
 
-#include "ZelvraApp/files/FilePaths.h"
-#include "ZelvraApp/session/AppState.h"
-#include "ZelvraApp/session/Background.h"
+#include "ZelvraCore/Render.h"
+#include "ZelvraCore/SourceProbe.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tools/zelvra-cli/Annotations.h"
 #include "tools/zelvra-cli/HighlightText.h"
 #include "tools/zelvra-cli/Interrupt.h"
 #include "tools/zelvra-cli/ProgressReport.h"
 
-#include <QCoreApplication>
-#include <QTemporaryDir>
-
-#include <clocale>
 #include <iostream>
 #include <stdexcept>
+#include <vector>
 
 namespace zelvra::cli {
 namespace {
 
-/// Where the clips go, as preferences that only this run sees.
-PreferenceStore::Changes placesOf(const ClipsRequest& request, const Annotations& annotations) {
-    PreferenceStore::Changes changes;
-    const std::string mode = request.mode.value_or(request.folder ? "custom" : "subfolder");
-    changes.set(preferences::outputMode, QString::fromStdString(mode));
-    if (request.folder) {
-        changes.set(preferences::outputCustomFolderPath, textOf(std::filesystem::absolute(*request.folder)));
-    }
-    if (request.subfolder) {
-        changes.set(preferences::outputSubfolderName, QString::fromStdString(*request.subfolder));
-    }
-    changes.set(preferences::outputIncludeAudio, annotations.includeAudio.value_or(true));
-    return changes;
+OutputFolder folderOf(const ClipsRequest& request) {
+    OutputFolder folder;
+    folder.mode =
+        request.mode.value_or(request.folder ? OutputLocationMode::custom : OutputLocationMode::subfolder);
+    folder.customFolderPath = request.folder ? std::filesystem::absolute(*request.folder).string() : "";
+    folder.subfolderName = request.subfolder.value_or(folder.subfolderName);
+    return folder;
 }
 
-void mark(AppState& session, const AnnotatedClip& clip) {
-    // The session takes highlights from its editor, which has the frame before its eyes; none is needed here.
-    static const auto noRaster =
-        std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)});
-    session.setTrim(CMTimeRange::fromStartToEnd(clip.start, clip.end));
-    for (const Highlight& highlight : clip.highlights) {
-        session.setDraft(
-            HighlightDraft::editing(highlight, Image(noRaster, {}), session.sourceInfo()->displaySize));
-        session.commitDraft();
-    }
-    session.markCurrentClip();
-}
-
-void throwFailure(const AppState& session) {
-    if (!session.errorMessage().isEmpty()) {
-        throw std::runtime_error(session.errorMessage().toStdString());
+/// Runs `step`. What is wrong there is thrown as a line that begins with `what`, except a request to stop.
+template <class Step>
+auto during(const std::string& what, Step step) {
+    try {
+        return step();
+    } catch (const MediaError& error) {
+        if (error.cause() == MediaError::Cause::cancelled) {
+            throw;
+        }
+        throw std::runtime_error(what + ": " + error.what());
+    } catch (const std::exception& error) {
+        throw std::runtime_error(what + ": " + error.what());
     }
 }
 
-/// Waits for what the session does, unless the user interrupts it.
-void await(QCoro::Task<> task, const Interrupt& interrupt) {
-    QCoro::waitFor(task);
-    if (interrupt.token().stop_requested()) {
-        throw MediaError(MediaError::Cause::cancelled, "cancelled");
-    }
+std::string clipFailed(std::size_t index) {
+    return "Clip " + std::to_string(index + 1) + " failed";
 }
 
-/// Cleaning up is the workers' part, also when a session is left early.
-struct WorkersEnd {
-    WorkersEnd() = default;
-    WorkersEnd(const WorkersEnd&) = delete;
-    WorkersEnd& operator=(const WorkersEnd&) = delete;
-    ~WorkersEnd() { finishWorkers(); }
-};
+/// The opened movie, proven to have pictures.
+Asset open(const std::filesystem::path& movie) {
+    Asset asset(movie);
+    loadSourceInfo(asset);
+    return asset;
+}
+
+/// Refuses to write over the source, before any clip is written. Then makes the folder, which is the same for
+/// all outputs.
+void prepare(const std::vector<std::filesystem::path>& outputs, const std::filesystem::path& source) {
+    std::error_code error;
+    for (std::size_t index = 0; index < outputs.size(); ++index) {
+        if (std::filesystem::equivalent(source, outputs[index], error)) {
+            throw std::runtime_error(clipFailed(index) + ": the output would replace the source movie: " +
+                                     outputs[index].string());
+        }
+    }
+    error.clear();
+    std::filesystem::create_directories(outputs.front().parent_path(), error);
+    if (error) {
+        throw std::runtime_error("Couldn't create output folder: " + error.message());
+    }
+}
 
 } // namespace
 
 void clipsCommand(const ClipsRequest& request) {
     const Annotations annotations = readAnnotations(request.annotations);
-    if (annotations.clips.empty()) {
+    const std::vector<AnnotatedClip>& clips = annotations.clips;
+    if (clips.empty()) {
         throw BadRequest(request.annotations.string() + ": no clips");
     }
     const Interrupt interrupt;
-    qputenv("ZELVRA_AUDIO", "null");
-    int argc = 1;
-    char name[] = "zelvra-cli";
-    char* argv[] = {name, nullptr};
-    const QCoreApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
-    const std::stop_callback endEarly(interrupt.token(), [] {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(), [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
-    });
-
-    const QTemporaryDir own;
-    PreferenceStore preferences(pathOf(own.filePath(QStringLiteral("preferences.json"))));
-    preferences.write(placesOf(request, annotations));
-    const WorkersEnd workersEnd; // after the session, which tells its export to stop
-    AppState session(preferences);
-    await(session.load(std::filesystem::absolute(request.movie)), interrupt);
-    throwFailure(session);
-    for (const AnnotatedClip& clip : annotations.clips) {
-        mark(session, clip);
+    const std::filesystem::path movie = std::filesystem::absolute(request.movie);
+    const Asset source = during("Failed to load", [&] { return open(movie); });
+    std::vector<std::filesystem::path> outputs;
+    for (std::size_t index = 0; index < clips.size(); ++index) {
+        outputs.push_back(outputPath(folderOf(request), movie, static_cast<int>(index + 1)));
     }
+    prepare(outputs, movie);
     {
         ProgressReport report(std::cerr, progressStyle(request.quiet));
-        const auto reporting = QObject::connect(&session, &AppState::exportProgressChanged, &session,
-                                                [&] { report.update(session.exportProgress()); });
-        await(session.exportMovies(), interrupt);
-        QObject::disconnect(reporting);
+        for (std::size_t index = 0; index < clips.size(); ++index) {
+            const auto overall = [&, index](double fraction) {
+                report.update((static_cast<double>(index) + fraction) / static_cast<double>(clips.size()));
+            };
+            during(clipFailed(index), [&] {
+                return renderHighlights(
+                    source, clips[index].highlights, outputs[index],
+                    {.sourceRange = CMTimeRange::fromStartToEnd(clips[index].start, clips[index].end),
+                     .includeAudio = annotations.includeAudio.value_or(true),
+                     .progress = overall,
+                     .notice = {},
+                     .stop = interrupt.token()});
+            });
+        }
     }
-    throwFailure(session);
-    const OutputLocation location = OutputLocation::loadFromUserDefaults(preferences);
-    for (int number = 1; number <= static_cast<int>(annotations.clips.size()); ++number) {
-        std::cout << location.resolveOutputURL(*session.videoFile(), number).string() << '\n';
+    for (const std::filesystem::path& output : outputs) {
+        std::cout << output.string() << '\n';
     }
 }
 

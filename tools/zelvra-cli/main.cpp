@@ -55,7 +55,7 @@ int run(int argc, char** argv) {
     program.require_subcommand(1);
 
     std::filesystem::path movie, output, annotations;
-    std::string at, from, to;
+    std::string at, from, to, mode;
     std::vector<std::string> highlights;
     ExportRequest request;
     bool noAudio = false;
@@ -85,7 +85,7 @@ int run(int argc, char** argv) {
     CLI::App& marked = *program.add_subcommand("clips", "Write each marked clip as a movie of its own");
     addPath(marked, "movie", clips.movie, "The movie");
     addPath(marked, "--annotations", clips.annotations, "The clips, from a JSON file");
-    marked.add_option("--mode", clips.mode, "Where they go: sameAsSource, subfolder or custom")
+    marked.add_option("--mode", mode, "Where they go: sameAsSource, subfolder or custom")
         ->check(CLI::IsMember({"sameAsSource", "subfolder", "custom"}))
         ->type_name("MODE");
     marked.add_option("--folder", clips.folder, "The folder of mode custom")->type_name("PATH");
@@ -126,6 +126,7 @@ int run(int argc, char** argv) {
     } else if (frame.parsed()) {
         frameCommand(movie, *moment, output);
     } else if (marked.parsed()) {
+        clips.mode = modeOfName(mode);
         clipsCommand(clips);
     } else {
         if (!annotations.empty()) {

@@ -154,22 +154,52 @@ TEST(CommandLine, IsCompletedAndExplainedOptionByOption) {
     }
 }
 
-TEST(CommandLine, LeavesNothingBehindWhenInterrupted) {
-    const TemporaryFolder folder;
-    const std::string movie = movieFile({.width = 1280, .height = 720, .frames = 30});
-    std::string command = "TMPDIR=" + folder.path().string() + " " + ZELVRA_CLI + " export " + movie +
-                          " --output " + (folder / "out.mp4").string();
-    for (int i = 0; i < 40; ++i) { // enough to be busy with when the signal comes
-        command += " --highlight at=0.5,duration=0.1";
-    }
-    // Job control keeps a background job's SIGINT alive. The export is under way when its first clip is
-    // there.
-    const std::string underWay = "ls " + folder.path().string() + " | grep -q zv_freeze_";
-    const ProcessResult result = runProcess(
+/// Runs the program in the background and interrupts it as soon as there is a freeze clip, and the output
+/// that must be `finished` by then. Job control lets SIGINT reach a background job.
+ProcessResult interrupted(const TemporaryFolder& folder, const std::string& arguments,
+                          const std::string& finished = "") {
+    const std::string command = "TMPDIR=" + folder.path().string() + " " + ZELVRA_CLI + " " + arguments;
+    const std::string underWay = "ls " + folder.path().string() + " | grep -q zv_freeze_ && [ -e " +
+                                 (folder / finished).string() + " ]";
+    return runProcess(
         {"bash", "-c",
          "set -m; " + command + " & until " + underWay + "; do sleep 0.02; done; kill -INT $!; wait $!"});
+}
+
+const NumberedMovie large{.width = 1280, .height = 720, .frames = 30};
+
+TEST(CommandLine, LeavesNothingBehindWhenInterrupted) {
+    const TemporaryFolder folder;
+    std::string arguments =
+        "export " + movieFile(large).string() + " --output " + (folder / "out.mp4").string();
+    for (int i = 0; i < 40; ++i) { // enough to be busy with when the signal comes
+        arguments += " --highlight at=0.5,duration=0.1";
+    }
+    const ProcessResult result = interrupted(folder, arguments);
     EXPECT_EQ(result.exitCode, 1) << result.errors;
     EXPECT_TRUE(folder.names().empty());
+}
+
+TEST(CommandLine, KeepsFinishedClipsOnlyWhenInterrupted) {
+    const TemporaryFolder folder;
+    const TemporaryFolder notes;
+    nlohmann::json busy = {{"start", 0.2}, {"end", 0.8}};
+    for (int i = 0; i < 40; ++i) {
+        busy["highlights"].push_back({{"at", 0.5}, {"duration", 0.1}});
+    }
+    const nlohmann::json quick = {{"start", 0}, {"end", 0.5}};
+    std::ofstream(notes / "notes.json") << nlohmann::json{{"clips", {quick, busy, quick}}};
+    const std::filesystem::path movie = movieFile(large);
+    const std::string first = movie.stem().string() + "_clip_01_highlighted" + movie.extension().string();
+    const ProcessResult result =
+        interrupted(folder,
+                    "clips " + movie.string() + " --quiet --annotations " + (notes / "notes.json").string() +
+                        " --folder " + folder.path().string(),
+                    first);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.errors.starts_with("cancelled\n")) << result.errors;
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(folder.names(), std::vector<std::string>{first});
 }
 
 } // namespace

@@ -30,6 +30,8 @@ struct PlannedSample {
     bool operator==(const PlannedSample&) const = default;
 };
 
+void appendTo(std::vector<PlannedSample>& samples, std::vector<PlannedSample> more);
+
 struct SamplePlan {
     std::uint32_t timescaleFactor = 1;
     std::vector<PlannedSample> samples; ///< in decode order; the first decodes at 0

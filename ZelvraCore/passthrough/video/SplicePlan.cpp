@@ -8,18 +8,20 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 namespace zelvra::passthrough {
 
 namespace {
 
 using Kind = PlannedSample::Kind;
+using Samples = std::vector<PlannedSample>;
 
 constexpr std::int64_t longestRunSeconds = 20;
-/// Hidden pictures that are given out all the same take this part of a frame together, so that a screen
-/// hardly catches one.
+/// Hidden pictures that are given out nevertheless take this part of a frame together, so that a screen
+/// hardly shows one.
 constexpr std::int64_t briefShare = 256;
-/// One could be held back until the next picture comes.
+/// A decoder could hold one back until the next picture comes.
 constexpr std::uint32_t copiesBeforeRun = 2;
 
 /// A stretch of the source between two cuts, with what must be decoded around it.
@@ -27,57 +29,35 @@ struct SourcePiece {
     std::uint32_t firstRank = 0;
     std::uint32_t endRank = 0;
     std::vector<std::uint32_t> indexes; ///< in decode order, hidden ones included
-    std::size_t hiddenBefore = 0;       ///< shown before the piece
-    std::size_t hiddenAfter = 0;        ///< shown after it
+    std::size_t hiddenBefore = 0;       ///< of these, shown before the piece
+    std::size_t hiddenAfter = 0;        ///< of these, shown after it
 
+    bool isEmpty() const { return firstRank == endRank; }
     bool shows(std::uint32_t rank) const { return rank >= firstRank && rank < endRank; }
 };
 
-/// Plans one movie; lives for one call.
-class SplicePlanner {
+/// What a movie stores of the source: one piece before each freeze and one after the last; empty ones where
+/// freezes are at the same moment.
+class PieceFinder {
 public:
-    SplicePlanner(const SourcePictures& pictures, std::uint32_t timescale, const VideoCut& cut,
-                  const SpliceRules& rules)
-        : pictures_(pictures), timescale_(timescale), cut_(cut), rules_(rules) {}
+    PieceFinder(const SourcePictures& pictures, const VideoCut& cut, const SpliceRules& rules)
+        : pictures_(pictures), cut_(cut), rules_(rules) {}
 
-    SamplePlan plan() {
-        gatherPieces();
-        refuseLongRuns();
-        const FreezeClock clock(cut_, timescale_, factorForHidden());
-        plan_.timescaleFactor = clock.factor();
-        for (std::size_t k = 0; k <= cut_.freezes.size(); ++k) {
-            if (const SourcePiece& piece = pieces_[k]; piece.firstRank < piece.endRank) {
-                emitSource(k, clock.totalBefore(k));
-            }
-            if (k < cut_.freezes.size()) {
-                emitFreeze(k, clock);
-            }
-        }
-        emitLeadOut();
-        finish(clock);
-        return std::move(plan_);
-    }
-
-private:
-    bool brief() const { return rules_.hiding == Hiding::brief; }
-
-    std::int64_t scaled(std::int64_t mediaTime) const {
-        return (mediaTime - cut_.start) * static_cast<std::int64_t>(plan_.timescaleFactor);
-    }
-
-    /// One piece before each freeze and one after the last; empty where freezes share a moment.
-    void gatherPieces() {
+    std::vector<SourcePiece> pieces() const {
+        std::vector<SourcePiece> pieces;
         std::uint32_t rank = cut_.firstRank;
         for (std::size_t k = 0; k <= cut_.freezes.size(); ++k) {
             const std::uint32_t end = k < cut_.freezes.size() ? cut_.freezes[k].position : cut_.endRank;
-            pieces_.push_back(pieceOf(rank, end));
+            pieces.push_back(pieceOf(rank, end));
             rank = end;
         }
+        return pieces;
     }
 
+private:
     SourcePiece pieceOf(std::uint32_t firstRank, std::uint32_t endRank) const {
         SourcePiece piece{.firstRank = firstRank, .endRank = endRank, .indexes = {}};
-        if (firstRank == endRank) {
+        if (piece.isEmpty()) {
             return piece;
         }
         const std::uint32_t head = pictures_.syncBefore(pictures_.indexAt(firstRank), rules_.canResumeAt);
@@ -90,8 +70,9 @@ private:
         }
         for (std::uint32_t i = head; i <= last; ++i) {
             // Leading pictures refer to the group before, which is not decoded again. H.264 resumes at IDR
-            // pictures, behind which there are none.
-            const bool leads = !brief() && pictures_.presentationTime(i) < pictures_.presentationTime(head);
+            // pictures, which have none.
+            const bool leads = rules_.hiding == Hiding::neverShown &&
+                               pictures_.presentationTime(i) < pictures_.presentationTime(head);
             const bool shown = piece.shows(pictures_.rankOf(i));
             if (shown || (!leads && !rules_.isDisposable(i))) {
                 piece.indexes.push_back(i);
@@ -102,71 +83,82 @@ private:
         return piece;
     }
 
-    void refuseLongRuns() const {
-        std::int64_t total = 0;
-        for (const SourcePiece& piece : pieces_) {
-            if (piece.hiddenBefore == 0) {
-                continue;
-            }
-            const std::int64_t run =
-                pictures_.timeAtRank(piece.firstRank) - pictures_.presentationTime(piece.indexes.front());
-            if (run > longestRunSeconds * timescale_) {
-                throw CannotPassThrough("its groups of pictures are too long");
-            }
-            total += run;
+    const SourcePictures& pictures_;
+    const VideoCut& cut_;
+    const SpliceRules& rules_;
+};
+
+void refuseLongRuns(const std::vector<SourcePiece>& pieces, const SourcePictures& pictures,
+                    std::uint32_t timescale) {
+    std::int64_t total = 0;
+    for (const SourcePiece& piece : pieces) {
+        if (piece.hiddenBefore == 0) {
+            continue;
         }
-        const std::int64_t whole = pictures_.endAtRank(pictures_.count() - 1) - pictures_.timeAtRank(0);
-        if (2 * total > whole && cut_.freezes.size() > 1) {
-            throw CannotPassThrough("more of it would have to be stored twice than once");
+        const std::int64_t run =
+            pictures.timeAtRank(piece.firstRank) - pictures.presentationTime(piece.indexes.front());
+        if (run > longestRunSeconds * timescale) {
+            throw CannotPassThrough("its groups of pictures are too long");
+        }
+        total += run;
+    }
+    const std::int64_t whole = pictures.endAtRank(pictures.count() - 1) - pictures.timeAtRank(0);
+    const bool severalFreezes = pieces.size() > 2;
+    if (2 * total > whole && severalFreezes) {
+        throw CannotPassThrough("more of it would have to be stored twice than once");
+    }
+}
+
+/// Samples that are hidden before a piece's pictures, copies of a still included.
+std::size_t hiddenBefore(const SourcePiece& piece, Hiding hiding) {
+    return piece.hiddenBefore + (hiding == Hiding::brief && piece.hiddenBefore > 0 ? copiesBeforeRun : 0);
+}
+
+/// Hidden pictures take a tick each. All that come before a piece fit into the last frame of the freeze
+/// there, all after it into the time of its last picture; if they are given out, into a small part of these.
+std::uint32_t factorForHidden(const std::vector<SourcePiece>& pieces, const SourcePictures& pictures,
+                              std::uint32_t timescale, const VideoCut& cut, Hiding hiding) {
+    const bool brief = hiding == Hiding::brief;
+    const std::int64_t freezeFrame =
+        cut.frameDuration.converted(static_cast<std::int32_t>(timescale), Rounding::down).value;
+    std::int64_t factor = 1;
+    const auto makeRoom = [&factor, brief](std::size_t hidden, std::int64_t ticks) {
+        const std::int64_t needed = (static_cast<std::int64_t>(hidden) + 2) * (brief ? briefShare : 1);
+        ticks = std::max<std::int64_t>(ticks, 1);
+        factor = std::max(factor, (needed + ticks - 1) / ticks);
+    };
+    for (std::size_t k = 0; k < pieces.size(); ++k) {
+        if (k > 0 || brief) {
+            makeRoom(hiddenBefore(pieces[k], hiding), freezeFrame);
+        }
+        if (pieces[k].hiddenAfter > 0) {
+            const std::int64_t lastFrame =
+                cut.momentOf(pieces[k].endRank, pictures) - cut.momentOf(pieces[k].endRank - 1, pictures);
+            makeRoom(pieces[k].hiddenAfter, std::min(freezeFrame, lastFrame));
         }
     }
+    return static_cast<std::uint32_t>(
+        std::min<std::int64_t>(factor, std::numeric_limits<std::int32_t>::max()));
+}
 
-    /// Samples that are hidden in front of a piece's pictures, copies of a still included.
-    std::size_t hiddenBefore(const SourcePiece& piece) const {
-        return piece.hiddenBefore + (brief() && piece.hiddenBefore > 0 ? copiesBeforeRun : 0);
-    }
+/// Gives the samples of one movie their times; lives for one call. Each operation answers from the inputs and
+/// from what it is given, and keeps nothing. Times are output ticks from the start of what is shown.
+class SpliceTimes {
+public:
+    SpliceTimes(const SourcePictures& pictures, const VideoCut& cut, Hiding hiding,
+                const std::vector<SourcePiece>& pieces, const FreezeClock& clock)
+        : pictures_(pictures), cut_(cut), hiding_(hiding), pieces_(pieces), clock_(clock) {}
 
-    /// The source's ticks that the last picture of a piece is shown for.
-    std::int64_t lastFrame(const SourcePiece& piece) const {
-        const std::uint32_t rank = piece.endRank - 1;
-        return cut_.momentOf(piece.endRank, pictures_) - cut_.momentOf(rank, pictures_);
-    }
-
-    /// Hidden pictures take a tick each; all that stand before a piece fit into the last frame of the freeze
-    /// there, all behind it into its last picture's time, or into a small part of either.
-    std::uint32_t factorForHidden() const {
-        const std::int64_t freezeFrame =
-            cut_.frameDuration.converted(static_cast<std::int32_t>(timescale_), Rounding::down).value;
-        std::int64_t factor = 1;
-        const auto makeRoom = [&factor, this](std::size_t hidden, std::int64_t ticks) {
-            const std::int64_t needed = (static_cast<std::int64_t>(hidden) + 2) * (brief() ? briefShare : 1);
-            ticks = std::max<std::int64_t>(ticks, 1);
-            factor = std::max(factor, (needed + ticks - 1) / ticks);
-        };
-        for (std::size_t k = 0; k < pieces_.size(); ++k) {
-            if (k > 0 || brief()) {
-                makeRoom(hiddenBefore(pieces_[k]), freezeFrame);
-            }
-            if (pieces_[k].hiddenAfter > 0) {
-                makeRoom(pieces_[k].hiddenAfter, std::min(freezeFrame, lastFrame(pieces_[k])));
-            }
-        }
-        return static_cast<std::uint32_t>(
-            std::min<std::int64_t>(factor, std::numeric_limits<std::int32_t>::max()));
-    }
-
-    /// What a hidden picture at the range's start lasts: nobody sees it, and nothing presses.
-    std::int64_t naturalFrame(const SourcePiece& piece) const {
-        const std::int64_t frame =
-            pictures_.endAtRank(piece.firstRank) - pictures_.timeAtRank(piece.firstRank);
-        return std::max<std::int64_t>(frame, 1) * plan_.timescaleFactor;
-    }
-
-    void emitSource(std::size_t pieceNumber, std::int64_t frozenBefore) {
+    /// The samples of a piece in decode order. Those that are hidden, copies of a still first, are decoded
+    /// right before the first that is shown.
+    Samples sourceSamples(std::size_t pieceNumber) const {
         const SourcePiece& piece = pieces_[pieceNumber];
+        if (piece.isEmpty()) {
+            return {};
+        }
         const std::int64_t tickBefore = pieceNumber == 0 && !brief() ? naturalFrame(piece) : 1;
-        const std::size_t base = plan_.samples.size();
-        emitCopies(pieceNumber);
+        const std::int64_t frozenBefore = clock_.totalBefore(pieceNumber);
+        Samples samples = copiesBefore(pieceNumber);
         std::size_t firstShown = 0;
         std::uint32_t nextShownRank = piece.firstRank;
         for (const std::uint32_t index : piece.indexes) {
@@ -175,40 +167,113 @@ private:
             sample.shown = piece.shows(pictures_.rankOf(index));
             sample.sync = sample.shown && pictures_.sample(index).sync;
             sample.startsRun = index == piece.indexes.front();
-            sample.presentationTime = sample.shown ? shownTime(piece, index, frozenBefore) : 0;
             if (sample.shown) {
-                // In decode order the n-th picture decodes when the n-th is shown: monotonous, and evenly
-                // spaced.
+                // In decode order the n-th picture decodes when the n-th is shown: the times increase, and
+                // are evenly spaced.
+                sample.presentationTime = shownTime(piece, index, frozenBefore);
                 sample.decodeTime = shownTime(piece, pictures_.indexAt(nextShownRank), frozenBefore);
-                firstShown = nextShownRank == piece.firstRank ? plan_.samples.size() : firstShown;
+                firstShown = nextShownRank == piece.firstRank ? samples.size() : firstShown;
                 ++nextShownRank;
             } else if (nextShownRank > piece.firstRank) {
-                sample.decodeTime = plan_.samples.back().decodeTime + 1;
+                sample.decodeTime = samples.back().decodeTime + 1;
             }
-            plan_.samples.push_back(sample);
+            samples.push_back(sample);
         }
-        for (std::size_t k = firstShown; k-- > base;) {
-            plan_.samples[k].decodeTime = plan_.samples[k + 1].decodeTime - tickBefore;
+        for (std::size_t i = firstShown; i-- > 0;) {
+            samples[i].decodeTime = samples[i + 1].decodeTime - tickBefore;
         }
-        presentHidden(pieceNumber, base, frozenBefore, tickBefore);
+        return withHiddenPresented(std::move(samples), pieceNumber, tickBefore);
     }
 
-    /// Copies of the still that is on screen before a hidden run; of the first shown picture at the very
-    /// start.
-    void emitCopies(std::size_t pieceNumber) {
+    Samples freezeSamples(std::size_t freeze) const {
+        const std::int64_t start =
+            scaled(cut_.momentOf(cut_.freezes[freeze].position, pictures_)) + clock_.totalBefore(freeze);
+        Samples samples;
+        for (const std::int64_t frame : framesOf(freeze)) {
+            PlannedSample sample;
+            sample.kind = Kind::freeze;
+            sample.sync = frame == 0 || brief();
+            sample.index = static_cast<std::uint32_t>(freeze);
+            sample.part = static_cast<std::uint32_t>(samples.size());
+            sample.decodeTime = sample.presentationTime = start + clock_.atFrame(frame);
+            samples.push_back(sample);
+        }
+        return samples;
+    }
+
+    /// Empty if it is not needed. References that are shown after the end are decoded, and a player that
+    /// ignores edits would rest on the last of them.
+    Samples leadOut(const Samples& before) const {
+        if (!brief() || pieces_.back().hiddenAfter == 0) {
+            return {};
+        }
+        PlannedSample still;
+        still.kind = Kind::leadOut;
+        still.shown = false;
+        still.decodeTime = before.back().decodeTime + 1;
+        for (const PlannedSample& sample : before) {
+            still.presentationTime = std::max(still.presentationTime, sample.presentationTime + 1);
+        }
+        return {still};
+    }
+
+    /// Delays the presentation so that nothing is shown before it is decoded, and starts decoding at 0.
+    SamplePlan planOf(Samples samples) const {
+        std::int64_t delay = 0;
+        for (const PlannedSample& sample : samples) {
+            delay = std::max(delay, sample.decodeTime - sample.presentationTime);
+        }
+        const std::int64_t first = samples.front().decodeTime;
+        const PlannedSample* before = nullptr;
+        for (PlannedSample& sample : samples) {
+            sample.decodeTime -= first;
+            sample.presentationTime += delay - first;
+            if (before && sample.decodeTime <= before->decodeTime) {
+                throw CannotPassThrough("its pictures' times leave no room for a freeze");
+            }
+            before = &sample;
+        }
+        samples.front().sync = true;
+        SamplePlan plan;
+        plan.timescaleFactor = clock_.factor();
+        plan.editStart = delay - first;
+        plan.editDuration = scaled(cut_.end) + clock_.total();
+        plan.mediaDuration = std::max(samples.back().decodeTime + 1, plan.editStart + plan.editDuration);
+        plan.samples = std::move(samples);
+        return plan;
+    }
+
+private:
+    bool brief() const { return hiding_ == Hiding::brief; }
+
+    std::int64_t scaled(std::int64_t mediaTime) const {
+        return (mediaTime - cut_.start) * std::int64_t{clock_.factor()};
+    }
+
+    /// What a hidden picture at the range's start lasts: hidden, so its duration is free.
+    std::int64_t naturalFrame(const SourcePiece& piece) const {
+        const std::int64_t frame =
+            pictures_.endAtRank(piece.firstRank) - pictures_.timeAtRank(piece.firstRank);
+        return std::max<std::int64_t>(frame, 1) * clock_.factor();
+    }
+
+    /// Copies of the still that is on screen before a hidden run; at the very start, of the first shown
+    /// picture.
+    Samples copiesBefore(std::size_t pieceNumber) const {
         if (!brief() || pieces_[pieceNumber].hiddenBefore == 0) {
-            return;
+            return {};
         }
-        const std::uint32_t parts =
-            pieceNumber == 0 ? 0 : static_cast<std::uint32_t>(framesOf(pieceNumber - 1).size());
+        const bool atStart = pieceNumber == 0;
+        PlannedSample still;
+        still.kind = atStart ? Kind::leadIn : Kind::freeze;
+        still.shown = false;
+        still.index = atStart ? 0 : static_cast<std::uint32_t>(pieceNumber - 1);
+        still.part = atStart ? 0 : static_cast<std::uint32_t>(framesOf(pieceNumber - 1).size());
+        Samples copies(copiesBeforeRun, still);
         for (std::uint32_t copy = 0; copy < copiesBeforeRun; ++copy) {
-            PlannedSample still;
-            still.kind = pieceNumber == 0 ? Kind::leadIn : Kind::freeze;
-            still.shown = false;
-            still.index = pieceNumber == 0 ? 0 : static_cast<std::uint32_t>(pieceNumber - 1);
-            still.part = parts + copy;
-            plan_.samples.push_back(still);
+            copies[copy].part += copy;
         }
+        return copies;
     }
 
     std::int64_t shownTime(const SourcePiece& piece, std::uint32_t index, std::int64_t frozenBefore) const {
@@ -218,32 +283,32 @@ private:
         return scaled(time) + frozenBefore;
     }
 
-    /// Hidden pictures keep their order: those of before right ahead of the piece, those of after at its very
-    /// end; behind it where nothing else comes and they would be seen.
-    void presentHidden(std::size_t pieceNumber, std::size_t base, std::int64_t frozenBefore,
-                       std::int64_t tickBefore) {
+    /// Hidden pictures keep their order: those of before come right before the piece, those of after at its
+    /// very end; or after its end if nothing else comes there and they would be seen.
+    Samples withHiddenPresented(Samples samples, std::size_t pieceNumber, std::int64_t tickBefore) const {
         const SourcePiece& piece = pieces_[pieceNumber];
+        const std::int64_t frozenBefore = clock_.totalBefore(pieceNumber);
         const std::int64_t start = scaled(cut_.momentOf(piece.firstRank, pictures_)) + frozenBefore;
         const std::int64_t end = scaled(cut_.momentOf(piece.endRank, pictures_)) + frozenBefore;
-        const bool behindTheEnd =
+        const bool afterTheEnd =
             brief() && piece.endRank == cut_.endRank && pieceNumber + 1 == pieces_.size();
         std::vector<std::size_t> hidden;
-        for (std::size_t k = base; k < plan_.samples.size(); ++k) {
-            if (!plan_.samples[k].shown) {
-                hidden.push_back(k);
+        for (std::size_t i = 0; i < samples.size(); ++i) {
+            if (!samples[i].shown) {
+                hidden.push_back(i);
             }
         }
-        std::ranges::stable_sort(hidden, {}, [&](std::size_t k) {
-            const PlannedSample& sample = plan_.samples[k];
-            return sample.kind == Kind::source ? std::int64_t{pictures_.rankOf(sample.index)} : -1;
+        std::ranges::stable_sort(hidden, {}, [&](std::size_t i) {
+            return samples[i].kind == Kind::source ? std::int64_t{pictures_.rankOf(samples[i].index)} : -1;
         });
-        const auto before = static_cast<std::int64_t>(hiddenBefore(piece));
+        const auto before = static_cast<std::int64_t>(hiddenBefore(piece, hiding_));
         const auto count = static_cast<std::int64_t>(hidden.size());
-        for (std::int64_t place = 0; place < count; ++place) {
-            const std::int64_t after = behindTheEnd ? end + place - before : end - (count - place);
-            plan_.samples[hidden[static_cast<std::size_t>(place)]].presentationTime =
-                place < before ? start - (before - place) * tickBefore : after;
+        for (std::int64_t n = 0; n < count; ++n) {
+            const std::int64_t after = afterTheEnd ? end + n - before : end - (count - n);
+            samples[hidden[static_cast<std::size_t>(n)]].presentationTime =
+                n < before ? start - (before - n) * tickBefore : after;
         }
+        return samples;
     }
 
     /// Frames of a freeze that are stored.
@@ -257,73 +322,30 @@ private:
         return frames;
     }
 
-    void emitFreeze(std::size_t freeze, const FreezeClock& clock) {
-        const std::int64_t start =
-            scaled(cut_.momentOf(cut_.freezes[freeze].position, pictures_)) + clock.totalBefore(freeze);
-        std::uint32_t part = 0;
-        for (const std::int64_t frame : framesOf(freeze)) {
-            PlannedSample sample;
-            sample.kind = Kind::freeze;
-            sample.sync = frame == 0 || brief();
-            sample.index = static_cast<std::uint32_t>(freeze);
-            sample.part = part++;
-            sample.decodeTime = sample.presentationTime = start + clock.atFrame(frame);
-            plan_.samples.push_back(sample);
-        }
-    }
-
-    /// References that follow the end are decoded, and a player that ignores edits would rest on the last of
-    /// them.
-    void emitLeadOut() {
-        if (!brief() || pieces_.back().hiddenAfter == 0) {
-            return;
-        }
-        PlannedSample still;
-        still.kind = Kind::leadOut;
-        still.shown = false;
-        still.decodeTime = plan_.samples.back().decodeTime + 1;
-        for (const PlannedSample& sample : plan_.samples) {
-            still.presentationTime = std::max(still.presentationTime, sample.presentationTime + 1);
-        }
-        plan_.samples.push_back(still);
-    }
-
-    /// Delays the presentation so that nothing is shown before it is decoded, and starts decoding at 0.
-    void finish(const FreezeClock& clock) {
-        std::int64_t delay = 0;
-        for (const PlannedSample& sample : plan_.samples) {
-            delay = std::max(delay, sample.decodeTime - sample.presentationTime);
-        }
-        const std::int64_t first = plan_.samples.front().decodeTime;
-        const PlannedSample* before = nullptr;
-        for (PlannedSample& sample : plan_.samples) {
-            sample.decodeTime -= first;
-            sample.presentationTime += delay - first;
-            if (before && sample.decodeTime <= before->decodeTime) {
-                throw CannotPassThrough("its pictures' times leave no room for a freeze");
-            }
-            before = &sample;
-        }
-        plan_.samples.front().sync = true;
-        plan_.editStart = delay - first;
-        plan_.editDuration = scaled(cut_.end) + clock.total();
-        plan_.mediaDuration =
-            std::max(plan_.samples.back().decodeTime + 1, plan_.editStart + plan_.editDuration);
-    }
-
     const SourcePictures& pictures_;
-    const std::uint32_t timescale_;
     const VideoCut& cut_;
-    const SpliceRules& rules_;
-    std::vector<SourcePiece> pieces_;
-    SamplePlan plan_;
+    Hiding hiding_;
+    const std::vector<SourcePiece>& pieces_;
+    const FreezeClock& clock_;
 };
 
 } // namespace
 
 SamplePlan planSplice(const SourcePictures& pictures, std::uint32_t timescale, const VideoCut& cut,
                       const SpliceRules& rules) {
-    return SplicePlanner(pictures, timescale, cut, rules).plan();
+    const std::vector<SourcePiece> pieces = PieceFinder(pictures, cut, rules).pieces();
+    refuseLongRuns(pieces, pictures, timescale);
+    const FreezeClock clock(cut, timescale, factorForHidden(pieces, pictures, timescale, cut, rules.hiding));
+    const SpliceTimes times(pictures, cut, rules.hiding, pieces, clock);
+    Samples samples;
+    for (std::size_t k = 0; k < pieces.size(); ++k) {
+        appendTo(samples, times.sourceSamples(k));
+        if (k < cut.freezes.size()) {
+            appendTo(samples, times.freezeSamples(k));
+        }
+    }
+    appendTo(samples, times.leadOut(samples));
+    return times.planOf(std::move(samples));
 }
 
 } // namespace zelvra::passthrough

@@ -35,10 +35,6 @@ PlannedSample coverSample() {
     return cover;
 }
 
-void appendTo(Samples& samples, const Samples& more) {
-    samples.insert(samples.end(), more.begin(), more.end());
-}
-
 /// Gives the samples of one movie their times; lives for one call. Each operation answers from the inputs and
 /// from what it is given, and keeps nothing.
 class StillTimes {

@@ -125,7 +125,8 @@ public:
             }
         }
         std::erase_if(found, [&](std::uint32_t index) {
-            return !std::ranges::binary_search(stored, index) || traitsOf_(index).idr;
+            return !pictures_.sample(index).sync || !std::ranges::binary_search(stored, index) ||
+                   traitsOf_(index).idr;
         });
         return found;
     }

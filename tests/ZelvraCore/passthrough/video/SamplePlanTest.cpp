@@ -3,83 +3,20 @@
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/passthrough/video/SplicePlan.h"
 #include "ZelvraCore/passthrough/video/StillPlan.h"
+#include "tests/ZelvraCore/passthrough/video/TokenStream.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <map>
 #include <random>
-#include <sstream>
 
 namespace zelvra::passthrough {
 namespace {
 
 using Kind = PlannedSample::Kind;
-
-/// A stream in decode order, a token a picture: its type (I = IDR, i = intra sync of an open group, P =
-/// reference, B = reference, b = none) and its rank. Decode times are even, the reordering delay as small as
-/// it can be.
-class Stream {
-public:
-    Stream(const std::string& tokens, std::int64_t frame = 512) {
-        std::istringstream text(tokens);
-        std::vector<std::int64_t> ranks;
-        for (std::string token; text >> token;) {
-            types_.push_back(token[0]);
-            ranks.push_back(std::stoll(token.substr(1)));
-        }
-        std::int64_t delay = 0;
-        for (std::size_t i = 0; i < ranks.size(); ++i) {
-            delay = std::max(delay, static_cast<std::int64_t>(i) - ranks[i]);
-        }
-        for (std::size_t i = 0; i < ranks.size(); ++i) {
-            isobmff::Sample sample;
-            sample.decodeTime = static_cast<std::int64_t>(i) * frame;
-            sample.compositionOffset =
-                static_cast<std::int32_t>((ranks[i] + delay) * frame - sample.decodeTime);
-            sample.duration = static_cast<std::uint32_t>(frame);
-            sample.sync = types_[i] == 'I' || types_[i] == 'i';
-            samples.push_back(sample);
-        }
-        offset = delay * frame;
-    }
-
-    TraitsOf traits() const {
-        return [this](std::uint32_t i) { return PictureTraits{types_[i] == 'I', types_[i] != 'b'}; };
-    }
-    SpliceRules rules(Hiding hiding) const {
-        return {hiding, [this](std::uint32_t i) { return types_[i] == 'b'; },
-                [this, hiding](std::uint32_t i) { return hiding == Hiding::neverShown || types_[i] == 'I'; }};
-    }
-
-    std::vector<isobmff::Sample> samples;
-    std::int64_t offset = 0; ///< media time of the first shown picture
-
-private:
-    std::string types_;
-};
-
-/// Groups of twelve pictures, one a frame, in pyramids of four; `open` lets the group's intra picture lead
-/// them.
-std::string groups(int count, bool open) {
-    std::ostringstream text;
-    for (int group = 0; group < count; ++group) {
-        const int first = group * 12;
-        if (group == 0 || !open) {
-            text << "I" << first << ' ';
-        }
-        for (int anchor = first + 4; anchor <= first + 12; anchor += 4) {
-            const bool last = anchor == first + 12;
-            if (last && !open) {
-                text << "P" << anchor - 1 << " b" << anchor - 3 << " b" << anchor - 2 << ' ';
-                continue;
-            }
-            text << (last ? "i" : "P") << anchor << " B" << anchor - 2 << " b" << anchor - 3 << " b"
-                 << anchor - 1 << ' ';
-        }
-    }
-    return text.str();
-}
+using Stream = test::TokenStream;
+using test::groups;
 
 /// What a viewer sees: "S3" for source picture of rank 3, "F1" for a freeze's picture, with the output tick.
 std::multimap<std::int64_t, std::string> shown(const SamplePlan& plan, const SourcePictures& pictures) {
@@ -109,11 +46,11 @@ enum class Layout {
     splicedStills, ///< spliced in, where some frames stand for those up to the next
 };
 
-/// Laws of every plan: decode times start at 0 and increase, nothing is presented before it is decoded, the
-/// first sample is a sync sample, every source sample keeps its order, and all within the edit is what was
-/// asked for.
-void expectSound(const SamplePlan& plan, const SourcePictures& pictures, const VideoCut& cut,
-                 std::int64_t frame, Layout layout) {
+/// Expects the laws of every plan: decode times start at 0 and increase, nothing is presented before it is
+/// decoded, the first sample is a sync sample, every source sample keeps its order, and all within the edit
+/// is what was asked for.
+void expectLawful(const SamplePlan& plan, const SourcePictures& pictures, const VideoCut& cut,
+                  std::int64_t frame, Layout layout) {
     ASSERT_FALSE(plan.samples.empty());
     EXPECT_EQ(plan.samples.front().decodeTime, 0);
     EXPECT_TRUE(plan.samples.front().sync);
@@ -225,6 +162,32 @@ VideoCut cutOf(const Stream& stream, const SourcePictures& pictures, const Cut& 
                     CMTime(frame, 15360));
 }
 
+/// The samples as tokens: "S3" for the source's sample 3, "F0.1" for part 1 of freeze 0, small letters for
+/// hidden ones.
+std::string tokensOf(const SamplePlan& plan) {
+    std::string text;
+    for (const PlannedSample& sample : plan.samples) {
+        const bool isSource = sample.kind == Kind::source;
+        const char letter = isSource ? (sample.shown ? 'S' : 's') : (sample.shown ? 'F' : 'f');
+        text += (text.empty() ? "" : " ") + std::string(1, letter) + std::to_string(sample.index) +
+                (isSource ? "" : "." + std::to_string(sample.part));
+    }
+    return text;
+}
+
+TEST(SplicePlan, StoresTheGroupAgainToResumeWithinIt) {
+    const Stream stream("I0 P1 P2 P3 I4 P5");
+    const SourcePictures pictures(stream.samples);
+    const VideoCut within = cutOf(stream, pictures, {0, 6, {{2, 2}}}, 512);
+    EXPECT_EQ(tokensOf(planSplice(pictures, 15360, within, stream.rules(Hiding::neverShown))),
+              "S0 S1 F0.0 F0.1 s0 s1 S2 S3 S4 S5");
+    EXPECT_EQ(tokensOf(planSplice(pictures, 15360, within, stream.rules(Hiding::brief))),
+              "S0 S1 F0.0 F0.1 f0.2 f0.3 s0 s1 S2 S3 S4 S5");
+    const VideoCut atSync = cutOf(stream, pictures, {0, 6, {{4, 2}}}, 512);
+    EXPECT_EQ(tokensOf(planSplice(pictures, 15360, atSync, stream.rules(Hiding::brief))),
+              "S0 S1 S2 S3 F0.0 F0.1 S4 S5");
+}
+
 TEST(SamplePlan, ShowsExactlyWhatWasAskedForWhereverItIsCut) {
     std::mt19937 random(3);
     for (const bool open : {false, true}) {
@@ -249,13 +212,13 @@ TEST(SamplePlan, ShowsExactlyWhatWasAskedForWhereverItIsCut) {
             SCOPED_TRACE(testing::Message()
                          << (open ? "open " : "closed ") << asked.start << ".." << asked.end);
             const StillPlan stills = planStills(pictures, 15360, cut, stream.traits());
-            expectSound(stills.samples, pictures, cut, 512, Layout::stills);
+            expectLawful(stills.samples, pictures, cut, 512, Layout::stills);
             expectSyncOnlyWhereDecodingCanStart(stills, stream);
             for (const Hiding hiding : {Hiding::neverShown, Hiding::brief}) {
                 try {
                     const SamplePlan splice = planSplice(pictures, 15360, cut, stream.rules(hiding));
                     const bool brief = hiding == Hiding::brief;
-                    expectSound(splice, pictures, cut, 512, brief ? Layout::splicedStills : Layout::clips);
+                    expectLawful(splice, pictures, cut, 512, brief ? Layout::splicedStills : Layout::clips);
                     if (brief) {
                         expectBriefRuns(splice, stream, 512);
                     }

@@ -8,8 +8,7 @@
 namespace zelvra::passthrough {
 
 /// Why a movie's compressed pictures cannot be carried over untouched. Not an error of the file: the caller
-/// falls back to re-encoding and tells the user this reason, a clause that completes "re-encoding, because
-/// ...".
+/// re-encodes instead and shows the user this reason, a clause that completes "re-encoding, because ...".
 class CannotPassThrough : public std::runtime_error {
 public:
     explicit CannotPassThrough(const std::string& reason) : std::runtime_error(reason) {}

@@ -15,7 +15,7 @@ namespace zelvra {
 namespace {
 
 void sweep(const std::filesystem::path& folder) {
-    std::error_code ignored; // a stray that stays does no harm
+    std::error_code ignored; // a clip that cannot be removed does no harm
     for (std::filesystem::directory_iterator entry(folder, ignored), end; !ignored && entry != end;
          entry.increment(ignored)) {
         const std::string name = entry->path().filename().string();

@@ -7,11 +7,10 @@
 
 namespace zelvra {
 
-/// The temporary freeze clips of one render, in the system's temporary folder; all are deleted when this
-/// goes.
+/// The temporary clips of one render, in the system's temporary folder. The destructor deletes all of them.
 ///
-/// While any render lives it holds a shared lock on the folder. One that finds nobody else there removes what
-/// renders that were killed have left behind. Where the folder cannot be locked nothing is swept.
+/// Each render holds a shared lock on the folder. A render that starts while no other holds it removes the
+/// clips of renders that were killed. If the folder cannot be locked, nothing is removed.
 class TemporaryClips {
 public:
     TemporaryClips();
@@ -19,7 +18,7 @@ public:
     TemporaryClips(const TemporaryClips&) = delete;
     TemporaryClips& operator=(const TemporaryClips&) = delete;
 
-    /// The path of a new clip; nothing is made there yet.
+    /// The path of a new clip. The file does not exist yet.
     std::filesystem::path add();
 
     const std::vector<std::filesystem::path>& paths() const { return paths_; }

@@ -10,12 +10,12 @@ namespace {
 
 __extension__ using Wide = __int128;
 
-/// Deals out the movie's samples one by one, in the order of the file.
+/// Gives the movie's samples one by one, in the order of the file.
 class FileOrder {
 public:
     explicit FileOrder(const OutputMovie& movie) : movie_(movie), next_(movie.tracks.size()) {}
 
-    /// The track whose next sample comes next; none at the end.
+    /// The track whose sample comes next; `nullopt` at the end.
     std::optional<std::size_t> next() {
         const std::optional<std::size_t> chosen = choose();
         if (chosen) {
@@ -65,11 +65,11 @@ private:
     }
 
     const OutputMovie& movie_;
-    std::vector<std::size_t> next_; ///< of each track, the first sample that is not dealt out
+    std::vector<std::size_t> next_; ///< of each track, the first sample that was not given yet
     StoredBytes last_;
 };
 
-/// Chunks are short even where nothing lies between them: players read them whole.
+/// Chunks are short even if nothing is stored between them: players read them as a whole.
 bool isInSameHalfSecond(const OutputTrack& track, std::size_t a, std::size_t b) {
     const auto halfSecond = [&track](const OutputSample& sample) {
         return 2 * sample.decodeTime / static_cast<std::int64_t>(track.timescale);
@@ -85,7 +85,7 @@ std::vector<OutputChunk> layOutChunks(const OutputMovie& movie) {
         samples += track.samples.size();
     }
     std::vector<OutputChunk> chunks;
-    chunks.reserve(samples); // what is not used takes no memory; growing would take it twice
+    chunks.reserve(samples); // unused capacity takes no memory; growing would need twice as much
     std::vector<std::uint32_t> dealt(movie.tracks.size());
     FileOrder order(movie);
     while (const std::optional<std::size_t> track = order.next()) {

@@ -9,9 +9,9 @@
 
 namespace zelvra::passthrough {
 
-/// In which order a movie's samples lie in its file. Pure values: no byte is read or written here.
+/// In which order a movie's samples are stored in its file. Pure values: no byte is read or written here.
 
-/// Samples of one track that lie one after another.
+/// Samples of one track that are stored one after another.
 struct OutputChunk {
     std::uint32_t track = 0;       ///< index into OutputMovie::tracks
     std::uint32_t firstSample = 0; ///< index into OutputTrack::samples
@@ -21,9 +21,9 @@ struct OutputChunk {
     bool operator==(const OutputChunk&) const = default;
 };
 
-/// By decode time, so that a player reads the file forwards. But samples that lie together in a store stay
-/// together while no track gets more than half a second ahead: a source's own order of sound and picture goes
-/// over as it is, and its bytes in few large pieces.
+/// By decode time, so that a player reads the file forwards. But samples that are together in a store stay
+/// together while no track gets more than half a second ahead. So a source's own order of sound and picture
+/// is kept, and its bytes are copied in few large pieces.
 std::vector<OutputChunk> layOutChunks(const OutputMovie& movie);
 
 } // namespace zelvra::passthrough

@@ -28,7 +28,7 @@ bool hasType(ByteView bytes, std::size_t at, FourCharCode type) {
             code[3]) == type;
 }
 
-/// Either form has its handler first, which tells them apart.
+/// Both forms start with the handler; its position distinguishes them.
 Bytes metaFor(MovieContainer container, ByteView payload) {
     const bool plain = hasType(payload, 4, fourCharCode("hdlr"));
     const bool versioned = hasType(payload, versionAndFlags + 4, fourCharCode("hdlr"));
@@ -68,7 +68,7 @@ std::vector<std::uint8_t> userDataFor(MovieContainer container, ByteView boxes) 
                 append(converted, box.whole);
             }
         } catch (const MediaError&) {
-            // Notes that contradict their own format are not worth an export; they go.
+            // User data that contradicts its own format must not stop an export; it is left out.
         }
     }
     return converted;

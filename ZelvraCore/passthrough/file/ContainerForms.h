@@ -10,11 +10,11 @@
 
 namespace zelvra::passthrough {
 
-/// What MP4 and QuickTime write differently though they mean the same: boxes of a source brought into the
-/// form of the output's container. Pure; whatever is not known is kept as it is.
+/// Converts boxes of a source that MP4 and QuickTime write in different forms to the form of the output's
+/// container. Pure; unknown boxes are kept as they are.
 
 /// Whole boxes of user data (`udta`, `meta`). QuickTime's `meta` has no version and flags, MP4's has (ISO/IEC
-/// 14496-12 clause 8.11.1). Chapter lists go, as freezes move what they point at.
+/// 14496-12 clause 8.11.1). Chapter lists are left out, as freezes move what they point to.
 std::vector<std::uint8_t> userDataFor(MovieContainer container, std::span<const std::uint8_t> boxes);
 
 /// A whole visual sample entry. QuickTime's colours are `nclc`, MP4's `nclx`, which also says whether samples

@@ -37,7 +37,7 @@ void extend(std::vector<Run>& runs, Value Run::* field, Value value, std::uint32
     runs.back().count += count;
 }
 
-/// How many samples of the file a sample of the plan stands for.
+/// How many samples of the file a sample of the plan is.
 std::uint32_t fileSamples(const OutputTrack& track, const OutputSample& sample) {
     return track.uniform ? sample.bytes.size / track.uniform.bytes * track.uniform.ticks : 1;
 }
@@ -207,7 +207,7 @@ private:
         SampleSizeBox box;
         box.count = countFileSamples(track_);
         if (track_.uniform) {
-            // Where packets hold several samples the sample entry gives their size (QuickTime).
+            // If packets hold several samples, the sample entry has their size (QuickTime).
             box.uniformSize = track_.uniform.ticks == 1 ? track_.uniform.bytes : 1;
         } else {
             box.sizes.reserve(track_.samples.size());
@@ -324,7 +324,7 @@ std::size_t expectedBytes(const OutputMovie& movie) {
     return bytes;
 }
 
-/// Everything in front of the media, for media that starts at `mediaOffset`.
+/// Everything before the media, for media that starts at `mediaOffset`.
 std::vector<std::uint8_t> buildAt(const OutputMovie& movie, std::span<const OutputChunk> chunks,
                                   std::uint64_t mediaOffset, bool wideOffsets) {
     BoxWriter writer;

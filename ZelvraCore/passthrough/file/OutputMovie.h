@@ -42,8 +42,8 @@ struct OutputTrack {
     std::uint32_t timescale = 0;
     std::vector<std::uint8_t> sampleEntry; ///< one whole sample entry box, header included
     std::vector<OutputSample> samples;     ///< in decode order
-    /// Sound of constant packets that are too many to list (PCM): a sample above is then a run of
-    /// `size / uniform.bytes` of them, one after another in its store.
+    /// For sound of constant packets that are too many to list (PCM). A sample above is then a run of `size /
+    /// uniform.bytes` packets, one after another in its store.
     isobmff::UniformPackets uniform;
     std::int64_t mediaDuration = 0; ///< decode time at which the last sample ends
     /// The track's only edit: `editDuration` ticks are presented from `editStart` on.

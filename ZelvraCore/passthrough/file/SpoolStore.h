@@ -11,8 +11,9 @@
 
 namespace zelvra::passthrough {
 
-/// Bytes of our own that a movie is written from: silent packets, re-encoded sound, stills. A temporary file
-/// that has no name, so that nothing is left behind however the program ends; memory does not grow with it.
+/// Bytes of our own that a movie is written from: silent packets, re-encoded sound, stills. They are in a
+/// temporary file without a name, so nothing is left behind however the program ends; memory does not grow
+/// with it.
 ///
 /// What was appended may be read from several threads; one thread at a time appends.
 class SpoolStore final : public files::ByteSource {

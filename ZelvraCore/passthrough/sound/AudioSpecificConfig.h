@@ -8,8 +8,8 @@
 
 namespace zelvra::passthrough {
 
-/// What an AAC decoder is told (ISO/IEC 14496-3 clause 1.6.2.1), as far as it matters here, and the `esds`
-/// box that carries it.
+/// The configuration of an AAC decoder (ISO/IEC 14496-3 clause 1.6.2.1), as much of it as is needed here, and
+/// the `esds` box that carries it.
 struct AudioSpecificConfig {
     /// AAC-LC without band replication, parametric stereo or a program of its own (channel configuration 0).
     bool isPlainLowComplexity = false;
@@ -20,8 +20,8 @@ struct AudioSpecificConfig {
     std::uint32_t channels() const { return channelConfiguration == 7 ? 8 : channelConfiguration; }
 };
 
-/// Reads the payload of an `esds` box (ISO/IEC 14496-1 clause 7.2.6). Throws CannotPassThrough where it
-/// describes something else than AAC, MediaError::corrupt where it ends too early.
+/// Reads the payload of an `esds` box (ISO/IEC 14496-1 clause 7.2.6). Throws CannotPassThrough if it
+/// describes something else than AAC, MediaError::corrupt if it ends too early.
 AudioSpecificConfig audioSpecificConfig(std::span<const std::uint8_t> esdsPayload);
 
 /// A whole `esds` box for AAC. `bitRate` is bits a second.

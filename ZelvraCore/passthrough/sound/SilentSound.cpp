@@ -75,7 +75,7 @@ std::vector<std::uint8_t> silentAacPacket(std::uint8_t channelConfiguration) {
 }
 
 std::vector<std::uint8_t> silentOpusPacket(std::uint32_t frames, std::uint32_t channels) {
-    // The MDCT coder at full band, the one that has a flag for silence: its frames of 2.5, 5, 10 and 20 ms.
+    // The MDCT coder at full band, as it has a flag for silence: its frames of 2.5, 5, 10 and 20 ms.
     struct Mode {
         std::uint32_t frames;
         std::uint8_t configuration;

@@ -13,8 +13,8 @@ namespace zelvra::passthrough {
 /// sample rate and packet length. `channelConfiguration` is 1 to 7, table 1.19.
 std::vector<std::uint8_t> silentAacPacket(std::uint8_t channelConfiguration);
 
-/// An Opus packet (RFC 6716) of `frames` moments at 48 kHz for one or two channels. Empty where no packet
-/// lasts so long.
+/// An Opus packet (RFC 6716) of `frames` moments at 48 kHz for one or two channels. Empty if no packet can
+/// last so long.
 std::vector<std::uint8_t> silentOpusPacket(std::uint32_t frames, std::uint32_t channels);
 
 } // namespace zelvra::passthrough

@@ -110,7 +110,7 @@ SoundCodec eac3Codec(const isobmff::SampleEntry& entry) {
     return codec;
 }
 
-/// The decoder's "magic cookie", behind version and flags.
+/// The decoder's "magic cookie", after version and flags.
 SoundCodec alacCodec(const isobmff::SampleEntry& entry) {
     SoundCodec codec;
     codec.kind = SoundCodec::Kind::alac;
@@ -127,8 +127,8 @@ SoundCodec alacCodec(const isobmff::SampleEntry& entry) {
     return codec;
 }
 
-/// "Encapsulation of Opus in ISO Base Media File Format", clause 4.3.2. How long its packets last only the
-/// track says.
+/// "Encapsulation of Opus in ISO Base Media File Format", clause 4.3.2. Only the track says how long its
+/// packets last.
 SoundCodec opusCodec(const isobmff::SampleEntry& entry, const isobmff::Track& track) {
     SoundCodec codec;
     codec.kind = SoundCodec::Kind::opus;
@@ -154,7 +154,7 @@ SoundCodec opusCodec(const isobmff::SampleEntry& entry, const isobmff::Track& tr
     return codec;
 }
 
-/// QuickTime's `lpcm` says in flags what a number is; only 8-bit ones may be unsigned here.
+/// The flags of QuickTime's `lpcm` say what a number is; only 8-bit numbers may be unsigned here.
 std::optional<std::uint8_t> silenceOfLinearPcm(const isobmff::SampleEntry& entry) {
     constexpr std::size_t version2Size = 72;
     if (entry.box.size() < version2Size) {
@@ -172,7 +172,7 @@ std::optional<std::uint8_t> silenceOfLinearPcm(const isobmff::SampleEntry& entry
                          : std::nullopt;
 }
 
-/// The byte that silence is made of; nothing for what is not PCM.
+/// The byte that silence is made of; `nullopt` if it is not PCM.
 std::optional<std::uint8_t> silentPcmByte(const isobmff::SampleEntry& entry) {
     constexpr std::size_t bitsPosition = 26;
     const bool eightBits = entry.box.size() > bitsPosition + 1 && entry.box[bitsPosition + 1] == 8;
@@ -220,7 +220,8 @@ SoundCodec codecOf(const isobmff::SampleEntry& entry, const isobmff::Track& trac
     }
 }
 
-/// Packets that last longer or shorter than their codec's hide something: band replication, a wrong index.
+/// Packets that are longer or shorter than their codec's are a sign of something else: band replication, a
+/// wrong index.
 void requirePacketsToLast(const SoundCodec& codec, const isobmff::Track& track) {
     constexpr std::uint32_t mostPacketFrames = 1u << 16;
     constexpr std::uint32_t mostTicks = std::numeric_limits<std::int32_t>::max();

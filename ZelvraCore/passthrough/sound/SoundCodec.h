@@ -9,8 +9,8 @@
 
 namespace zelvra::passthrough {
 
-/// What a sound track's sample entry says about its codec, for codecs whose packets may be kept while silent
-/// ones are put between them. Pure; the coded packets themselves are not looked at.
+/// What a sound track's sample entry says about its codec, for codecs whose packets can be kept with silent
+/// packets between them. Pure; the coded packets themselves are not looked at.
 struct SoundCodec {
     enum class Kind { pcm, aac, ac3, eac3, alac, opus };
 
@@ -18,7 +18,7 @@ struct SoundCodec {
     std::uint32_t sampleRate = 0;
     std::uint32_t channels = 0;
     std::uint32_t packetFrames = 1;  ///< moments of sound in a packet
-    std::uint32_t warmUpPackets = 0; ///< to decode before a packet comes out as it should
+    std::uint32_t warmUpPackets = 0; ///< to decode before a packet is decoded correctly
     std::int16_t rollDistance = 0;   ///< the same for the index, as OutputTrack has it
     /// The box that configures the decoder, whole: `esds`, `dac3`, `dec3`, `alac`, `dOps`. Empty for PCM.
     std::vector<std::uint8_t> configuration;
@@ -26,8 +26,8 @@ struct SoundCodec {
     std::uint8_t aacChannelConfiguration = 0; ///< ISO/IEC 14496-3, table 1.19
 };
 
-/// The sample entry that all samples of the track have; the first where it has no samples. Throws
-/// CannotPassThrough where there are several, or none.
+/// The sample entry that all samples of the track have; the first if it has no samples. Throws
+/// CannotPassThrough if there are several, or none.
 const isobmff::SampleEntry& soleSoundEntry(const isobmff::Track& track);
 
 /// Throws CannotPassThrough, with a reason that completes "because ...", for every other codec: those whose

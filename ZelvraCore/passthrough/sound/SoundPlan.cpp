@@ -55,11 +55,11 @@ private:
 
 /// Source packets before a freeze, or before the end.
 struct Section {
-    std::uint64_t end = 0;  ///< one past the last packet that may stand here
+    std::uint64_t end = 0;  ///< one past the last packet that may be here
     std::int64_t shift = 0; ///< silent ticks before it
 };
 
-/// The pieces in ticks and packets, wherever the edit will start.
+/// The pieces in ticks and packets, independent of where the edit will start.
 class SoundLayout {
 public:
     SoundLayout(const SoundSource& source, std::span<const SoundPiece> pieces)
@@ -152,15 +152,15 @@ private:
         sections_.push_back({end_, shift});
     }
 
-    /// The packet that a freeze at this moment stands before, while the sound plays `early` ticks too early.
-    /// A freeze at either end of the range is silent throughout.
+    /// The packet before which a freeze at this moment is inserted, if the sound plays `early` ticks too
+    /// early. A freeze at either end of the range is silent from start to end.
     std::uint64_t cutAt(std::int64_t moment, std::int64_t early) const {
         return moment <= rangeStart_ ? first_
                : moment >= rangeEnd_ ? end_
                                      : source_.packets.boundaryNear(moment + early);
     }
 
-    /// Where a packet stands, with that much silence before it, relative to the start of the edit.
+    /// The time of a packet with that much silence before it, relative to the start of the edit.
     std::int64_t atLead(std::uint64_t packet, std::int64_t shift) const {
         return source_.packets.start(packet) - rangeStart_ + shift;
     }
@@ -170,11 +170,11 @@ private:
         return std::find_if(sections_.begin(), sections_.end() - 1, holdsFirst)->shift;
     }
 
-    /// The source begins to sound after the range has begun.
+    /// The source's sound starts later than the range.
     bool isLate() const { return source_.shown.mediaStart > rangeStart_; }
 
     /// The first packet with the decoder's warm-up before it. A range that begins with a freeze needs none:
-    /// its first packet follows on silence.
+    /// silence precedes its first packet.
     std::uint64_t firstStored() const {
         const bool afterFreeze = firstShift() > 0 && !isLate();
         return afterFreeze ? first_ : first_ - std::min<std::uint64_t>(first_, source_.warmUpPackets);
@@ -210,8 +210,7 @@ private:
         }
     }
 
-    /// Silent packets from 0 on. What is left over beyond whole packets goes to the very first one, where the
-    /// edit hides it.
+    /// Silent packets from 0 on. The first packet gets the ticks that are left over; the edit hides it.
     void fillBefore(std::int64_t time) {
         const std::int64_t whole = packetLength_.within(time);
         const std::int64_t leftOver = time - packetLength_.ticks(whole);

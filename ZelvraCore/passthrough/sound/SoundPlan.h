@@ -13,24 +13,24 @@
 namespace zelvra::passthrough {
 
 /// The sound track of the finished movie before a byte of it is read: which packets of the source, where
-/// silent ones stand between them, with which times. Pure functions of values; times are ticks of the source
+/// silent packets are between them, with which times. Pure functions of values; times are ticks of the source
 /// track.
 ///
-/// A freeze is a number of whole silent packets that comes from the sum of all freezes so far, and the sound
-/// is cut at the packet boundary nearest to the picture's cut in the output. So sound and picture are never
-/// apart by more than half a packet, however many freezes there are, and every packet between the range's
-/// ends is stored exactly once. Where packets are single moments (PCM) this is exact to the sample.
+/// A freeze is a whole number of silent packets, which is calculated from the sum of all freezes so far. The
+/// sound is cut at the packet boundary nearest to the picture's cut in the output. So sound and picture are
+/// never more than half a packet apart, however many freezes there are, and every packet between the range's
+/// ends is stored exactly once. For PCM, whose packets are single moments, this is exact to the sample.
 
-/// What the plan has to know of the source's sound.
+/// What the plan needs to know about the source's sound.
 struct SoundSource {
     std::uint32_t timescale = 0;
     SoundPackets packets;
-    /// The stretch of the media that the source presents, and where. Nothing else of it is used but the
-    /// packets that a decoder needs.
+    /// The stretch of the media that the source presents, and when. Of the rest, only packets are used that a
+    /// decoder needs before it.
     isobmff::ShownPiece shown;
     std::uint32_t sampleRate = 0;    ///< that the codec counts in
     std::uint32_t packetFrames = 0;  ///< at that rate
-    std::uint32_t warmUpPackets = 0; ///< to decode before a packet comes out as it should
+    std::uint32_t warmUpPackets = 0; ///< to decode before a packet is decoded correctly
 };
 
 /// Packets in a row.
@@ -54,8 +54,8 @@ struct SoundPlan {
     std::int64_t mediaDuration = 0;
 };
 
-/// The one stretch of a track that lies between two presentation times; one without duration where the track
-/// is silent there. Throws CannotPassThrough where several edits cut the sound into pieces that do not join.
+/// The one stretch of a track that is between two presentation times; without duration if the track is silent
+/// there. Throws CannotPassThrough if several edits cut the sound into pieces that do not join.
 isobmff::ShownPiece shownBetween(std::span<const isobmff::ShownPiece> pieces, std::int64_t from,
                                  std::int64_t to);
 
@@ -63,12 +63,12 @@ isobmff::ShownPiece shownBetween(std::span<const isobmff::ShownPiece> pieces, st
 /// decoder's warm-up fits before it. The picture's edit should start no earlier.
 CMTime soundLead(const SoundSource& source, std::span<const SoundPiece> pieces);
 
-/// `leadIn` is the media time at which the picture's edit starts. The sound's starts at the same time (or,
-/// where that is less than soundLead, there) after silent packets that nobody hears. What the source does not
-/// present within the pieces is filled with silent packets.
+/// `leadIn` is the media time at which the picture's edit starts. The sound's edit starts at the same time,
+/// or at soundLead if that is later; before it are silent packets that are not heard. Parts of the pieces
+/// that the source does not present are filled with silent packets.
 ///
-/// Throws CannotPassThrough where the pieces do not follow one another in the source, or times are too great
-/// for the track's ticks; MediaError::outOfRange beyond `longestSound`.
+/// Throws CannotPassThrough if the pieces do not follow one another in the source, or times are too great for
+/// the track's ticks; MediaError::outOfRange beyond `longestSound`.
 SoundPlan planSound(const SoundSource& source, std::span<const SoundPiece> pieces, const CMTime& leadIn);
 
 } // namespace zelvra::passthrough

@@ -25,7 +25,7 @@ struct CompressedSound {
     std::span<const std::uint8_t> configuration; ///< a whole box
 };
 
-/// 16.16 fixed point; 0 for a rate beyond it, which only the configuration then tells.
+/// 16.16 fixed point; 0 for a rate that does not fit; only the configuration has it then.
 std::uint32_t fixedRate(std::uint32_t sampleRate) {
     return sampleRate <= 0xFFFF ? sampleRate << 16 : 0;
 }

@@ -11,7 +11,7 @@ namespace zelvra::passthrough {
 /// A freeze clip, open for as long as this lives.
 class ClipFile {
 public:
-    /// Throws MediaError; ZVError::noVideoTrack where the file has none.
+    /// Throws MediaError; ZVError::noVideoTrack if the file has none.
     explicit ClipFile(const std::filesystem::path& path);
 
     ClipFile(const ClipFile&) = delete; // `video_` refers into this

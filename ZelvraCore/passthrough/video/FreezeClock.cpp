@@ -16,10 +16,10 @@ namespace {
 /// FFmpeg drops composition offsets of 2^28 ticks and more.
 constexpr std::int64_t longestFreeze = (std::int64_t{1} << 28) - 1;
 constexpr std::uint64_t greatestTimescale = std::numeric_limits<std::int32_t>::max();
-/// Beyond this, exact frame times are not worth the ticks.
+/// A greater factor is not worth exact frame times.
 constexpr std::uint64_t greatestExactFactor = 1000;
 
-/// The least factor that makes every frame of a freeze fall on a tick.
+/// The least factor with which every frame of a freeze starts at a whole tick.
 std::uint64_t exactFactor(const CMTime& frameDuration, std::uint32_t timescale) {
     const auto denominator = static_cast<std::uint64_t>(frameDuration.timescale);
     const auto ticks = static_cast<std::uint64_t>(frameDuration.value) * timescale;

@@ -9,11 +9,11 @@
 
 namespace zelvra::passthrough {
 
-/// How long freezes last in output ticks. Frames lie at exact multiples of the cut's frame duration wherever
-/// a moderate timescale can hold them; otherwise each is rounded on its own, so that nothing adds up.
+/// How long freezes last in output ticks. Frames start at exact multiples of the cut's frame duration if a
+/// moderate timescale allows it; otherwise each time is rounded on its own, so that errors do not add up.
 class FreezeClock {
 public:
-    /// `leastFactor`: the output has at least so many ticks for one of the source.
+    /// `leastFactor` is the least number of output ticks for one tick of the source.
     FreezeClock(const VideoCut& cut, std::uint32_t sourceTimescale, std::uint32_t leastFactor);
 
     std::uint32_t factor() const { return factor_; }
@@ -34,11 +34,11 @@ private:
     std::vector<std::int64_t> starts_; ///< running sum of the lengths
 };
 
-/// Frames of a freeze at which its still is stored, from 0. The first ones feed decoders that give a picture
-/// out only after several more came in. Every third one after them (at most twenty a second) makes seeks into
-/// the freeze land on it, and spares players that plan their screen by the mean length of the last frames:
-/// where stills stand for half a second, Chromium leaves pictures out behind them. The last ones keep
-/// converters to a constant rate from repeating a freeze at the movie's end once more.
+/// Frames of a freeze at which its still is stored, from 0. The first ones are for decoders that output a
+/// picture only after they got several more. Every third one after them (at most twenty a second) lets seeks
+/// into the freeze find it. It also helps players that schedule their screen by the mean length of the last
+/// frames: after stills that last half a second, Chromium drops pictures. Because of the last ones,
+/// converters to a constant rate do not repeat a freeze at the movie's end once more.
 std::vector<std::int64_t> stillFrames(std::int64_t frames, const CMTime& frameDuration);
 
 } // namespace zelvra::passthrough

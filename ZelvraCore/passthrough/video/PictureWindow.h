@@ -12,9 +12,9 @@
 
 namespace zelvra::passthrough {
 
-/// Facts of a source's pictures, read from their headers only where somebody asks. Facts are relative to the
-/// sync sample at which a scan starts (order counts, periods), so those that are to be compared come from one
-/// scan. Only the latest scan is kept: questions come in the order of the movie. `Scanner` is
+/// Facts about a source's pictures, read from their headers only when they are needed. Facts are relative to
+/// the sync sample at which a scan starts (order counts, periods), so only facts of one scan can be compared.
+/// Only the latest scan is kept: calls are expected in the order of the movie. `Scanner` is
 /// h264::PictureScanner or hevc::PictureScanner.
 template <class Scanner, class Facts>
 class PictureWindow {
@@ -22,7 +22,7 @@ public:
     using MakeScanner = std::function<Scanner()>;
     using Observe = std::function<void(const Scanner&, const Facts&)>;
 
-    /// `observe` hears of every picture that is scanned, of some more than once.
+    /// `observe` is called for every picture that is scanned, for some more than once.
     PictureWindow(const SourceVideo& source, MakeScanner makeScanner, Observe observe)
         : source_(source), makeScanner_(std::move(makeScanner)), observe_(std::move(observe)) {}
 

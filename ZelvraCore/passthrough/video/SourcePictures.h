@@ -16,7 +16,7 @@ namespace zelvra::passthrough {
 /// borrowed and must outlive this.
 class SourcePictures {
 public:
-    /// Throws CannotPassThrough where there is no picture, or where two are shown at one time.
+    /// Throws CannotPassThrough if there is no picture, or if two are shown at one time.
     explicit SourcePictures(std::span<const isobmff::Sample> samples);
 
     std::uint32_t count() const { return static_cast<std::uint32_t>(samples_.size()); }
@@ -24,21 +24,21 @@ public:
     std::uint32_t indexAt(std::uint32_t rank) const { return order_[rank]; }
     std::uint32_t rankOf(std::uint32_t index) const { return rank_[index]; }
 
-    /// Never later than the presentation time of any picture: sources with negative composition offsets have
-    /// all their decode times moved earlier by the same amount.
+    /// Never later than the presentation time of any picture: if the source has negative composition offsets,
+    /// all its decode times are moved earlier by the same amount.
     std::int64_t decodeTime(std::uint32_t index) const { return samples_[index].decodeTime - earlier_; }
     std::int64_t presentationTime(std::uint32_t index) const { return samples_[index].presentationTime(); }
     std::int64_t timeAtRank(std::uint32_t rank) const { return presentationTime(order_[rank]); }
 
-    /// When the picture of that rank gives way to the next; the last one lasts for its own duration.
+    /// When the next picture replaces the one of that rank; the last one lasts for its own duration.
     std::int64_t endAtRank(std::uint32_t rank) const;
 
-    /// Rank of the first picture that is shown after `time`; `count()` where there is none.
+    /// Rank of the first picture that is shown after `time`; `count()` if there is none.
     std::uint32_t rankAfter(std::int64_t time) const;
 
-    /// The sync sample to decode from so that the picture at `index` comes out: the last one that is neither
-    /// decoded nor shown after it, of those that `suits` approves. Throws CannotPassThrough where there is
-    /// none.
+    /// The sync sample at which decoding must start to get the picture at `index`: the last one that is
+    /// neither decoded nor shown after it, and for which `suits` is true. Throws CannotPassThrough if there
+    /// is none.
     std::uint32_t syncBefore(std::uint32_t index, const std::function<bool(std::uint32_t)>& suits = {}) const;
 
 private:

@@ -23,7 +23,7 @@ struct ParameterSetIds {
     std::set<int> pps;
 };
 
-/// What SourceStream asks of a codec.
+/// What SourceStream needs of a codec.
 struct H264Codec {
     using Configuration = h264::AvcConfiguration;
     using ParameterSets = h264::ParameterSets;
@@ -55,7 +55,7 @@ struct HevcCodec {
     }
 };
 
-/// The decoder configuration of a source or of a freeze clip. Throws CannotPassThrough where there is none.
+/// The decoder configuration of a source or of a freeze clip. Throws CannotPassThrough if there is none.
 template <class Codec>
 typename Codec::Configuration configurationOf(const SourceVideo& video) {
     const auto content = bitstream::findChildBox(video.sampleEntry().box, Codec::configurationBox);
@@ -68,8 +68,8 @@ typename Codec::Configuration configurationOf(const SourceVideo& video) {
 /// Whether sequence parameter sets may differ from the first picture's.
 enum class CodingChanges : std::uint8_t { refused, accepted };
 
-/// A source's coded stream, as much of it as was asked about: its configuration, its pictures, and what the
-/// headers that were read have in common. Which freezes suit it is for the track builders to say.
+/// A source's coded stream, as far as it was read: its configuration, its pictures, and what the headers that
+/// were read have in common. The track builders decide which freezes suit it.
 ///
 /// Borrows the video. Every operation may throw CannotPassThrough or BitstreamError.
 template <class Codec>
@@ -98,7 +98,7 @@ public:
     /// See PictureWindow.
     typename Codec::Facts at(std::uint32_t index) { return window_.at(index); }
     typename Codec::Facts at(std::uint32_t index, std::uint32_t from) { return window_.at(index, from); }
-    /// A scanner that knows nothing but the configuration.
+    /// A scanner that knows only the configuration.
     typename Codec::Scanner scanner() const {
         return {typename Codec::ParameterSets(configuration_), nalLengthSize()};
     }

@@ -40,7 +40,7 @@ OutputTrack StillCoder::build(const VideoPlan& plan, std::int64_t editStart,
     OutputTrack track = plannedTrack(plan.samples, source, editStart);
     std::optional<std::pair<Kind, std::uint32_t>> current; // the site that `picture` and `coded` are of
     Picture picture;
-    std::map<std::size_t, StoredBytes> coded; // by header: stills that are alike are coded once
+    std::map<std::size_t, StoredBytes> coded; // by header: equal stills are coded once
     for (std::size_t i = 0; i < track.samples.size(); ++i) {
         const PlannedSample& planned = plan.samples.samples[i];
         if (planned.kind == Kind::source) {
@@ -105,8 +105,7 @@ const StillCoder::OwnPps& StillCoder::ownPps(const h264::Pps& pps, const h264::S
     return sets_.emplace(content, OwnPps{id, h264::rewritePps(content, id, sps.id), sps}).first->second;
 }
 
-/// Every still starts with a delimiter: in a byte stream equal stills would otherwise count as one access
-/// unit.
+/// Every still starts with a delimiter: without it, equal stills in a byte stream would be one access unit.
 std::vector<std::uint8_t> StillCoder::code(const Picture& picture, const h264::Sps& sps,
                                            h264::StillHeader header) const {
     header.ppsId = picture.ppsId;
@@ -121,8 +120,9 @@ std::vector<std::uint8_t> StillCoder::code(const Picture& picture, const h264::S
     return bitstream::joinNalUnits(nals, source_.nalLengthSize());
 }
 
-/// The source's entry with our picture parameter sets in its configuration, and with those sequence parameter
-/// sets that they refer to and that only samples have brought. The bit rate box would no longer be true.
+/// The source's entry with our picture parameter sets added to its configuration, and with the sequence
+/// parameter sets that they refer to if only samples carry those. Its bit rate box would no longer be true
+/// and is removed.
 Bytes StillCoder::sampleEntry() const {
     h264::AvcConfiguration configuration = source_.configuration();
     for (const auto& [content, set] : sets_) {

@@ -30,7 +30,7 @@ private:
     struct Picture {
         h264::ParameterSets own;
         std::vector<bitstream::Bytes> slices;
-        int ppsId = 0;                              ///< of a picture parameter set in the source's stream
+        int ppsId = 0;                              ///< of the picture parameter set that its stills use
         std::vector<bitstream::Bytes> setsInSample; ///< that each of its stills carries
     };
     struct OwnPps {

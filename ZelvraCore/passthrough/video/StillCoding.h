@@ -14,7 +14,7 @@
 namespace zelvra::passthrough {
 
 /// How the stills of one site in an H.264 stream are coded: those of a freeze, of a lead-in, a cover or a
-/// lead-out. Where the site is in the stream says StillSite. Plain values.
+/// lead-out. A StillSite says where the site is in the stream. Plain values.
 struct StillCoding {
     h264::Sps sps;           ///< of the source; the stills are decoded with it
     bool repeatsSps = false; ///< the stills repeat it if the source carries parameter sets in its samples
@@ -34,7 +34,7 @@ struct StillCodings {
     std::vector<StillCoding> freezes; ///< one for each freeze of the cut
     std::optional<StillCoding> leadOut;
 
-    /// `still` is a sample of the same movie's plan, and none of the source's.
+    /// `still` is a sample of the same movie's plan that is not the source's.
     const StillCoding& of(const PlannedSample& still) const;
 };
 

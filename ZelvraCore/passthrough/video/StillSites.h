@@ -16,7 +16,7 @@ namespace zelvra::passthrough {
 /// inserted. It is the first half of a StillPlan; the second gives all samples their times. Pure.
 
 /// A site: the place in the coded stream at which the stills of one freeze, lead-in, cover or lead-out are
-/// inserted. How they are coded there says StillCoding.
+/// inserted. A StillCoding says how they are coded there.
 struct StillSite {
     enum class PictureType : std::uint8_t {
         idr,           ///< right before an IDR picture or the whole stream: an IDR picture too

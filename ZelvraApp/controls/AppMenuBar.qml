@@ -26,13 +26,10 @@ T.MenuBar {
         rightPadding: 9
         Accessible.role: Accessible.MenuItem
         Accessible.name: label.text
-        contentItem: Text {
+        contentItem: Body {
             id: label
 
             text: item.text.replace("&", "")
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.body
             verticalAlignment: Text.AlignVCenter
             Accessible.ignored: true
         }

@@ -34,22 +34,18 @@ T.MenuItem {
             size: 16
             color: item.iconName !== "" && !item.highlighted ? Theme.secondary : item.ink
         }
-        Text {
+        Body {
             Layout.fillWidth: true
             text: item.text
             color: item.ink
-            font.family: Theme.family
-            font.pixelSize: Theme.body
             elide: Text.ElideMiddle
             Accessible.ignored: true
         }
-        Text {
+        Caption {
             Layout.leftMargin: 24
             visible: item.keys !== ""
             text: item.keys
             color: item.highlighted && item.enabled ? "#ffffff" : Theme.tertiary
-            font.family: Theme.family
-            font.pixelSize: Theme.caption
             Accessible.ignored: true
         }
         Icon {

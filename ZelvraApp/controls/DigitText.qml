@@ -20,13 +20,11 @@ Item {
     Accessible.role: Accessible.StaticText
     Accessible.name: root.text
 
-    Text {
+    Body {
         id: digit
 
         text: "0"
         visible: false
-        font.family: Theme.family
-        font.pixelSize: Theme.body
     }
     Row {
         id: row

@@ -13,7 +13,7 @@ Text {
 
     text: icon.name
     color: Theme.primary
-    font.family: "Material Icons"
+    font.family: Theme.iconFamily
     font.pixelSize: icon.size
     font.weight: Font.Normal
     horizontalAlignment: Text.AlignHCenter

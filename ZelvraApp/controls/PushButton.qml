@@ -57,14 +57,13 @@ T.AbstractButton {
                 size: button.iconSize
                 color: button.ink
             }
-            Text {
+            Body {
                 id: label
 
                 anchors.verticalCenter: parent.verticalCenter
                 visible: text !== ""
                 text: button.tabularDigits ? "" : button.text
                 color: button.ink
-                font.family: Theme.family
                 font.pixelSize: button.controlHeight <= Theme.smallControlHeight ? Theme.caption : Theme.body
                 font.weight: button.prominent ? Font.DemiBold : Font.Medium
                 Accessible.ignored: true

@@ -70,26 +70,19 @@ T.Popup {
         Keys.onReturnPressed: question.choose(column.prominent)
         Keys.onEnterPressed: question.choose(column.prominent)
 
-        Text {
+        Headline {
             objectName: "questionTitle"
             Layout.fillWidth: true
             text: question.title
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.headline
-            font.weight: Font.DemiBold
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignHCenter
         }
-        Text {
+        SecondaryText {
             objectName: "questionMessage"
             Layout.fillWidth: true
             Layout.bottomMargin: 8
             visible: text !== ""
             text: question.message
-            color: Theme.secondary
-            font.family: Theme.family
-            font.pixelSize: Theme.body
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignHCenter
         }

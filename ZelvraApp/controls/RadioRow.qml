@@ -38,13 +38,10 @@ T.RadioButton {
             visible: radio.visualFocus
         }
     }
-    contentItem: Text {
+    contentItem: Body {
         id: label
 
         text: radio.text
-        color: Theme.primary
-        font.family: Theme.family
-        font.pixelSize: Theme.body
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true
     }

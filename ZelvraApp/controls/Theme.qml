@@ -55,15 +55,16 @@ QtObject {
     readonly property color focusRing: dark ? "#7cbcff" : "#3d8ae6"
 
     readonly property string family: "Inter"
+    readonly property string monospaceFamily: "monospace"
+    readonly property string iconFamily: "Material Icons"
     readonly property int largeTitle: 26
-    readonly property int title1: 22
-    readonly property int title2: 19
-    readonly property int title3: 16
+    readonly property int middleTitle: 19
+    readonly property int title: 16
     readonly property int headline: 14
     readonly property int body: 13
-    readonly property int callout: 13
     readonly property int caption: 12
-    readonly property int caption2: 11
+    readonly property int smallCaption: 11
+    readonly property int tinyCaption: 8
 
     readonly property int radius: 6
     readonly property int cardRadius: 10

@@ -10,12 +10,10 @@ ToolTip {
 
     delay: Theme.tipDelay
     padding: 6
-    contentItem: Text {
+    contentItem: Caption {
         objectName: "tipText"
         text: tip.text
         color: Theme.primary
-        font.family: Theme.family
-        font.pixelSize: Theme.caption
     }
     background: Rectangle {
         color: Theme.card

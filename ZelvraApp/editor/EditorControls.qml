@@ -16,15 +16,6 @@ Rectangle {
     implicitHeight: row.implicitHeight + 24
     color: Theme.bar
 
-    component Caption: Text {
-        color: Theme.secondary
-        font.family: Theme.family
-        font.pixelSize: Theme.caption
-    }
-    component Value: DigitText {
-        color: Theme.secondary
-        font.pixelSize: Theme.caption
-    }
     component Divider: Separator {
         Layout.preferredHeight: 40
     }
@@ -64,7 +55,7 @@ Rectangle {
                     Layout.fillWidth: true
                     text: qsTr("Size")
                 }
-                Value {
+                CaptionDigits {
                     objectName: "sizeText"
                     text: controls.editor.sizeText
                 }
@@ -90,7 +81,7 @@ Rectangle {
                     Layout.fillWidth: true
                     text: qsTr("Stroke")
                 }
-                Value {
+                CaptionDigits {
                     objectName: "strokeText"
                     text: controls.editor.strokeText
                 }

@@ -25,19 +25,13 @@ Rectangle {
         ColumnLayout {
             spacing: 2
 
-            Text {
+            Title {
                 objectName: "editorTitle"
                 text: header.editor.title
-                color: Theme.primary
-                font.family: Theme.family
-                font.pixelSize: Theme.title3
-                font.weight: Font.DemiBold
             }
-            DigitText {
+            CaptionDigits {
                 objectName: "editorMoment"
                 text: header.editor.momentText
-                color: Theme.secondary
-                font.pixelSize: Theme.caption
             }
         }
         Separator {
@@ -47,13 +41,10 @@ Rectangle {
             selected: header.editor.kind
             onChosen: kind => header.editor.kind = kind
         }
-        Text {
+        Caption {
             objectName: "editorHint"
             Layout.fillWidth: true
             text: qsTr("Drag on the frame to draw a new shape. The colored handle moves it; the white arrows resize.")
-            color: Theme.secondary
-            font.family: Theme.family
-            font.pixelSize: Theme.caption
             wrapMode: Text.Wrap
             horizontalAlignment: Text.AlignRight
         }

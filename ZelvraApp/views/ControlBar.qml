@@ -26,12 +26,6 @@ Rectangle {
     readonly property real queueWidth: 2 * (previous.implicitWidth + divider.width) + Math.max(58, queueText.implicitWidth) + 4 * 6
     readonly property real fullWidth: 2 * 16 + opening.implicitWidth + (rules.hasQueue ? queueWidth + 12 : 0) + nameWidth + 2 * inKey.implicitWidth + addButton.widthAround(addText.advanceWidth + timeText.advanceWidth) + markButton.widthAround(markText.advanceWidth) + exportButton.widthAround(exportText.advanceWidth) + 6 * 12
 
-    component LabelMetrics: TextMetrics {
-        font.family: Theme.family
-        font.pixelSize: Theme.body
-        font.weight: Font.DemiBold
-    }
-
     objectName: "controlBar"
     implicitHeight: row.implicitHeight + 24
     color: Theme.bar
@@ -153,14 +147,12 @@ Rectangle {
                 implicitWidth: Math.max(bar.isTight ? 0 : 58, queueText.implicitWidth)
                 implicitHeight: queueText.implicitHeight
 
-                DigitText {
+                CaptionDigits {
                     id: queueText
 
                     objectName: "queueLabel"
                     anchors.centerIn: parent
                     text: bar.session.state.queueLabel
-                    color: Theme.secondary
-                    font.pixelSize: Theme.caption
                 }
             }
             Tipped {
@@ -187,7 +179,7 @@ Rectangle {
             Layout.fillWidth: true
             spacing: 2
 
-            Text {
+            Caption {
                 id: fileName
 
                 objectName: "fileName"
@@ -196,9 +188,6 @@ Rectangle {
                 visible: bar.session.hasVideo
                 text: bar.session.fileName
                 elide: Text.ElideMiddle
-                color: Theme.secondary
-                font.family: Theme.family
-                font.pixelSize: Theme.caption
             }
             Row {
                 spacing: 6
@@ -209,8 +198,7 @@ Rectangle {
                     objectName: "playheadTime"
                     anchors.verticalCenter: parent.verticalCenter
                     text: bar.session.timecode
-                    color: Theme.primary
-                    font.pixelSize: Theme.title3
+                    font.pixelSize: Theme.title
                 }
                 TrimIndicator {
                     id: badge

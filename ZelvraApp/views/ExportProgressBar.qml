@@ -33,14 +33,12 @@ Row {
             color: Theme.accentFill
         }
     }
-    DigitText {
+    CaptionDigits {
         id: percentage
 
         objectName: "exportPercentage"
         anchors.verticalCenter: parent.verticalCenter
         width: 34
         text: Texts.percentage(progress.fraction)
-        color: Theme.secondary
-        font.pixelSize: Theme.caption
     }
 }

@@ -32,21 +32,14 @@ Row {
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
 
-        Text {
+        Headline {
             text: "Exported"
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.headline
-            font.weight: Font.DemiBold
         }
-        Text {
+        Caption {
             objectName: "exportedName"
             width: Math.min(implicitWidth, 360)
             text: banner.name
             elide: Text.ElideMiddle
-            color: Theme.secondary
-            font.family: Theme.family
-            font.pixelSize: Theme.caption
         }
     }
     PushButton {

@@ -43,12 +43,10 @@ Item {
                 size: 15
                 color: Qt.rgba(1, 1, 1, 0.85)
             }
-            Text {
+            Caption {
                 anchors.verticalCenter: parent.verticalCenter
                 text: "Freeze preview"
                 color: Qt.rgba(1, 1, 1, 0.85)
-                font.family: Theme.family
-                font.pixelSize: Theme.caption
             }
         }
     }

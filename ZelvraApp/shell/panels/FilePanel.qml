@@ -60,14 +60,10 @@ T.Popup {
         Accessible.role: Accessible.Dialog
         Accessible.name: panel.panels.message
 
-        Text {
+        Headline {
             objectName: "panelMessage"
             Layout.fillWidth: true
             text: panel.panels.message
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.headline
-            font.weight: Font.DemiBold
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
         }
@@ -144,25 +140,20 @@ T.Popup {
                     onDoubleClicked: panel.openRow()
                 }
             }
-            Text {
+            TertiaryText {
                 objectName: "panelEmpty"
                 anchors.centerIn: parent
                 visible: files.entries.length === 0 && !files.reading
                 text: panel.panels.forFolder ? qsTr("No folders in here") : qsTr("No movies in here")
-                color: Theme.tertiary
-                font.family: Theme.family
-                font.pixelSize: Theme.body
             }
         }
         RowLayout {
             spacing: 8
 
-            Text {
+            Caption {
                 Layout.fillWidth: true
                 text: panel.panels.forFolder ? "" : qsTr("Movies: .mov, .mp4, .m4v")
                 color: Theme.tertiary
-                font.family: Theme.family
-                font.pixelSize: Theme.caption
             }
             PushButton {
                 objectName: "panelCancel"

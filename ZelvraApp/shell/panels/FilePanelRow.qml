@@ -16,10 +16,8 @@ T.AbstractButton {
     readonly property color ink: chosen ? "#ffffff" : Theme.primary
     readonly property color paleInk: chosen ? "#ffffff" : Theme.tertiary
 
-    component Detail: Text {
+    component Detail: Caption {
         color: row.paleInk
-        font.family: Theme.family
-        font.pixelSize: Theme.caption
         horizontalAlignment: Text.AlignRight
     }
 
@@ -39,12 +37,10 @@ T.AbstractButton {
             name: row.modelData.isFolder ? "folder" : "movie"
             color: row.chosen ? "#ffffff" : row.modelData.isFolder ? Theme.accent : Theme.secondary
         }
-        Text {
+        Body {
             Layout.fillWidth: true
             text: row.modelData.name
             color: row.ink
-            font.family: Theme.family
-            font.pixelSize: Theme.body
             elide: Text.ElideMiddle
         }
         Detail {

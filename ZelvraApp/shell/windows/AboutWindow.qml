@@ -18,13 +18,6 @@ AuxiliaryWindow {
     minimumHeight: height
     maximumHeight: height
 
-    component Line: Text {
-        Layout.alignment: Qt.AlignHCenter
-        color: Theme.secondary
-        font.family: Theme.family
-        font.pixelSize: Theme.callout
-    }
-
     ColumnLayout {
         anchors.centerIn: parent
         width: parent.width - 56
@@ -42,18 +35,19 @@ AuxiliaryWindow {
             Layout.alignment: Qt.AlignHCenter
             spacing: 6
 
-            Line {
+            Title {
+                Layout.alignment: Qt.AlignHCenter
                 text: "Zelvra"
-                color: Theme.primary
-                font.pixelSize: Theme.title2
-                font.weight: Font.DemiBold
+                font.pixelSize: Theme.middleTitle
                 Accessible.role: Accessible.Heading
             }
-            Line {
+            SecondaryText {
+                Layout.alignment: Qt.AlignHCenter
                 objectName: "versionText"
                 text: About.versionText
             }
-            Line {
+            SecondaryText {
+                Layout.alignment: Qt.AlignHCenter
                 text: "An App for highlighting your best moves."
             }
         }
@@ -66,11 +60,9 @@ AuxiliaryWindow {
             Layout.alignment: Qt.AlignHCenter
             spacing: 12
 
-            Line {
+            Overline {
+                Layout.alignment: Qt.AlignHCenter
                 text: "Made by Corvath"
-                color: Theme.tertiary
-                font.pixelSize: Theme.caption
-                font.capitalization: Font.AllUppercase
                 font.letterSpacing: 1.5
             }
             Image {

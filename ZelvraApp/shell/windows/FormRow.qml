@@ -28,13 +28,10 @@ Item {
         anchors.rightMargin: 10
         spacing: 12
 
-        Text {
+        Body {
             Layout.alignment: row.labelAlignment
             Layout.topMargin: row.labelAlignment === Qt.AlignTop ? 8 : 0
             text: row.label
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.body
         }
         RowLayout {
             id: holder

@@ -16,12 +16,9 @@ ColumnLayout {
 
     spacing: 5
 
-    Text {
+    Body {
         Layout.leftMargin: 10
         text: section.title
-        color: Theme.primary
-        font.family: Theme.family
-        font.pixelSize: Theme.body
         font.weight: Font.DemiBold
         Accessible.role: Accessible.Heading
     }
@@ -41,15 +38,12 @@ ColumnLayout {
             spacing: 0
         }
     }
-    Text {
+    Caption {
         objectName: section.footerName
         Layout.fillWidth: true
         Layout.leftMargin: 10
         Layout.rightMargin: 10
         text: section.footer
-        color: Theme.secondary
-        font.family: Theme.family
-        font.pixelSize: Theme.caption
         wrapMode: Text.Wrap
     }
 }

@@ -26,12 +26,8 @@ ColumnLayout {
             size: 20
             color: Theme.accent
         }
-        Text {
+        Title {
             text: section.modelData.title
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.title3
-            font.weight: Font.DemiBold
             Accessible.role: Accessible.Heading
         }
     }
@@ -50,13 +46,11 @@ ColumnLayout {
                 width: parent.width
                 height: words.implicitHeight
 
-                Text {
+                TertiaryText {
                     text: "•"
-                    color: Theme.tertiary
-                    font: words.font
                     Accessible.ignored: true
                 }
-                Text {
+                Body {
                     id: words
 
                     objectName: "helpItemText"
@@ -64,9 +58,6 @@ ColumnLayout {
                     width: parent.width - x
                     text: item.modelData
                     textFormat: Text.MarkdownText
-                    color: Theme.primary
-                    font.family: Theme.family
-                    font.pixelSize: Theme.body
                     wrapMode: Text.Wrap
                 }
             }

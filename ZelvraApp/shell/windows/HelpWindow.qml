@@ -57,33 +57,25 @@ AuxiliaryWindow {
                 Layout.topMargin: 32
                 spacing: 4
 
-                Text {
+                Title {
                     text: "Zelvra"
-                    color: Theme.primary
-                    font.family: Theme.family
                     font.pixelSize: Theme.largeTitle
-                    font.weight: Font.DemiBold
                     Accessible.role: Accessible.Heading
                 }
-                Text {
+                SecondaryText {
                     text: "A quick tour of the app."
-                    color: Theme.secondary
-                    font.family: Theme.family
-                    font.pixelSize: Theme.title3
+                    font.pixelSize: Theme.title
                 }
             }
             Repeater {
                 model: HelpContent.sections
                 HelpSection {}
             }
-            Text {
+            SecondaryText {
                 objectName: "helpKeys"
                 Layout.fillWidth: true
                 Layout.bottomMargin: 32
                 text: HelpContent.keysNote
-                color: Theme.secondary
-                font.family: Theme.family
-                font.pixelSize: Theme.body
                 wrapMode: Text.Wrap
             }
         }

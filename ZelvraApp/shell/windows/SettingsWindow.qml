@@ -199,13 +199,11 @@ AuxiliaryWindow {
                     visible: window.settings.outputMode === Settings.Custom
                     label: "Folder"
 
-                    Text {
+                    Body {
                         objectName: "customFolder"
                         Layout.fillWidth: true
                         text: window.settings.customFolder || "— not chosen —"
                         color: window.settings.customFolder ? Theme.primary : Theme.secondary
-                        font.family: Theme.family
-                        font.pixelSize: Theme.body
                         elide: Text.ElideMiddle
                     }
                     PushButton {

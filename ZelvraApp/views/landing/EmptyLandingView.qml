@@ -57,20 +57,15 @@ Item {
                 running: landing.session.state.isOpening
             }
         }
-        Text {
+        Title {
             Layout.alignment: Qt.AlignHCenter
             text: "Drop a video or folder here"
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.title2
+            font.pixelSize: Theme.middleTitle
             font.weight: Font.Medium
         }
-        Text {
+        TertiaryText {
             Layout.alignment: Qt.AlignHCenter
             text: "or"
-            color: Theme.tertiary
-            font.family: Theme.family
-            font.pixelSize: Theme.body
         }
         Row {
             Layout.alignment: Qt.AlignHCenter

@@ -23,21 +23,15 @@ Column {
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.quaternary
 
-            Text {
+            SmallCaption {
                 anchors.centerIn: parent
                 text: row.number
-                color: Theme.secondary
-                font.family: Theme.family
-                font.pixelSize: Theme.caption2
                 font.weight: Font.Bold
             }
         }
-        Text {
+        Body {
             anchors.verticalCenter: parent.verticalCenter
             text: row.text
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.callout
         }
     }
 

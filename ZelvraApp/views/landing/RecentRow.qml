@@ -48,25 +48,19 @@ T.AbstractButton {
             size: 17
             color: Theme.secondary
         }
-        Text {
+        Body {
             objectName: "recentName"
             Layout.fillWidth: true
             Layout.maximumWidth: Math.ceil(implicitWidth)
             text: row.name
             elide: Text.ElideMiddle
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.callout
         }
-        Text {
+        TertiaryText {
             objectName: "recentFolder"
             Layout.fillWidth: true
             Layout.maximumWidth: Math.ceil(implicitWidth)
             text: Texts.folderName(row.path)
             elide: Text.ElideRight
-            color: Theme.tertiary
-            font.family: Theme.family
-            font.pixelSize: Theme.callout
         }
         Item {
             Layout.fillWidth: true

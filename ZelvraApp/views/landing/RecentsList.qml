@@ -15,14 +15,10 @@ Column {
     width: 340
     spacing: 4
 
-    Text {
+    Overline {
         leftPadding: 8
         text: "Recent"
-        color: Theme.tertiary
-        font.family: Theme.family
-        font.pixelSize: Theme.caption
         font.weight: Font.DemiBold
-        font.capitalization: Font.AllUppercase
         font.letterSpacing: 0.4
     }
     Repeater {

@@ -134,11 +134,10 @@ FocusScope {
         RowLayout {
             spacing: 10
 
-            DigitText {
+            CaptionDigits {
                 objectName: "elapsedText"
                 text: bar.controls.elapsedText
                 color: Theme.pictureInkDim
-                font.pixelSize: Theme.caption
             }
             Scrubber {
                 id: scrubber
@@ -148,11 +147,10 @@ FocusScope {
                 session: bar.session
                 controls: bar.controls
             }
-            DigitText {
+            CaptionDigits {
                 objectName: "remainingText"
                 text: bar.controls.remainingText
                 color: Theme.pictureInkDim
-                font.pixelSize: Theme.caption
             }
         }
     }

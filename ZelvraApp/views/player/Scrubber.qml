@@ -79,7 +79,7 @@ Item {
             anchors.centerIn: parent
             text: scrubber.session.timecodeOf(scrubber.secondsAt(area.mouseX))
             color: Theme.pictureInk
-            font.pixelSize: Theme.caption2
+            font.pixelSize: Theme.smallCaption
         }
     }
 }

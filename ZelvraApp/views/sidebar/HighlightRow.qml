@@ -60,16 +60,12 @@ T.AbstractButton {
 
                 objectName: "highlightTime"
                 text: row.session.timecodeOf(row.moment)
-                color: Theme.primary
             }
-            Text {
+            Caption {
                 id: freeze
 
                 objectName: "highlightFreeze"
                 text: Texts.freezeLength(row.duration)
-                color: Theme.secondary
-                font.family: Theme.family
-                font.pixelSize: Theme.caption
             }
         }
         Tipped {

@@ -29,13 +29,9 @@ Rectangle {
             Layout.margins: 12
             spacing: 8
 
-            Text {
+            Headline {
                 Layout.fillWidth: true
                 text: "Highlights"
-                color: Theme.primary
-                font.family: Theme.family
-                font.pixelSize: Theme.headline
-                font.weight: Font.DemiBold
             }
             Tipped {
                 tip: "Undo last change (⌘Z)"
@@ -50,11 +46,9 @@ Rectangle {
                     onClicked: sidebar.session.undo()
                 }
             }
-            DigitText {
+            HeadlineDigits {
                 objectName: "highlightCount"
                 text: sidebar.session.highlightCount
-                color: Theme.secondary
-                font.pixelSize: Theme.headline
             }
         }
         Separator {
@@ -80,20 +74,15 @@ Rectangle {
                     gap: 3.1
                     color: Theme.tertiary
                 }
-                Text {
+                SecondaryText {
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: "No highlights yet"
-                    color: Theme.secondary
-                    font.family: Theme.family
-                    font.pixelSize: Theme.body
                 }
-                Text {
+                Caption {
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: "Scrub the video, then click\n“Add Highlight”."
                     color: Theme.tertiary
                     horizontalAlignment: Text.AlignHCenter
-                    font.family: Theme.family
-                    font.pixelSize: Theme.caption
                 }
             }
             RowList {

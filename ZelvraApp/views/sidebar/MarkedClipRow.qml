@@ -48,35 +48,30 @@ T.AbstractButton {
     contentItem: RowLayout {
         spacing: 8
 
-        DigitText {
+        CaptionDigits {
             id: number
 
             objectName: "clipNumber"
             Layout.preferredWidth: 24
             text: Texts.clipNumber(row.index + 1)
             color: row.isBeingEdited ? Theme.accent : Theme.tertiary
-            font.pixelSize: Theme.caption
             font.weight: Font.DemiBold
         }
         Column {
             Layout.fillWidth: true
 
-            DigitText {
+            CaptionDigits {
                 id: range
 
                 objectName: "clipRange"
                 text: row.session.rangeText(row.start, row.end)
                 color: Theme.primary
-                font.pixelSize: Theme.caption
             }
-            Text {
+            SmallCaption {
                 id: count
 
                 objectName: "clipHighlights"
                 text: Texts.highlightCount(row.highlightCount)
-                color: Theme.secondary
-                font.family: Theme.family
-                font.pixelSize: Theme.caption2
             }
         }
         Icon {

@@ -23,18 +23,12 @@ ColumnLayout {
         Layout.margins: 12
         spacing: 8
 
-        Text {
+        Headline {
             text: "Marked Clips"
-            color: Theme.primary
-            font.family: Theme.family
-            font.pixelSize: Theme.headline
-            font.weight: Font.DemiBold
         }
-        DigitText {
+        HeadlineDigits {
             objectName: "markedClipCount"
             text: section.session.markedClipCount
-            color: Theme.secondary
-            font.pixelSize: Theme.headline
         }
         Item {
             Layout.fillWidth: true

@@ -21,13 +21,12 @@ Tipped {
         Accessible.name: root.letter
         Accessible.description: root.tip
         onClicked: root.clicked()
-        contentItem: Text {
+        contentItem: Body {
             text: root.letter
             color: button.ink
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
-            font.family: "monospace"
-            font.pixelSize: Theme.body
+            font.family: Theme.monospaceFamily
             font.weight: Font.DemiBold
         }
         implicitWidth: 28

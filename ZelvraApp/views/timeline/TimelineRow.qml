@@ -45,14 +45,12 @@ Rectangle {
         height: 28
         opacity: 0
 
-        Text {
+        SmallCaption {
             id: label
 
             anchors.verticalCenter: parent.verticalCenter
             text: "Highlights"
             color: Qt.rgba(1, 1, 1, 0.45)
-            font.family: Theme.family
-            font.pixelSize: Theme.caption2
             font.weight: Font.DemiBold
         }
         TimelineStrip {

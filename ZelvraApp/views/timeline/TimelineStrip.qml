@@ -15,6 +15,12 @@ Item {
     Accessible.role: Accessible.Chart
     Accessible.name: "Timeline"
 
+    component StretchTime: DigitText {
+        color: Qt.rgba(1, 1, 1, 0.45)
+        font.pixelSize: Theme.tinyCaption
+        font.weight: Font.Medium
+    }
+
     TimelineStripModel {
         id: strip
 
@@ -92,25 +98,19 @@ Item {
         height: parent.height - 6
         color: Qt.rgba(1, 1, 1, 0.85)
     }
-    DigitText {
+    StretchTime {
         objectName: "stripStart"
         anchors.left: parent.left
         anchors.top: parent.top
         visible: strip.isZoomed
         text: strip.startLabel
-        color: Qt.rgba(1, 1, 1, 0.45)
-        font.pixelSize: 8
-        font.weight: Font.Medium
     }
-    DigitText {
+    StretchTime {
         objectName: "stripEnd"
         anchors.right: parent.right
         anchors.top: parent.top
         visible: strip.isZoomed
         text: strip.endLabel
-        color: Qt.rgba(1, 1, 1, 0.45)
-        font.pixelSize: 8
-        font.weight: Font.Medium
     }
     MouseArea {
         id: pointer

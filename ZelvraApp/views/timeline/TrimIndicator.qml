@@ -43,7 +43,7 @@ Rectangle {
             name: badge.isEditingQueuedClip ? "edit" : "content_cut"
             size: 14
         }
-        DigitText {
+        CaptionDigits {
             id: range
 
             objectName: "trimBadgeRange"
@@ -51,7 +51,6 @@ Rectangle {
             visible: !badge.compact
             text: badge.session.rangeText(badge.start, badge.end)
             color: Theme.primary
-            font.pixelSize: Theme.caption
         }
         Tipped {
             id: clear

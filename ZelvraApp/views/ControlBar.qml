@@ -6,25 +6,11 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The row of controls under the picture. Where it has little room, texts give way one by one.
+// The row of controls under the picture. When it has little room, it leaves out its texts one by one.
 Rectangle {
     id: bar
 
     required property Session session
-
-    // How many of the savings below are made.
-    readonly property int savings: rules.savingsNeeded(width, fullWidth, [timeText.advanceWidth, exportButton.widthAround(exportText.advanceWidth) - exportButton.signWidth, markButton.widthAround(markText.advanceWidth) - markButton.signWidth, nameWidth - titleRowWidth, addButton.widthAround(addText.advanceWidth) - addButton.signWidth, badge.visible ? badge.rangeWidth : 0])
-    readonly property bool saysTime: savings < 1
-    readonly property bool saysExport: savings < 2
-    readonly property bool saysMark: savings < 3
-    readonly property bool saysAdd: savings < 5
-    readonly property bool saysRange: savings < 6
-    readonly property bool isTight: fullWidth - width > 0 && !saysRange
-
-    readonly property real titleRowWidth: time.implicitWidth + (session.hasTrim ? 6 + badge.fullWidth : 0)
-    readonly property real nameWidth: Math.max(titleRowWidth, Math.min(fileName.implicitWidth, 140))
-    readonly property real queueWidth: 2 * (previous.implicitWidth + divider.width) + Math.max(58, queueText.implicitWidth) + 4 * 6
-    readonly property real fullWidth: 2 * 16 + opening.implicitWidth + (rules.hasQueue ? queueWidth + 12 : 0) + nameWidth + 2 * inKey.implicitWidth + addButton.widthAround(addText.advanceWidth + timeText.advanceWidth) + markButton.widthAround(markText.advanceWidth) + exportButton.widthAround(exportText.advanceWidth) + 6 * 12
 
     objectName: "controlBar"
     implicitHeight: row.implicitHeight + 24
@@ -33,6 +19,20 @@ Rectangle {
     ControlBarModel {
         id: rules
         session: bar.session
+        widths.available: bar.width
+        widths.opening: opening.implicitWidth
+        widths.queueButton: rules.hasQueue ? previous.implicitWidth : 0
+        widths.queueText: queueText.implicitWidth
+        widths.fileName: fileName.implicitWidth
+        widths.time: time.implicitWidth
+        widths.trimBadge: bar.session.hasTrim ? badge.fullWidth : 0
+        widths.trimRange: badge.rangeWidth
+        widths.markingKey: inKey.implicitWidth
+        widths.addButton: addButton.widthAround(addText.advanceWidth)
+        widths.addTime: timeText.advanceWidth
+        widths.markButton: markButton.widthAround(markText.advanceWidth)
+        widths.exportButton: exportButton.widthAround(exportText.advanceWidth)
+        widths.signButton: exportButton.signWidth
     }
     LabelMetrics {
         id: addText
@@ -56,9 +56,9 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         anchors.left: parent.left
         anchors.right: parent.right
-        anchors.leftMargin: bar.isTight ? 12 : 16
-        anchors.rightMargin: bar.isTight ? 12 : 16
-        spacing: bar.isTight ? 6 : 12
+        anchors.leftMargin: rules.isTight ? 12 : 16
+        anchors.rightMargin: rules.isTight ? 12 : 16
+        spacing: rules.isTight ? 6 : 12
 
         Row {
             id: opening
@@ -117,7 +117,7 @@ Rectangle {
 
             objectName: "queueNavigator"
             visible: rules.hasQueue
-            spacing: bar.isTight ? 0 : 6
+            spacing: rules.isTight ? 0 : 6
 
             Separator {
                 id: divider
@@ -144,7 +144,7 @@ Rectangle {
             }
             Item {
                 anchors.verticalCenter: parent.verticalCenter
-                implicitWidth: Math.max(bar.isTight ? 0 : 58, queueText.implicitWidth)
+                implicitWidth: Math.max(rules.isTight ? 0 : 58, queueText.implicitWidth)
                 implicitHeight: queueText.implicitHeight
 
                 CaptionDigits {
@@ -206,7 +206,7 @@ Rectangle {
                     anchors.verticalCenter: parent.verticalCenter
                     visible: bar.session.hasTrim
                     session: bar.session
-                    compact: !bar.saysRange
+                    compact: !rules.hasTrimRange
                     start: bar.session.trimStart
                     end: bar.session.trimEnd
                     isEditingQueuedClip: bar.session.isEditingClip
@@ -242,7 +242,7 @@ Rectangle {
                 iconName: "add_circle"
                 iconSize: 18
                 tabularDigits: true
-                text: bar.saysTime ? "Add Highlight at " + bar.session.timecode : bar.saysAdd ? "Add Highlight" : ""
+                text: rules.hasAddTime ? "Add Highlight at " + bar.session.timecode : rules.hasAddText ? "Add Highlight" : ""
                 enabled: bar.session.hasVideo
                 Accessible.name: "Add Highlight at " + bar.session.timecode
                 onClicked: bar.session.addHighlightAtCurrentTime()
@@ -258,7 +258,7 @@ Rectangle {
                 controlHeight: Theme.largeControlHeight
                 iconName: bar.session.isEditingClip ? "check_circle" : "bookmark"
                 iconSize: 18
-                text: bar.saysMark ? markText.text : ""
+                text: rules.hasMarkText ? markText.text : ""
                 enabled: bar.session.hasTrim
                 Accessible.name: markText.text
                 onClicked: bar.session.markCurrentClip()
@@ -274,7 +274,7 @@ Rectangle {
                 controlHeight: Theme.largeControlHeight
                 iconName: "ios_share"
                 iconSize: 18
-                text: bar.saysExport ? rules.exportLabel : ""
+                text: rules.hasExportText ? rules.exportLabel : ""
                 enabled: bar.session.state.canExport
                 Accessible.name: rules.exportLabel
                 onClicked: bar.session.exportMovies()

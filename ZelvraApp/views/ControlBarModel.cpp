@@ -5,15 +5,9 @@
 #include "ZelvraApp/session/RoughClip.h"
 #include "ZelvraApp/views/Texts.h"
 
-namespace zelvra {
+#include <utility>
 
-int savingsNeeded(double available, double full, const QList<double>& savings) {
-    int needed = 0;
-    for (double width = full; width > available && needed < savings.size(); ++needed) {
-        width -= savings[needed];
-    }
-    return needed;
-}
+namespace zelvra {
 
 void ControlBarModel::setSession(Session* session) {
     if (session_ == session || session == nullptr) {
@@ -44,6 +38,12 @@ QString ControlBarModel::outPointTip() const {
 
 QString ControlBarModel::exportLabel() const {
     return session_ ? Texts::exportLabel(session_->markedClipCount()) : QString();
+}
+
+void ControlBarModel::setWidths(const ControlBarWidths& widths) {
+    if (std::exchange(widths_, widths) != widths) {
+        Q_EMIT widthsChanged();
+    }
 }
 
 } // namespace zelvra

@@ -3,17 +3,13 @@
 #pragma once
 
 #include "ZelvraApp/bridge/Session.h"
+#include "ZelvraApp/views/ControlBarWidths.h"
 
-#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <qqml.h>
 
 namespace zelvra {
-
-/// How many of the `savings`, taken in their order, it needs to bring a row that is `full` wide into
-/// `available`; all of them where even these are not enough.
-int savingsNeeded(double available, double full, const QList<double>& savings);
 
 /// What the control bar shows beyond what the session says itself: tooltips that follow from the session and
 /// the preferences, what can be done, and how much of its row has room. Main thread.
@@ -26,6 +22,14 @@ class ControlBarModel : public QObject {
     Q_PROPERTY(QString inPointTip READ inPointTip NOTIFY changed)
     Q_PROPERTY(QString outPointTip READ outPointTip NOTIFY changed)
     Q_PROPERTY(QString exportLabel READ exportLabel NOTIFY changed)
+    /// The view reports what its parts take; the model answers which texts have room.
+    Q_PROPERTY(zelvra::ControlBarWidths widths READ widths WRITE setWidths NOTIFY widthsChanged)
+    Q_PROPERTY(bool hasAddTime READ hasAddTime NOTIFY widthsChanged)
+    Q_PROPERTY(bool hasExportText READ hasExportText NOTIFY widthsChanged)
+    Q_PROPERTY(bool hasMarkText READ hasMarkText NOTIFY widthsChanged)
+    Q_PROPERTY(bool hasAddText READ hasAddText NOTIFY widthsChanged)
+    Q_PROPERTY(bool hasTrimRange READ hasTrimRange NOTIFY widthsChanged)
+    Q_PROPERTY(bool isTight READ isTight NOTIFY widthsChanged)
 
 public:
     using QObject::QObject;
@@ -38,15 +42,22 @@ public:
     QString outPointTip() const;
     QString exportLabel() const;
 
-    Q_INVOKABLE static int savingsNeeded(double available, double full, const QList<double>& savings) {
-        return zelvra::savingsNeeded(available, full, savings);
-    }
+    ControlBarWidths widths() const { return widths_; }
+    void setWidths(const ControlBarWidths& widths);
+    bool hasAddTime() const { return widths_.hasAddTime(); }
+    bool hasExportText() const { return widths_.hasExportText(); }
+    bool hasMarkText() const { return widths_.hasMarkText(); }
+    bool hasAddText() const { return widths_.hasAddText(); }
+    bool hasTrimRange() const { return widths_.hasTrimRange(); }
+    bool isTight() const { return widths_.isTight(); }
 
 Q_SIGNALS:
     void changed();
+    void widthsChanged();
 
 private:
     QPointer<Session> session_;
+    ControlBarWidths widths_;
 };
 
 } // namespace zelvra

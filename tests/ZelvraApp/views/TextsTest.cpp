@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraApp/views/Texts.h"
-#include "ZelvraApp/views/ControlBarModel.h"
 
 #include <gtest/gtest.h>
 
@@ -50,13 +49,6 @@ TEST(Texts, CountAndCutOff) {
 TEST(Texts, NameTheFolderThatHoldsAnItem) {
     EXPECT_EQ(Texts::folderName("/home/coach/Match day/half.mp4"), "Match day");
     EXPECT_EQ(Texts::folderName("/home/coach/Match day/"), "coach");
-}
-
-TEST(ControlBarRow, TakesAsFewSavingsAsItNeeds) {
-    EXPECT_EQ(savingsNeeded(700, 700, {80, 60}), 0);
-    EXPECT_EQ(savingsNeeded(650, 700, {80, 60}), 1);
-    EXPECT_EQ(savingsNeeded(600, 700, {80, 60}), 2);
-    EXPECT_EQ(savingsNeeded(100, 700, {80, 60}), 2);
 }
 
 } // namespace

@@ -34,7 +34,7 @@ T.MenuBar {
             Accessible.ignored: true
         }
         background: Rectangle {
-            radius: 5
+            radius: Theme.itemRadius
             color: Theme.hover
             visible: item.highlighted || item.hovered || item.down
         }

@@ -10,7 +10,9 @@ T.MenuItem {
     id: item
 
     property string iconName
-    readonly property color ink: item.highlighted && item.enabled ? "#ffffff" : Theme.primary
+    readonly property bool chosen: item.highlighted && item.enabled
+    readonly property color ink: item.chosen ? Theme.accentInk : Theme.primary
+    readonly property color paleInk: item.chosen ? Theme.accentInk : Theme.tertiary
     readonly property string keys: item.action?.shortcut ?? ""
 
     implicitWidth: Math.min(row.implicitWidth + leftPadding + rightPadding, Theme.menuItemWidest)
@@ -45,19 +47,19 @@ T.MenuItem {
             Layout.leftMargin: 24
             visible: item.keys !== ""
             text: item.keys
-            color: item.highlighted && item.enabled ? "#ffffff" : Theme.tertiary
+            color: item.paleInk
             Accessible.ignored: true
         }
         Icon {
             visible: item.subMenu !== null
             name: "chevron_right"
             size: 16
-            color: item.highlighted && item.enabled ? "#ffffff" : Theme.tertiary
+            color: item.paleInk
         }
     }
     background: Rectangle {
-        radius: 5
+        radius: Theme.itemRadius
         color: Theme.accentFill
-        visible: item.highlighted && item.enabled
+        visible: item.chosen
     }
 }

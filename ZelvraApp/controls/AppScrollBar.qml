@@ -14,7 +14,7 @@ T.ScrollBar {
     minimumSize: 0.08
     visible: size < 1
     contentItem: Rectangle {
-        radius: 3
+        radius: Math.min(width, height) / 2
         color: Theme.primary
         opacity: bar.pressed ? 0.5 : bar.hovered ? 0.4 : 0.22
     }

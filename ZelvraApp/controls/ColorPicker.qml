@@ -16,10 +16,9 @@ T.Popup {
     property real hue: 0
     property real saturation: 0
     property real brightness: 0
-    property color before: "#000000"
+    property color before
 
     readonly property color color: Qt.hsva(hue, saturation, brightness, 1)
-    readonly property var swatches: ["#0A84FF", "#32D2FF", "#30D158", "#FFD60A", "#FF9F0A", "#FF453A", "#FF375F", "#BF5AF2", "#FFFFFF", "#000000"]
 
     function take(color: color) {
         if (color.hsvSaturation > 0 && color.hsvValue > 0)
@@ -44,6 +43,27 @@ T.Popup {
         close();
     }
 
+    component Knob: Rectangle {
+        height: width
+        radius: width / 2
+        border.width: 2
+        border.color: Theme.pickerKnobRing
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -1
+            radius: width / 2
+            color: "transparent"
+            border.color: Theme.pickerKnobOutline
+        }
+    }
+    component HueStop: GradientStop {
+        required property real stopHue
+
+        position: stopHue
+        color: Qt.hsva(stopHue, 1, 1, 1)
+    }
+
     margins: 8
     padding: 12
     width: 284
@@ -63,7 +83,7 @@ T.Popup {
             anchors.margins: -4
             anchors.topMargin: -1
             radius: Theme.cardRadius + 4
-            color: "#10000000"
+            color: Theme.faintShadow
         }
     }
     contentItem: ColumnLayout {
@@ -95,7 +115,7 @@ T.Popup {
                 orientation: Gradient.Horizontal
                 GradientStop {
                     position: 0
-                    color: "#ffffff"
+                    color: Qt.hsva(0, 0, 1, 1)
                 }
                 GradientStop {
                     position: 1
@@ -109,34 +129,22 @@ T.Popup {
                 gradient: Gradient {
                     GradientStop {
                         position: 0
-                        color: "#00000000"
+                        color: Qt.hsva(0, 0, 0, 0)
                     }
                     GradientStop {
                         position: 1
-                        color: "#ff000000"
+                        color: Qt.hsva(0, 0, 0, 1)
                     }
                 }
             }
             FocusRing {
                 visible: field.activeFocus
             }
-            Rectangle {
+            Knob {
                 x: picker.saturation * field.width - width / 2
                 y: (1 - picker.brightness) * field.height - height / 2
                 width: 16
-                height: 16
-                radius: 8
                 color: picker.color
-                border.width: 2
-                border.color: "#ffffff"
-
-                Rectangle {
-                    anchors.fill: parent
-                    anchors.margins: -1
-                    radius: 9
-                    color: "transparent"
-                    border.color: "#80000000"
-                }
             }
             MouseArea {
                 anchors.fill: parent
@@ -167,56 +175,38 @@ T.Popup {
                 y: 3
                 width: hueSlider.width
                 height: 12
-                radius: 6
+                radius: height / 2
                 border.color: Theme.over(Theme.primary, 0.2)
                 gradient: Gradient {
                     orientation: Gradient.Horizontal
-                    GradientStop {
-                        position: 0
-                        color: "#ff0000"
+                    HueStop {
+                        stopHue: 0
                     }
-                    GradientStop {
-                        position: 1 / 6
-                        color: "#ffff00"
+                    HueStop {
+                        stopHue: 1 / 6
                     }
-                    GradientStop {
-                        position: 2 / 6
-                        color: "#00ff00"
+                    HueStop {
+                        stopHue: 2 / 6
                     }
-                    GradientStop {
-                        position: 3 / 6
-                        color: "#00ffff"
+                    HueStop {
+                        stopHue: 3 / 6
                     }
-                    GradientStop {
-                        position: 4 / 6
-                        color: "#0000ff"
+                    HueStop {
+                        stopHue: 4 / 6
                     }
-                    GradientStop {
-                        position: 5 / 6
-                        color: "#ff00ff"
+                    HueStop {
+                        stopHue: 5 / 6
                     }
-                    GradientStop {
-                        position: 1
-                        color: "#ff0000"
+                    HueStop {
+                        stopHue: 1
                     }
                 }
             }
-            handle: Rectangle {
+            handle: Knob {
                 x: hueSlider.visualPosition * (hueSlider.width - width)
                 width: 18
-                height: 18
-                radius: 9
                 color: Qt.hsva(picker.hue, 1, 1, 1)
-                border.width: 2
-                border.color: "#ffffff"
 
-                Rectangle {
-                    anchors.fill: parent
-                    anchors.margins: -1
-                    radius: 10
-                    color: "transparent"
-                    border.color: "#80000000"
-                }
                 FocusRing {
                     visible: hueSlider.visualFocus
                 }
@@ -226,7 +216,7 @@ T.Popup {
             spacing: 4
 
             Repeater {
-                model: picker.swatches
+                model: Theme.highlightColors
                 T.AbstractButton {
                     id: swatch
 
@@ -249,7 +239,7 @@ T.Popup {
                             anchors.centerIn: parent
                             width: 20
                             height: 20
-                            radius: 10
+                            radius: width / 2
                             color: swatch.modelData
                             border.color: Theme.over(Theme.primary, 0.3)
 

@@ -9,7 +9,7 @@ import Zelvra.Controls
 T.AbstractButton {
     id: well
 
-    property color color: "#000000"
+    property color color
     // Between the well and what it opens.
     property int pickerGap: 8
     signal picked(color: color)
@@ -27,21 +27,15 @@ T.AbstractButton {
         picker.choose(well.color);
     }
 
-    background: Rectangle {
-        radius: Theme.radius
-        color: well.down ? Theme.controlPressed : well.hovered ? Theme.controlHover : Theme.control
-        border.color: Theme.controlBorder
-
-        FocusRing {
-            visible: well.visualFocus
-        }
+    background: ControlSurface {
+        control: well
     }
     contentItem: Item {
         Rectangle {
             anchors.fill: parent
             anchors.margins: 4
             radius: Theme.radius - 3
-            color: Qt.rgba(well.color.r, well.color.g, well.color.b, 1)
+            color: Theme.over(well.color, 1)
             border.color: Theme.over(Theme.primary, 0.25)
         }
     }

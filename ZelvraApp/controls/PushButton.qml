@@ -13,7 +13,7 @@ T.AbstractButton {
     property int look: PushButton.Regular
     property string iconName
     property int iconSize: 16
-    property color tint: button.look === PushButton.Borderless ? Theme.secondary : Theme.primary
+    property color tint: button.borderless ? Theme.secondary : Theme.primary
     property int controlHeight: Theme.controlHeight
     // For a text with a time that runs.
     property bool tabularDigits: false
@@ -27,7 +27,8 @@ T.AbstractButton {
     readonly property int gap: 6
     readonly property int textPadding: controlHeight >= Theme.largeControlHeight ? 17 : 14
     readonly property bool prominent: look === PushButton.Prominent
-    readonly property color ink: prominent ? "#ffffff" : tint
+    readonly property bool borderless: look === PushButton.Borderless
+    readonly property color ink: prominent ? Theme.accentInk : tint
 
     implicitWidth: Math.max(controlHeight, contentItem.implicitWidth + leftPadding + rightPadding)
     implicitHeight: controlHeight
@@ -81,20 +82,11 @@ T.AbstractButton {
             }
         }
     }
-    background: Rectangle {
-        radius: Theme.radius
-        color: {
-            if (button.look === PushButton.Borderless)
-                return button.down || button.hovered ? Theme.hover : "transparent";
-            if (button.prominent)
-                return button.down ? Qt.darker(Theme.accentFill, 1.2) : button.hovered ? Qt.lighter(Theme.accentFill, 1.08) : Theme.accentFill;
-            return button.down ? Theme.controlPressed : button.hovered ? Theme.controlHover : Theme.control;
-        }
-        border.width: button.look === PushButton.Regular ? 1 : 0
-        border.color: Theme.controlBorder
-
-        FocusRing {
-            visible: button.visualFocus
-        }
+    background: ControlSurface {
+        control: button
+        restColor: button.prominent ? Theme.accentFill : button.borderless ? "transparent" : Theme.control
+        hoverColor: button.prominent ? Theme.accentFillHover : button.borderless ? Theme.hover : Theme.controlHover
+        pressedColor: button.prominent ? Theme.accentFillPressed : button.borderless ? Theme.hover : Theme.controlPressed
+        border.width: button.prominent || button.borderless ? 0 : 1
     }
 }

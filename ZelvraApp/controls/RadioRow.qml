@@ -17,25 +17,22 @@ T.RadioButton {
     Accessible.role: Accessible.RadioButton
     Accessible.name: text
 
-    indicator: Rectangle {
+    indicator: ControlSurface {
+        control: radio
         y: (radio.height - height) / 2
         width: 16
         height: 16
-        radius: 8
-        color: radio.checked ? Theme.accentFill : radio.down ? Theme.controlPressed : radio.hovered ? Theme.controlHover : Theme.control
+        radius: width / 2
+        color: radio.checked ? Theme.accentFill : pointerColor
         border.width: radio.checked ? 0 : 1
-        border.color: Theme.controlBorder
 
         Rectangle {
             anchors.centerIn: parent
             width: 6
             height: 6
-            radius: 3
-            color: "#ffffff"
+            radius: width / 2
+            color: Theme.accentInk
             visible: radio.checked
-        }
-        FocusRing {
-            visible: radio.visualFocus
         }
     }
     contentItem: Body {

@@ -29,7 +29,7 @@ Item {
             to: "shown"
             SequentialAnimation {
                 PauseAnimation {
-                    duration: 150
+                    duration: Theme.spinnerDelay
                 }
                 NumberAnimation {
                     property: "opacity"
@@ -51,7 +51,7 @@ Item {
         loops: Animation.Infinite
         from: 0
         to: 8
-        duration: 900
+        duration: Theme.spinnerTurn
     }
     Repeater {
         model: 8

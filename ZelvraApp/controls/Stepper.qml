@@ -92,13 +92,15 @@ FocusScope {
         autoRepeat: true
         Accessible.ignored: true
 
-        background: Rectangle {
+        background: ControlSurface {
+            control: step
+            restColor: "transparent"
             x: 1
             y: 1
             width: parent.width - 2
             height: parent.height - 2
             radius: Theme.radius - 1
-            color: step.down ? Theme.controlPressed : step.hovered ? Theme.controlHover : "transparent"
+            border.width: 0
         }
         contentItem: Item {
             Icon {

@@ -16,7 +16,7 @@ T.TextField {
     selectByMouse: true
     color: Theme.primary
     selectionColor: Theme.accentFill
-    selectedTextColor: "#ffffff"
+    selectedTextColor: Theme.accentInk
     placeholderTextColor: Theme.tertiary
     font.family: Theme.family
     font.pixelSize: Theme.body

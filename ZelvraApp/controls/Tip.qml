@@ -18,6 +18,6 @@ ToolTip {
     background: Rectangle {
         color: Theme.card
         border.color: Theme.separator
-        radius: 4
+        radius: Theme.tagRadius
     }
 }

@@ -20,7 +20,7 @@ T.Switch {
     indicator: Rectangle {
         width: 38
         height: 22
-        radius: 11
+        radius: height / 2
         color: toggle.checked ? Theme.accentFill : toggle.hovered ? Theme.controlPressed : Theme.track
         border.width: toggle.checked ? 0 : 1
         border.color: Theme.controlBorder
@@ -30,7 +30,7 @@ T.Switch {
             y: 2
             width: 18
             height: 18
-            radius: 9
+            radius: width / 2
             color: toggle.down ? Theme.knobPressed : Theme.knob
             border.width: toggle.checked ? 0 : 1
             border.color: Theme.knobBorder

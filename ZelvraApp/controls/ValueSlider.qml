@@ -28,26 +28,17 @@ T.Slider {
     Keys.onLeftPressed: slider.moveByKey(-1)
     Keys.onRightPressed: slider.moveByKey(1)
 
-    background: Rectangle {
+    background: FilledTrack {
         y: (slider.height - height) / 2
         width: slider.width
-        height: 4
-        radius: 2
-        color: Theme.track
-
-        Rectangle {
-            width: slider.handle.x + slider.handle.width / 2
-            height: parent.height
-            radius: parent.radius
-            color: Theme.accent
-        }
+        filled: slider.handle.x + slider.handle.width / 2
     }
     handle: Rectangle {
         x: slider.visualPosition * (slider.availableWidth - width)
         y: (slider.height - height) / 2
         width: 16
         height: 16
-        radius: 8
+        radius: width / 2
         color: slider.pressed ? Theme.knobPressed : Theme.knob
         border.width: 1
         border.color: Theme.knobBorder

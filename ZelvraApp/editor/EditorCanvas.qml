@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 import QtQuick
+import Zelvra.Controls
 import Zelvra.Editor
 
 // The frozen frame with the draft's shape over it: drag on the frame to draw, on a handle to move or reshape.
@@ -9,7 +10,7 @@ Rectangle {
 
     required property HighlightEditor editor
 
-    color: "#000000"
+    color: Theme.picture
     clip: true
     Accessible.role: Accessible.Canvas
     Accessible.name: qsTr("Frame")

@@ -2,9 +2,10 @@
 
 #include "ZelvraApp/editor/HandleView.h"
 
+#include "ZelvraApp/controls/DiscShadow.h"
+
 #include <QPainter>
 #include <QPainterPath>
-#include <QRadialGradient>
 
 #include <cmath>
 #include <numbers>
@@ -15,22 +16,8 @@ namespace zelvra {
 namespace {
 
 constexpr double borderWidth = 2;
-constexpr double shadowBlur = 2;
-constexpr double shadowOpacity = 0.35;
-constexpr QPointF shadowOffset(0, 1);
 
 constexpr double degrees = 180 / std::numbers::pi;
-
-void drawShadow(QPainter& painter, double radius) {
-    const double reach = radius + shadowBlur;
-    QRadialGradient shade(shadowOffset, reach);
-    shade.setColorAt((radius - shadowBlur) / reach, QColor::fromRgbF(0, 0, 0, float{shadowOpacity}));
-    shade.setColorAt(radius / reach, QColor::fromRgbF(0, 0, 0, float{shadowOpacity / 2}));
-    shade.setColorAt(1, Qt::transparent);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(shade);
-    painter.drawEllipse(shadowOffset, reach, reach);
-}
 
 /// To the left and to the right, `half` far, with open heads.
 QPainterPath twoHeadedArrow(double half, double head) {
@@ -94,7 +81,7 @@ void HandleView::paint(QPainter* painter) {
     const bool moves = grip_ == Grip::Move;
     const double radius = handleRadius(grip_);
     painter->translate(boundingRect().center());
-    drawShadow(*painter, radius);
+    paintDiscShadow(*painter, QPointF(), radius);
     const double middleOfBorder = radius - borderWidth / 2;
     painter->setBrush(moves ? color_ : QColor(Qt::white));
     painter->setPen(QPen(moves ? QColor(Qt::white) : color_, borderWidth));

@@ -47,10 +47,8 @@ Row {
                     color: tool.isSelected ? Theme.accent : Theme.secondary
                 }
             }
-            background: Rectangle {
-                radius: Theme.radius
-                color: button.down ? Theme.controlPressed : button.hovered ? Theme.controlHover : Theme.control
-                border.color: Theme.controlBorder
+            background: ControlSurface {
+                control: button
 
                 Rectangle {
                     anchors.fill: parent
@@ -59,9 +57,6 @@ Row {
                     color: Theme.over(Theme.accent, 0.16)
                     border.width: 1.5
                     border.color: Theme.accent
-                }
-                FocusRing {
-                    visible: button.visualFocus
                 }
             }
         }

@@ -18,20 +18,14 @@ Row {
     Accessible.name: "Exporting"
     Accessible.description: percentage.text
 
-    Rectangle {
+    FilledTrack {
+        objectName: "exportProgressTrack"
         anchors.verticalCenter: parent.verticalCenter
         width: 260
         height: 6
-        radius: 3
         color: Theme.quaternary
-
-        Rectangle {
-            objectName: "exportProgressFill"
-            width: parent.width * Math.max(0, Math.min(1, progress.fraction))
-            height: parent.height
-            radius: Math.min(3, width / 2)
-            color: Theme.accentFill
-        }
+        filled: width * Math.max(0, Math.min(1, progress.fraction))
+        fillColor: Theme.accentFill
     }
     CaptionDigits {
         id: percentage

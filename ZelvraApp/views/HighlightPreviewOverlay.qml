@@ -29,7 +29,7 @@ Item {
         width: badge.implicitWidth + 18
         height: badge.implicitHeight + 8
         radius: height / 2
-        color: Qt.rgba(0, 0, 0, 0.45)
+        color: Theme.pictureBadge
 
         Row {
             id: badge
@@ -41,12 +41,12 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 name: "pause_circle_filled"
                 size: 15
-                color: Qt.rgba(1, 1, 1, 0.85)
+                color: Theme.pictureInkBright
             }
             Caption {
                 anchors.verticalCenter: parent.verticalCenter
                 text: "Freeze preview"
-                color: Qt.rgba(1, 1, 1, 0.85)
+                color: Theme.pictureInkBright
             }
         }
     }

@@ -13,8 +13,8 @@ T.AbstractButton {
     required property int index
     required property var modelData
     readonly property bool chosen: ListView.isCurrentItem
-    readonly property color ink: chosen ? "#ffffff" : Theme.primary
-    readonly property color paleInk: chosen ? "#ffffff" : Theme.tertiary
+    readonly property color ink: chosen ? Theme.accentInk : Theme.primary
+    readonly property color paleInk: chosen ? Theme.accentInk : Theme.tertiary
 
     component Detail: Caption {
         color: row.paleInk
@@ -35,7 +35,7 @@ T.AbstractButton {
 
         Icon {
             name: row.modelData.isFolder ? "folder" : "movie"
-            color: row.chosen ? "#ffffff" : row.modelData.isFolder ? Theme.accent : Theme.secondary
+            color: row.chosen ? Theme.accentInk : row.modelData.isFolder ? Theme.accent : Theme.secondary
         }
         Body {
             Layout.fillWidth: true
@@ -53,7 +53,7 @@ T.AbstractButton {
         }
     }
     background: Rectangle {
-        radius: 5
+        radius: Theme.itemRadius
         color: row.chosen ? Theme.accentFill : Theme.hover
         visible: row.chosen || row.hovered
     }

@@ -19,7 +19,7 @@ Column {
         Rectangle {
             width: 16
             height: 16
-            radius: 8
+            radius: width / 2
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.quaternary
 

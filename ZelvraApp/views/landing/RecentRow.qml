@@ -27,7 +27,7 @@ T.AbstractButton {
     Keys.onReturnPressed: row.clicked()
 
     background: Rectangle {
-        radius: 6
+        radius: Theme.radius
         color: Theme.over(Theme.primary, row.hovered ? 0.07 : 0)
 
         FocusRing {

@@ -27,11 +27,8 @@ FocusScope {
         iconSize: 22
     }
 
-    Rectangle {
+    PictureCard {
         anchors.fill: parent
-        radius: Theme.cardRadius
-        color: Theme.pictureCard
-        border.color: Theme.pictureHover
     }
     // What is clicked here is not clicked on the picture.
     TapHandler {
@@ -164,10 +161,8 @@ FocusScope {
         padding: 4
         width: 76
         implicitHeight: list.implicitHeight + 2 * padding
-        background: Rectangle {
+        background: PictureCard {
             radius: Theme.radius
-            color: Theme.pictureCard
-            border.color: Theme.pictureHover
         }
         contentItem: Column {
             id: list

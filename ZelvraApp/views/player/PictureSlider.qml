@@ -13,26 +13,19 @@ T.Slider {
     implicitWidth: 80
     focusPolicy: Qt.TabFocus
 
-    background: Rectangle {
+    background: FilledTrack {
         y: (slider.height - height) / 2
         width: slider.width
-        height: 4
-        radius: 2
         color: Theme.pictureTrack
-
-        Rectangle {
-            width: slider.visualPosition * parent.width
-            height: parent.height
-            radius: 2
-            color: Theme.pictureInk
-        }
+        filled: slider.visualPosition * width
+        fillColor: Theme.pictureInk
     }
     handle: Rectangle {
         x: slider.visualPosition * (slider.width - width)
         y: (slider.height - height) / 2
         width: 12
         height: 12
-        radius: 6
+        radius: width / 2
         color: Theme.pictureInk
         border.width: slider.visualFocus ? 2 : 0
         border.color: Theme.vivid

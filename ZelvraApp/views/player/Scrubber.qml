@@ -27,19 +27,13 @@ Item {
     Accessible.role: Accessible.Slider
     Accessible.name: qsTr("Position")
 
-    Rectangle {
+    FilledTrack {
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width
         height: area.containsMouse || area.pressed ? 6 : 4
-        radius: height / 2
         color: Theme.pictureTrack
-
-        Rectangle {
-            width: scrubber.fraction * parent.width
-            height: parent.height
-            radius: height / 2
-            color: Theme.pictureInk
-        }
+        filled: scrubber.fraction * width
+        fillColor: Theme.pictureInk
     }
     Rectangle {
         x: scrubber.fraction * parent.width - width / 2
@@ -69,7 +63,7 @@ Item {
         y: -height - 4
         width: hoverTime.implicitWidth + 12
         height: 20
-        radius: 4
+        radius: Theme.tagRadius
         color: Theme.pictureCard
 
         DigitText {

@@ -28,7 +28,7 @@ Item {
         width: 14
         height: strip.height + 8
         y: -4
-        radius: 4
+        radius: Theme.tagRadius
         color: Theme.trimHandle
         activeFocusOnTab: true
         border.width: activeFocus ? 2 : 0
@@ -48,7 +48,7 @@ Item {
             anchors.centerIn: parent
             width: 2
             height: 16
-            radius: 1
+            radius: width / 2
             color: Theme.trimHandleInk
         }
         MouseArea {
@@ -73,11 +73,8 @@ Item {
         }
     }
 
-    Rectangle {
+    PictureCard {
         anchors.fill: parent
-        radius: Theme.cardRadius
-        color: Theme.pictureCard
-        border.color: Theme.pictureHover
     }
     TapHandler {
         gesturePolicy: TapHandler.ReleaseWithinBounds

@@ -68,7 +68,7 @@ Rectangle {
                     anchors.horizontalCenter: parent.horizontalCenter
                     width: 30
                     height: 30
-                    radius: 15
+                    radius: width / 2
                     lineWidth: 2
                     dash: 4.2
                     gap: 3.1

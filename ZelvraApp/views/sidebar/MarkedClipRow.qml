@@ -37,7 +37,7 @@ T.AbstractButton {
 
     background: Rectangle {
         objectName: "markedClipBackground"
-        radius: 6
+        radius: Theme.radius
         color: row.isBeingEdited ? Theme.over(Theme.accent, 0.12) : row.hovered ? Theme.hover : "transparent"
 
         Tipped {

@@ -34,7 +34,7 @@ ListView {
 
         FocusRing {
             gap: 0
-            radius: 6
+            radius: Theme.radius
             visible: list.activeFocus
         }
     }

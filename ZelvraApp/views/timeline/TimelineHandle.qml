@@ -20,10 +20,10 @@ Rectangle {
     anchors.verticalCenter: parent?.verticalCenter
     width: 5
     height: (parent?.height ?? 0) - 4
-    radius: 2
+    radius: Theme.edgeRadius
     color: Theme.vivid
     border.width: 1
-    border.color: Qt.rgba(1, 1, 1, 0.8)
+    border.color: Theme.stripHandleBorder
     activeFocusOnTab: true
     Accessible.role: Accessible.Slider
     Accessible.focusable: true

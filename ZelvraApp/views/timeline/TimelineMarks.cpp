@@ -2,6 +2,8 @@
 
 #include "ZelvraApp/views/timeline/TimelineMarks.h"
 
+#include "ZelvraApp/controls/DiscShadow.h"
+
 #include <QPainter>
 #include <QPainterPath>
 
@@ -11,7 +13,6 @@ namespace {
 
 constexpr double clipHeight = 5;
 constexpr double dotBorder = 1.5;
-constexpr double shadowBlur = 2;
 
 QColor translucent(const QColor& color, float opacity) {
     QColor result = color;
@@ -19,25 +20,11 @@ QColor translucent(const QColor& color, float opacity) {
     return result;
 }
 
-void fillCircle(QPainter& painter, const QPointF& center, double radius, const QColor& color) {
-    painter.setBrush(color);
-    painter.drawEllipse(center, radius, radius);
-}
-
-/// A blurred disc of 35 % black, as rings that add up to it from the rim to the middle.
-void paintShadow(QPainter& painter, const QPointF& center, double radius) {
-    constexpr int rings = 4;
-    constexpr float share = 0.102F; // four of these over each other cover 35 %
-    for (int ring = 0; ring < rings; ++ring) {
-        const double out = shadowBlur * (1 - 2.0 * ring / (rings - 1));
-        fillCircle(painter, center, radius + out, translucent(Qt::black, share));
-    }
-}
-
 void paintDot(QPainter& painter, const QPointF& center, const QColor& color) {
     const double radius = timelineDotDiameter / 2;
-    paintShadow(painter, center + QPointF(0, 1), radius);
-    fillCircle(painter, center, radius, color);
+    paintDiscShadow(painter, center, radius);
+    painter.setBrush(color);
+    painter.drawEllipse(center, radius, radius);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(translucent(Qt::white, 0.9F), dotBorder));
     painter.drawEllipse(center, radius - dotBorder / 2, radius - dotBorder / 2);

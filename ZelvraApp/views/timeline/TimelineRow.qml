@@ -50,7 +50,7 @@ Rectangle {
 
             anchors.verticalCenter: parent.verticalCenter
             text: "Highlights"
-            color: Qt.rgba(1, 1, 1, 0.45)
+            color: Theme.pictureInkFaint
             font.weight: Font.DemiBold
         }
         TimelineStrip {

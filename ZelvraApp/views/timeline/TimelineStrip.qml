@@ -16,7 +16,7 @@ Item {
     Accessible.name: "Timeline"
 
     component StretchTime: DigitText {
-        color: Qt.rgba(1, 1, 1, 0.45)
+        color: Theme.pictureInkFaint
         font.pixelSize: Theme.tinyCaption
         font.weight: Font.Medium
     }
@@ -32,8 +32,8 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width
         height: 4
-        radius: 2
-        color: Qt.rgba(1, 1, 1, 0.14)
+        radius: height / 2
+        color: Theme.stripTrack
     }
     TimelineMarks {
         id: clips
@@ -96,7 +96,7 @@ Item {
         x: strip.playheadX - width / 2
         width: 2
         height: parent.height - 6
-        color: Qt.rgba(1, 1, 1, 0.85)
+        color: Theme.pictureInkBright
     }
     StretchTime {
         objectName: "stripStart"

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+import QtQuick
+import Zelvra.Controls
+import Zelvra.Views
+
+// The surface of controls that lie over the movie's picture.
+Rectangle {
+    radius: Theme.cardRadius
+    color: Theme.pictureCard
+    border.color: Theme.pictureHover
+}

@@ -8,37 +8,84 @@
 #include "ZelvraApp/session/Timecode.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zelvra {
 
 namespace {
 
-QString textOf(const Uuid& id) {
-    return QString::fromStdString(id.text());
-}
-
 /// The item of that id, by value: what is done with it may change the list.
 template <class Item>
 std::optional<Item> withId(const std::vector<Item>& items, const QString& id) {
-    const auto found = std::ranges::find_if(items, [&](const Item& item) { return textOf(item.id) == id; });
+    const auto found = std::ranges::find_if(items, [&](const Item& item) { return rowId(item.id) == id; });
     return found == items.end() ? std::nullopt : std::optional(*found);
 }
 
 } // namespace
 
 Session::Session(AppState& state, QObject* parent) : QObject(parent), state_(state) {
-    connect(&state, &AppState::videoURLChanged, this, &Session::videoChanged);
-    connect(&state, &AppState::sourceInfoChanged, this, &Session::sourceInfoChanged);
-    connect(&state, &AppState::currentTimeChanged, this, &Session::currentTimeChanged);
-    connect(&state, &AppState::trimRangeChanged, this, &Session::trimChanged);
-    connect(&state, &AppState::editingClipIDChanged, this, &Session::editingClipIDChanged);
-    connect(&state, &AppState::previewHighlightChanged, this, &Session::isPreviewingChanged);
-    connect(&state, &AppState::highlightsChanged, this, &Session::highlightsChanged);
-    connect(&state, &AppState::markedClipsChanged, this, &Session::markedClipsChanged);
-    connect(&state, &AppState::clipQueueChanged, this, &Session::queueChanged);
-    connect(&state, &AppState::draftChanged, this, [this] {
+    keepRows();
+    passOnChanges();
+    answerOpenRequests();
+}
+
+void Session::keepRows() {
+    const auto follow = [this](auto changed, auto& rows, auto items) {
+        const auto update = [this, &rows, items] { rows.update((state_.*items)()); };
+        connect(&state_, changed, this, update);
+        update();
+    };
+    follow(&AppState::recentsChanged, recentRows_, &AppState::recents);
+    follow(&AppState::highlightsChanged, highlightRows_, &AppState::highlights);
+    follow(&AppState::markedClipsChanged, markedClipRows_, &AppState::markedClips);
+}
+
+void Session::passOnChanges() {
+    using Change = std::pair<void (AppState::*)(), void (Session::*)()>;
+    for (const auto& [from, to] : {
+             Change{&AppState::videoURLChanged, &Session::videoChanged},
+             Change{&AppState::sourceInfoChanged, &Session::sourceInfoChanged},
+             Change{&AppState::currentTimeChanged, &Session::currentTimeChanged},
+             Change{&AppState::errorMessageChanged, &Session::errorMessageChanged},
+             Change{&AppState::isOpeningChanged, &Session::isOpeningChanged},
+             Change{&AppState::clipQueueChanged, &Session::queueChanged},
+             Change{&AppState::queueIndexChanged, &Session::queueIndexChanged},
+             Change{&AppState::queueLabelChanged, &Session::queueLabelChanged},
+             Change{&AppState::canGoNextChanged, &Session::canGoNextChanged},
+             Change{&AppState::highlightsChanged, &Session::highlightsChanged},
+             Change{&AppState::isGrabbingFrameChanged, &Session::isGrabbingFrameChanged},
+             Change{&AppState::timelineHasContentChanged, &Session::timelineHasContentChanged},
+             Change{&AppState::canUndoChanged, &Session::canUndoChanged},
+             Change{&AppState::previewHighlightChanged, &Session::previewHighlightChanged},
+             Change{&AppState::trimRangeChanged, &Session::trimChanged},
+             Change{&AppState::markedClipsChanged, &Session::markedClipsChanged},
+             Change{&AppState::editingClipIDChanged, &Session::editingClipIDChanged},
+             Change{&AppState::canExportChanged, &Session::canExportChanged},
+             Change{&AppState::isExportingChanged, &Session::isExportingChanged},
+             Change{&AppState::exportProgressChanged, &Session::exportProgressChanged},
+             Change{&AppState::lastExportURLChanged, &Session::lastExportURLChanged},
+         }) {
+        connect(&state_, from, this, to);
+    }
+    connect(&state_, &AppState::draftChanged, this, [this] {
         if (std::exchange(hadDraft_, hasDraft()) != hasDraft()) {
             Q_EMIT hasDraftChanged();
+        }
+    });
+}
+
+/// Takes back the session's one-shot requests and shows the panels.
+void Session::answerOpenRequests() {
+    connect(&state_, &AppState::triggerOpenChanged, this, [this] {
+        if (state_.triggerOpen()) {
+            state_.setTriggerOpen(false);
+            presentOpenVideoPanel();
+        }
+    });
+    connect(&state_, &AppState::triggerOpenFolderChanged, this, [this] {
+        if (state_.triggerOpenFolder()) {
+            state_.setTriggerOpenFolder(false);
+            presentOpenFolderPanel();
         }
     });
 }
@@ -70,7 +117,11 @@ double Session::trimEnd() const {
 }
 
 QString Session::editingClipID() const {
-    return state_.editingClipID() ? textOf(*state_.editingClipID()) : QString();
+    return state_.editingClipID() ? rowId(*state_.editingClipID()) : QString();
+}
+
+QUrl Session::lastExportURL() const {
+    return state_.lastExportFile() ? QUrl::fromLocalFile(textOf(*state_.lastExportFile())) : QUrl();
 }
 
 QString Session::timecodeOf(double seconds) {

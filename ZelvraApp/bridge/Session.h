@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ZelvraApp/session/AppState.h"
+#include "ZelvraApp/session/SessionModels.h"
 
 #include <QObject>
 #include <QUrl>
@@ -10,61 +11,96 @@
 
 namespace zelvra {
 
-/// AppState to views: what it publishes can be read as `session.state.…`.
-struct AppStateForViews {
-    Q_GADGET
-    QML_FOREIGN(zelvra::AppState)
-    QML_NAMED_ELEMENT(AppState)
-    QML_UNCREATABLE("The program has one session.")
-};
-
-/// The session as views see it: its times as numbers and texts, and its operations as commands that take
-/// what a view has (a row's id, a URL, seconds). It decides nothing and keeps nothing.
+/// The session as QML sees it: its times as numbers and texts, its lists as rows, and its operations as
+/// commands that take what a view has (a row's id, a URL, seconds). It decides nothing, and keeps nothing but
+/// the rows.
 ///
 /// Times are seconds of the source. Ids are the texts of the session's rows; one that is unknown, or no
 /// longer there, does nothing. What takes time runs on by itself.
 ///
-/// Main thread. The AppState outlives it.
+/// Make it before anything else that observes the AppState: then rows and lists are never seen apart. Main
+/// thread. The AppState outlives it.
 class Session : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The program has one session.")
-    Q_PROPERTY(zelvra::AppState* state READ state CONSTANT)
+    // The open clip
     Q_PROPERTY(bool hasVideo READ hasVideo NOTIFY videoChanged)
-    /// The open clip's name; empty where none is open.
+    /// The open clip's name; empty if none is open.
     Q_PROPERTY(QString fileName READ fileName NOTIFY videoChanged)
-    /// Of the source; 0 where it is not known.
+    /// Of the source; 0 if it is not known.
     Q_PROPERTY(double duration READ duration NOTIFY sourceInfoChanged)
-    /// As shown, upright, in square pixels; empty where it is not known.
+    /// As shown, upright, in square pixels; empty if it is not known.
     Q_PROPERTY(QSizeF displaySize READ displaySize NOTIFY sourceInfoChanged)
     /// Of the playhead, and the same as text.
     Q_PROPERTY(double currentSeconds READ currentSeconds NOTIFY currentTimeChanged)
     Q_PROPERTY(QString timecode READ timecode NOTIFY currentTimeChanged)
+    Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorMessageChanged)
+    // Opening
+    Q_PROPERTY(bool isOpening READ isOpening NOTIFY isOpeningChanged)
+    Q_PROPERTY(QAbstractItemModel* recentRows READ recentRows CONSTANT)
+    /// Number of clips in the folder that is worked through; 0 if there is none.
+    Q_PROPERTY(int queueLength READ queueLength NOTIFY queueChanged)
+    Q_PROPERTY(int queueIndex READ queueIndex NOTIFY queueIndexChanged)
+    Q_PROPERTY(QString queueLabel READ queueLabel NOTIFY queueLabelChanged)
+    Q_PROPERTY(bool canGoNext READ canGoNext NOTIFY canGoNextChanged)
+    // Annotations
+    Q_PROPERTY(QAbstractItemModel* highlightRows READ highlightRows CONSTANT)
+    Q_PROPERTY(int highlightCount READ highlightCount NOTIFY highlightsChanged)
+    Q_PROPERTY(bool hasDraft READ hasDraft NOTIFY hasDraftChanged)
+    Q_PROPERTY(bool isGrabbingFrame READ isGrabbingFrame NOTIFY isGrabbingFrameChanged)
+    Q_PROPERTY(bool timelineHasContent READ timelineHasContent NOTIFY timelineHasContentChanged)
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY canUndoChanged)
+    /// Playback has stopped on this highlight, whose shape shows for as long as it will freeze.
+    Q_PROPERTY(std::optional<zelvra::Highlight> previewHighlight READ previewHighlight NOTIFY
+                   previewHighlightChanged)
+    Q_PROPERTY(bool isPreviewing READ isPreviewing NOTIFY previewHighlightChanged)
+    // Trim and marked clips
     Q_PROPERTY(bool hasTrim READ hasTrim NOTIFY trimChanged)
     /// 0 without a trim.
     Q_PROPERTY(double trimStart READ trimStart NOTIFY trimChanged)
     Q_PROPERTY(double trimEnd READ trimEnd NOTIFY trimChanged)
-    /// Id of the marked clip that is edited; empty where none is.
+    Q_PROPERTY(QAbstractItemModel* markedClipRows READ markedClipRows CONSTANT)
+    Q_PROPERTY(int markedClipCount READ markedClipCount NOTIFY markedClipsChanged)
+    /// Id of the marked clip that is edited; empty if none is.
     Q_PROPERTY(QString editingClipID READ editingClipID NOTIFY editingClipIDChanged)
     Q_PROPERTY(bool isEditingClip READ isEditingClip NOTIFY editingClipIDChanged)
-    /// Playback has stopped on a highlight, whose figure shows for as long as it will freeze.
-    Q_PROPERTY(bool isPreviewing READ isPreviewing NOTIFY isPreviewingChanged)
-    Q_PROPERTY(int highlightCount READ highlightCount NOTIFY highlightsChanged)
-    Q_PROPERTY(int markedClipCount READ markedClipCount NOTIFY markedClipsChanged)
-    /// Of clips in the folder that is worked through; 0 where none is.
-    Q_PROPERTY(int queueLength READ queueLength NOTIFY queueChanged)
-    Q_PROPERTY(bool hasDraft READ hasDraft NOTIFY hasDraftChanged)
+    // Export
+    Q_PROPERTY(bool canExport READ canExport NOTIFY canExportChanged)
+    Q_PROPERTY(bool isExporting READ isExporting NOTIFY isExportingChanged)
+    /// From 0 to 1 over all files.
+    Q_PROPERTY(double exportProgress READ exportProgress NOTIFY exportProgressChanged)
+    /// Empty if nothing was exported.
+    Q_PROPERTY(QUrl lastExportURL READ lastExportURL NOTIFY lastExportURLChanged)
 
 public:
     explicit Session(AppState& state, QObject* parent = nullptr);
 
+    /// For models in C++; QML uses the properties and commands here.
     AppState* state() const { return &state_; }
+
     bool hasVideo() const { return state_.videoFile().has_value(); }
     QString fileName() const;
     double duration() const;
     QSizeF displaySize() const;
     double currentSeconds() const { return state_.currentTime().seconds(); }
     QString timecode() const;
+    const QString& errorMessage() const { return state_.errorMessage(); }
+    bool isOpening() const { return state_.isOpening(); }
+    RecentItemModel* recentRows() { return &recentRows_; }
+    int queueIndex() const { return state_.queueIndex(); }
+    QString queueLabel() const { return state_.queueLabel(); }
+    bool canGoNext() const { return state_.canGoNext(); }
+    HighlightModel* highlightRows() { return &highlightRows_; }
+    bool isGrabbingFrame() const { return state_.isGrabbingFrame(); }
+    bool timelineHasContent() const { return state_.timelineHasContent(); }
+    bool canUndo() const { return state_.canUndo(); }
+    const std::optional<Highlight>& previewHighlight() const { return state_.previewHighlight(); }
+    MarkedClipModel* markedClipRows() { return &markedClipRows_; }
+    bool canExport() const { return state_.canExport(); }
+    bool isExporting() const { return state_.isExporting(); }
+    double exportProgress() const { return state_.exportProgress(); }
+    QUrl lastExportURL() const;
     bool hasTrim() const { return state_.trimRange().has_value(); }
     double trimStart() const;
     double trimEnd() const;
@@ -132,16 +168,35 @@ Q_SIGNALS:
     void videoChanged();
     void sourceInfoChanged();
     void currentTimeChanged();
-    void trimChanged();
-    void editingClipIDChanged();
-    void isPreviewingChanged();
-    void highlightsChanged();
-    void markedClipsChanged();
+    void errorMessageChanged();
+    void isOpeningChanged();
     void queueChanged();
+    void queueIndexChanged();
+    void queueLabelChanged();
+    void canGoNextChanged();
+    void highlightsChanged();
     void hasDraftChanged();
+    void isGrabbingFrameChanged();
+    void timelineHasContentChanged();
+    void canUndoChanged();
+    void previewHighlightChanged();
+    void trimChanged();
+    void markedClipsChanged();
+    void editingClipIDChanged();
+    void canExportChanged();
+    void isExportingChanged();
+    void exportProgressChanged();
+    void lastExportURLChanged();
 
 private:
+    void keepRows();
+    void passOnChanges();
+    void answerOpenRequests();
+
     AppState& state_;
+    RecentItemModel recentRows_;
+    HighlightModel highlightRows_;
+    MarkedClipModel markedClipRows_;
     bool hadDraft_ = false;
 };
 

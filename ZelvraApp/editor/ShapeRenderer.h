@@ -18,7 +18,7 @@ namespace zelvra {
 ///     ShapeRenderer {
 ///         anchors.fill: parent
 ///         imageRect: ...                                  // or: pictureSize: session.displaySize
-///         highlight: session.state.previewHighlight       // or: draft: session.state.draft
+///         highlight: session.previewHighlight             // or: draft: editor.draft
 ///     }
 ///
 /// Nothing is drawn without either; a draft goes first. With `pictureSize` the picture is fitted into the

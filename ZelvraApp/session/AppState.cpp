@@ -2,8 +2,6 @@
 
 #include "ZelvraApp/session/AppState.h"
 
-#include "ZelvraApp/files/FilePaths.h"
-
 namespace zelvra {
 
 AppState::AppState(PreferenceStore& preferences, const ShellServices& services, QObject* parent)
@@ -15,7 +13,6 @@ AppState::AppState(PreferenceStore& preferences, const ShellServices& services, 
       sessionDefaults_(HighlightDefaults::loadFromUserDefaults(preferences)),
       clipDefaults_(sessionDefaults_),
       lastSeenSavedDefaults_(sessionDefaults_) {
-    keepRowsUpToDate();
     previewTimer_.setSingleShot(true);
     previewTimer_.setTimerType(Qt::PreciseTimer);
     connect(&previewTimer_, &QTimer::timeout, this, &AppState::endHighlightPreview);
@@ -31,14 +28,6 @@ AppState::~AppState() {
     exportStop_.request_stop();
 }
 
-/// Connected before any other observer, so that lists and their rows are never seen apart.
-void AppState::keepRowsUpToDate() {
-    recentRows_.update(recents_);
-    connect(this, &AppState::recentsChanged, this, [this] { recentRows_.update(recents_); });
-    connect(this, &AppState::highlightsChanged, this, [this] { highlightRows_.update(highlights_); });
-    connect(this, &AppState::markedClipsChanged, this, [this] { markedClipRows_.update(markedClips_); });
-}
-
 void AppState::setErrorMessage(const QString& line) {
     publish(errorMessage_, line, &AppState::errorMessageChanged);
 }
@@ -48,10 +37,6 @@ void AppState::observePlaybackTime(const CMTime& time) {
     lastObservedTime_ = time;
     publish(currentTime_, time, &AppState::currentTimeChanged);
     previewCrossing(previous, time);
-}
-
-QUrl AppState::urlOf(const std::optional<std::filesystem::path>& file) {
-    return file ? QUrl::fromLocalFile(textOf(*file)) : QUrl();
 }
 
 void AppState::publishDerived() {

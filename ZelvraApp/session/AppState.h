@@ -11,7 +11,6 @@
 #include "ZelvraApp/session/OutputLocation.h"
 #include "ZelvraApp/session/PlayerController.h"
 #include "ZelvraApp/session/RecentItem.h"
-#include "ZelvraApp/session/SessionModels.h"
 #include "ZelvraApp/session/ShellServices.h"
 #include "ZelvraApp/session/UndoSnapshot.h"
 #include "ZelvraCore/media/Asset.h"
@@ -38,63 +37,15 @@ enum class DefaultsScope { justThisClip, forThisSession, always };
 /// The session: everything the user works on, the player that plays it, and the operations that change it.
 /// One object from the program's start to its end; windows show it and call it, and keep nothing themselves.
 ///
-/// Each property notifies when its value changes in any detail, and only then. An operation whose conditions
-/// are not met does nothing. One that fails leaves one line in `errorMessage`, and the rest as it was.
+/// Each value has a signal, which is emitted when the value changes in any detail, and only then. An
+/// operation whose conditions are not met does nothing. One that fails leaves one line in `errorMessage` and
+/// changes nothing else.
 ///
 /// Main thread only. What returns a task suspends while the engine works; meanwhile other operations may run,
 /// and a result that comes late is applied as it is. A task may be dropped: it runs on. One whose session is
 /// destroyed ends without touching it.
 class AppState : public QObject {
     Q_OBJECT
-    // The open clip
-    Q_PROPERTY(QUrl videoURL READ videoURL NOTIFY videoURLChanged)
-    Q_PROPERTY(std::optional<zelvra::SourceInfo> sourceInfo READ sourceInfo NOTIFY sourceInfoChanged)
-    Q_PROPERTY(zelvra::CMTime currentTime READ currentTime NOTIFY currentTimeChanged)
-    Q_PROPERTY(QString errorMessage READ errorMessage WRITE setErrorMessage NOTIFY errorMessageChanged)
-    // Opening and closing
-    Q_PROPERTY(bool isOpening READ isOpening NOTIFY isOpeningChanged)
-    Q_PROPERTY(bool triggerOpen READ triggerOpen WRITE setTriggerOpen NOTIFY triggerOpenChanged)
-    Q_PROPERTY(bool triggerOpenFolder READ triggerOpenFolder WRITE setTriggerOpenFolder NOTIFY
-                   triggerOpenFolderChanged)
-    Q_PROPERTY(std::vector<zelvra::RecentItem> recents READ recents NOTIFY recentsChanged)
-    Q_PROPERTY(std::vector<std::filesystem::path> clipQueue READ clipQueue NOTIFY clipQueueChanged)
-    Q_PROPERTY(QAbstractItemModel* recentRows READ recentRows CONSTANT)
-    Q_PROPERTY(int queueIndex READ queueIndex NOTIFY queueIndexChanged)
-    Q_PROPERTY(bool canGoNext READ canGoNext NOTIFY canGoNextChanged)
-    Q_PROPERTY(QString queueLabel READ queueLabel NOTIFY queueLabelChanged)
-    Q_PROPERTY(bool showCloseConfirmation READ showCloseConfirmation WRITE setShowCloseConfirmation NOTIFY
-                   showCloseConfirmationChanged)
-    // Highlights
-    Q_PROPERTY(std::vector<zelvra::Highlight> highlights READ highlights NOTIFY highlightsChanged)
-    Q_PROPERTY(QAbstractItemModel* highlightRows READ highlightRows CONSTANT)
-    Q_PROPERTY(std::optional<zelvra::HighlightDraft> draft READ draft WRITE setDraft NOTIFY draftChanged)
-    Q_PROPERTY(bool isGrabbingFrame READ isGrabbingFrame NOTIFY isGrabbingFrameChanged)
-    Q_PROPERTY(bool timelineHasContent READ timelineHasContent NOTIFY timelineHasContentChanged)
-    // Style defaults
-    Q_PROPERTY(zelvra::HighlightDefaults sessionDefaults READ sessionDefaults NOTIFY sessionDefaultsChanged)
-    Q_PROPERTY(zelvra::HighlightDefaults clipDefaults READ clipDefaults NOTIFY clipDefaultsChanged)
-    Q_PROPERTY(bool showDefaultsScopePrompt READ showDefaultsScopePrompt WRITE setShowDefaultsScopePrompt
-                   NOTIFY showDefaultsScopePromptChanged)
-    // Undo
-    Q_PROPERTY(bool canUndo READ canUndo NOTIFY canUndoChanged)
-    Q_PROPERTY(bool canRedo READ canRedo NOTIFY canRedoChanged)
-    // Preview
-    Q_PROPERTY(std::optional<zelvra::Highlight> previewHighlight READ previewHighlight NOTIFY
-                   previewHighlightChanged)
-    // Trim and marked clips
-    Q_PROPERTY(std::optional<zelvra::CMTimeRange> trimRange READ trimRange NOTIFY trimRangeChanged)
-    Q_PROPERTY(std::vector<zelvra::MarkedClip> markedClips READ markedClips NOTIFY markedClipsChanged)
-    Q_PROPERTY(QAbstractItemModel* markedClipRows READ markedClipRows CONSTANT)
-    Q_PROPERTY(std::optional<zelvra::Uuid> editingClipID READ editingClipID NOTIFY editingClipIDChanged)
-    Q_PROPERTY(
-        std::optional<zelvra::Uuid> activeRoughClipID READ activeRoughClipID NOTIFY activeRoughClipIDChanged)
-    // Export
-    Q_PROPERTY(bool canExport READ canExport NOTIFY canExportChanged)
-    Q_PROPERTY(bool isExporting READ isExporting NOTIFY isExportingChanged)
-    Q_PROPERTY(double exportProgress READ exportProgress NOTIFY exportProgressChanged)
-    Q_PROPERTY(QUrl lastExportURL READ lastExportURL NOTIFY lastExportURLChanged)
-    Q_PROPERTY(bool showPostExportDialog READ showPostExportDialog WRITE setShowPostExportDialog NOTIFY
-                   showPostExportDialogChanged)
 
 public:
     /// Starts with nothing open, the saved styles and recents. `preferences` outlives the session. Throws
@@ -107,9 +58,8 @@ public:
     PlayerController& playerController() { return playerController_; }
     PreferenceStore& preferences() { return preferences_; }
 
-    /// The open clip; nothing where none is. As a URL for views: empty where none is.
+    /// The open clip; nullopt if none is open. Its signal is videoURLChanged.
     const std::optional<std::filesystem::path>& videoFile() const { return videoFile_; }
-    QUrl videoURL() const { return urlOf(videoFile_); }
     const std::optional<SourceInfo>& sourceInfo() const { return sourceInfo_; }
     /// As last observed.
     const CMTime& currentTime() const { return currentTime_; }
@@ -155,8 +105,6 @@ public:
 
     /// Newest first.
     const std::vector<RecentItem>& recents() const { return recents_; }
-    /// The same as rows for a view, as are `highlightRows` and `markedClipRows`.
-    RecentItemModel* recentRows() { return &recentRows_; }
     /// Opens it as what is found on disk now; forgets it where nothing is found.
     void openRecent(const RecentItem& item);
     void clearRecents();
@@ -174,7 +122,6 @@ public:
 
     /// In ascending order of time.
     const std::vector<Highlight>& highlights() const { return highlights_; }
-    HighlightModel* highlightRows() { return &highlightRows_; }
     const std::optional<HighlightDraft>& draft() const { return draft_; }
     /// The editor is about to open; its frame is being read.
     bool isGrabbingFrame() const { return grabsUnderway_ > 0; }
@@ -232,7 +179,6 @@ public:
 
     /// In the order in which they were made; they are exported and numbered so.
     const std::vector<MarkedClip>& markedClips() const { return markedClips_; }
-    MarkedClipModel* markedClipRows() { return &markedClipRows_; }
     const std::optional<Uuid>& editingClipID() const { return editingClipID_; }
     /// The clip whose end the next out-point moves.
     const std::optional<Uuid>& activeRoughClipID() const { return activeRoughClipID_; }
@@ -252,8 +198,8 @@ public:
     bool isExporting() const { return isExporting_; }
     /// From 0 to 1 over all files.
     double exportProgress() const { return exportProgress_; }
+    /// Its signal is lastExportURLChanged.
     const std::optional<std::filesystem::path>& lastExportFile() const { return lastExportFile_; }
-    QUrl lastExportURL() const { return urlOf(lastExportFile_); }
     /// Writes each marked clip as a movie of its own; without any, the trimmed clip with its highlights.
     QCoro::Task<> exportMovies();
 
@@ -305,8 +251,6 @@ Q_SIGNALS:
 private:
     using Changed = void (AppState::*)();
 
-    static QUrl urlOf(const std::optional<std::filesystem::path>& file);
-
     /// The one way in which a published field gets a value.
     template <class Value>
     void publish(Value& field, std::type_identity_t<Value> value, Changed changed) {
@@ -317,8 +261,6 @@ private:
         Q_EMIT(this->*changed)();
         publishDerived();
     }
-    /// Lets the rows for views follow their lists.
-    void keepRowsUpToDate();
     /// Tells of those values that follow from others.
     void publishDerived();
     /// Counts one piece of work for as long as it lives.
@@ -377,13 +319,11 @@ private:
     bool triggerOpen_ = false;
     bool triggerOpenFolder_ = false;
     std::vector<RecentItem> recents_;
-    RecentItemModel recentRows_;
     std::vector<std::filesystem::path> clipQueue_;
     int queueIndex_ = 0;
     bool showCloseConfirmation_ = false;
 
     std::vector<Highlight> highlights_;
-    HighlightModel highlightRows_;
     std::optional<HighlightDraft> draft_;
 
     HighlightDefaults sessionDefaults_;
@@ -400,7 +340,6 @@ private:
 
     std::optional<CMTimeRange> trimRange_;
     std::vector<MarkedClip> markedClips_;
-    MarkedClipModel markedClipRows_;
     std::optional<Uuid> editingClipID_;
     std::optional<Uuid> activeRoughClipID_;
 

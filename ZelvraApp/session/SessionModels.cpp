@@ -7,13 +7,9 @@
 
 namespace zelvra {
 
-namespace {
-
-QString textOf(const Uuid& id) {
+QString rowId(const Uuid& id) {
     return QString::fromStdString(id.text());
 }
-
-} // namespace
 
 QHash<int, QByteArray> HighlightModel::roleNames() const {
     return {{idRole, "id"},
@@ -25,7 +21,7 @@ QHash<int, QByteArray> HighlightModel::roleNames() const {
 
 QVariant HighlightModel::value(const Highlight& highlight, int role) const {
     switch (role) {
-    case idRole: return textOf(highlight.id);
+    case idRole: return rowId(highlight.id);
     case momentRole: return highlight.timestamp.seconds();
     case durationRole: return highlight.duration.seconds();
     case kindRole: {
@@ -43,7 +39,7 @@ QHash<int, QByteArray> MarkedClipModel::roleNames() const {
 
 QVariant MarkedClipModel::value(const MarkedClip& clip, int role) const {
     switch (role) {
-    case idRole: return textOf(clip.id);
+    case idRole: return rowId(clip.id);
     case startRole: return clip.range.start.seconds();
     case endRole: return clip.range.end().seconds();
     case highlightCountRole: return static_cast<int>(clip.highlights.size());

@@ -11,6 +11,9 @@ namespace zelvra {
 
 /// The session's lists as rows for views. Times are in seconds; ids are texts.
 
+/// The text by which a row's item is named.
+QString rowId(const Uuid& id);
+
 /// Roles: id, moment, duration, kind ("circle", ...), color (a QColor).
 class HighlightModel : public KeyedListModel<Highlight> {
     Q_OBJECT

@@ -44,7 +44,7 @@ AppMenuBar {
             title: "Open Recent"
 
             Instantiator {
-                model: bar.session.state.recentRows
+                model: bar.session.recentRows
                 delegate: AppMenuItem {
                     required property string path
                     required property string name

@@ -83,20 +83,4 @@ Item {
                 content.Window.window.requestActivate();
         }
     }
-    Connections {
-        target: content.session.state
-
-        function onTriggerOpenChanged() {
-            if (content.session.state.triggerOpen) {
-                content.session.state.triggerOpen = false;
-                content.session.presentOpenVideoPanel();
-            }
-        }
-        function onTriggerOpenFolderChanged() {
-            if (content.session.state.triggerOpenFolder) {
-                content.session.state.triggerOpenFolder = false;
-                content.session.presentOpenFolderPanel();
-            }
-        }
-    }
 }

@@ -152,7 +152,7 @@ Rectangle {
 
                     objectName: "queueLabel"
                     anchors.centerIn: parent
-                    text: bar.session.state.queueLabel
+                    text: bar.session.queueLabel
                 }
             }
             Tipped {
@@ -164,7 +164,7 @@ Rectangle {
                     look: PushButton.Borderless
                     iconName: "chevron_right"
                     iconSize: 20
-                    enabled: bar.session.state.canGoNext
+                    enabled: bar.session.canGoNext
                     Accessible.name: "Next clip"
                     onClicked: bar.session.nextClip()
                 }
@@ -275,7 +275,7 @@ Rectangle {
                 iconName: "ios_share"
                 iconSize: 18
                 text: rules.hasExportText ? rules.exportLabel : ""
-                enabled: bar.session.state.canExport
+                enabled: bar.session.canExport
                 Accessible.name: rules.exportLabel
                 onClicked: bar.session.exportMovies()
             }

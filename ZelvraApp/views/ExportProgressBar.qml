@@ -10,7 +10,7 @@ Row {
     id: progress
 
     required property Session session
-    readonly property real fraction: session.state.exportProgress
+    readonly property real fraction: session.exportProgress
 
     objectName: "exportProgress"
     spacing: 12

@@ -10,7 +10,7 @@ Row {
     id: banner
 
     required property Session session
-    readonly property url exported: session.state.lastExportURL
+    readonly property url exported: session.lastExportURL
     // Stays while the banner slides out.
     property string name
 

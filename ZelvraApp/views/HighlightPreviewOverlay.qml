@@ -18,7 +18,7 @@ Item {
     ShapeRenderer {
         objectName: "previewShape"
         anchors.fill: parent
-        highlight: overlay.session.state.previewHighlight
+        highlight: overlay.session.previewHighlight
         pictureSize: overlay.session.displaySize
     }
     Rectangle {

@@ -77,7 +77,7 @@ Item {
 
                             objectName: "spinner"
                             anchors.centerIn: parent
-                            running: view.session.state.isOpening || view.session.state.isGrabbingFrame
+                            running: view.session.isOpening || view.session.isGrabbingFrame
                         }
                     }
                 ]
@@ -113,7 +113,7 @@ Item {
         anchors.bottom: parent.bottom
         anchors.bottomMargin: 16
         edge: Qt.BottomEdge
-        shown: view.session.state.isExporting
+        shown: view.session.isExporting
 
         ExportProgressBar {
             session: view.session
@@ -124,7 +124,7 @@ Item {
         anchors.top: parent.top
         anchors.topMargin: 12
         edge: Qt.TopEdge
-        shown: !view.session.state.isExporting && view.session.state.lastExportURL.toString() !== ""
+        shown: !view.session.isExporting && view.session.lastExportURL.toString() !== ""
 
         ExportSuccessBanner {
             session: view.session

@@ -38,7 +38,7 @@ Loader {
                 objectName: "errorAlert"
                 visible: true
                 title: "Something went wrong"
-                message: host.session.state.errorMessage
+                message: host.session.errorMessage
                 answers: [
                     {
                         text: "OK",
@@ -109,7 +109,7 @@ Loader {
                 objectName: "postExport"
 
                 readonly property var next: ({
-                        text: Texts.nextClipAnswer(host.session.state.queueIndex, host.session.queueLength),
+                        text: Texts.nextClipAnswer(host.session.queueIndex, host.session.queueLength),
                         action: () => host.session.nextClip()
                     })
                 readonly property var others: [
@@ -134,8 +134,8 @@ Loader {
 
                 visible: true
                 title: "Export complete"
-                message: Texts.postExportMessage(host.session.state.lastExportURL)
-                answers: host.session.state.canGoNext ? [next, ...others] : others
+                message: Texts.postExportMessage(host.session.lastExportURL)
+                answers: host.session.canGoNext ? [next, ...others] : others
                 onDismissed: host.dialogs.dismiss(Dialogs.PostExport)
             }
         }

@@ -54,7 +54,7 @@ Item {
                 anchors.centerIn: parent
                 width: 44
                 height: 44
-                running: landing.session.state.isOpening
+                running: landing.session.isOpening
             }
         }
         Title {

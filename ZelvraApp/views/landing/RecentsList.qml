@@ -24,7 +24,7 @@ Column {
     Repeater {
         id: rows
 
-        model: recents.session.state.recentRows
+        model: recents.session.recentRows
         RecentRow {
             required property int index
 

@@ -42,7 +42,7 @@ Rectangle {
                     controlHeight: Theme.smallControlHeight
                     iconName: "undo"
                     Accessible.name: "Undo"
-                    enabled: sidebar.session.state.canUndo
+                    enabled: sidebar.session.canUndo
                     onClicked: sidebar.session.undo()
                 }
             }
@@ -88,7 +88,7 @@ Rectangle {
             RowList {
                 objectName: "highlightList"
                 anchors.fill: parent
-                model: sidebar.session.state.highlightRows
+                model: sidebar.session.highlightRows
                 Accessible.name: "Highlights"
                 onOpened: id => sidebar.session.editHighlight(id)
                 onRemoved: id => sidebar.session.deleteHighlight(id)

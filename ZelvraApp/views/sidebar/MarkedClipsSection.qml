@@ -41,7 +41,7 @@ ColumnLayout {
         objectName: "markedClipList"
         Layout.fillWidth: true
         Layout.preferredHeight: Math.min(220, contentHeight + topMargin + bottomMargin)
-        model: section.session.state.markedClipRows
+        model: section.session.markedClipRows
         Accessible.name: "Marked clips"
         onOpened: id => section.session.editMarkedClip(id)
         onRemoved: id => section.session.unmark(id)

@@ -10,7 +10,7 @@ Rectangle {
     id: row
 
     required property Session session
-    readonly property bool shown: session.state.timelineHasContent
+    readonly property bool shown: session.timelineHasContent
 
     objectName: "timelineRow"
     height: 0

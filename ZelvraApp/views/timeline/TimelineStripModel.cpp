@@ -2,6 +2,9 @@
 
 #include "ZelvraApp/views/timeline/TimelineStripModel.h"
 
+#include "ZelvraApp/session/Colors.h"
+#include "ZelvraApp/session/SessionModels.h"
+
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -79,13 +82,11 @@ void TimelineStripModel::updateClipBars() {
 void TimelineStripModel::updateDots() {
     dots_.clear();
     if (session_) {
-        const HighlightModel& rows = *session_->state()->highlightRows();
-        for (int row = 0; row < rows.rowCount(); ++row) {
-            const auto value = [&](HighlightModel::Role role) { return rows.data(rows.index(row), role); };
-            const double seconds = value(HighlightModel::momentRole).toDouble();
+        for (const Highlight& highlight : session_->state()->highlights()) {
+            const double seconds = highlight.timestamp.seconds();
             if (axis_.shows(seconds)) {
-                dots_.push_back({value(HighlightModel::idRole).toString(), seconds, axis_.position(seconds),
-                                 value(HighlightModel::colorRole).value<QColor>()});
+                dots_.push_back({rowId(highlight.id), seconds, axis_.position(seconds),
+                                 toQColor(highlight.shape.strokeColor)});
             }
         }
     }

@@ -99,7 +99,7 @@ TEST_F(Exporting, StopsAtTheFirstClipThatFails) {
     EXPECT_THAT(session_->errorMessage().toStdString(), StartsWith("Clip 2 failed: "));
     EXPECT_FALSE(session_->isExporting());
     EXPECT_FALSE(session_->showPostExportDialog());
-    EXPECT_EQ(session_->lastExportURL(), QUrl());
+    EXPECT_FALSE(session_->lastExportFile());
     EXPECT_TRUE(std::filesystem::is_regular_file(folder_ / "highlighted" / "game_clip_01_highlighted.mp4"));
     EXPECT_FALSE(std::filesystem::exists(folder_ / "highlighted" / "game_clip_03_highlighted.mp4"));
 }

@@ -32,7 +32,7 @@ protected:
 };
 
 TEST_F(Opening, StartsWithNothingOpen) {
-    EXPECT_EQ(session_->videoURL(), QUrl());
+    EXPECT_FALSE(session_->videoFile());
     EXPECT_FALSE(session_->timelineHasContent());
     EXPECT_FALSE(session_->canExport());
     EXPECT_EQ(session_->queueLabel(), "");

@@ -2,8 +2,8 @@
 
 #pragma once
 
+#include "ZelvraApp/bridge/SessionModels.h"
 #include "ZelvraApp/session/AppState.h"
-#include "ZelvraApp/session/SessionModels.h"
 
 #include <QObject>
 #include <QUrl>

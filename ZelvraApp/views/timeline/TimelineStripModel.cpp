@@ -2,8 +2,8 @@
 
 #include "ZelvraApp/views/timeline/TimelineStripModel.h"
 
+#include "ZelvraApp/bridge/SessionModels.h"
 #include "ZelvraApp/session/Colors.h"
-#include "ZelvraApp/session/SessionModels.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "ZelvraApp/session/KeyedListModel.h"
+#include "ZelvraApp/bridge/KeyedListModel.h"
 #include "ZelvraApp/session/MarkedClip.h"
 #include "ZelvraApp/session/RecentItem.h"
 #include "ZelvraCore/records/Highlight.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ZelvraApp/session/SessionModels.h"
+#include "ZelvraApp/bridge/SessionModels.h"
 
 #include "ZelvraApp/files/FilePaths.h"
 #include "ZelvraApp/session/Colors.h"

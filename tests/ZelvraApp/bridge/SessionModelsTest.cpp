@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ZelvraApp/session/SessionModels.h"
+#include "ZelvraApp/bridge/SessionModels.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>

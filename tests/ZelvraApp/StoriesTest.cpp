@@ -5,7 +5,7 @@
 #include "ZelvraCore/FrameGrab.h"
 #include "tests/support/MovieReading.h"
 #include "tests/support/NumberedMovie.h"
-#include "tests/support/window/AppWindow.h"
+#include "tests/support/window/WindowFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -15,7 +15,7 @@ namespace zelvra::test {
 namespace {
 
 /// Whole jobs, from the opened window to the exported movie, as a coach does them with mouse and keys.
-class WindowStory : public AppWindow {
+class WindowStory : public WindowFixture {
 protected:
     std::filesystem::path clip(const std::string& name, const NumberedMovie& movie) {
         std::filesystem::copy_file(movieFile(movie), folder_ / name);

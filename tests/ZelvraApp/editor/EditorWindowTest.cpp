@@ -5,7 +5,7 @@
 #include "ZelvraApp/editor/ShapeRenderer.h"
 #include "ZelvraApp/session/Colors.h"
 #include "tests/support/NumberedMovie.h"
-#include "tests/support/window/AppWindow.h"
+#include "tests/support/window/WindowFixture.h"
 
 #include <QPainter>
 
@@ -13,7 +13,7 @@ namespace zelvra::test {
 namespace {
 
 /// The editor over the first picture of a movie.
-class Editor : public AppWindow {
+class Editor : public WindowFixture {
 protected:
     Editor() {
         open(movieFile({.width = 640, .height = 360}));

@@ -18,7 +18,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Optional;
 
-class PreferenceStoreTest : public testing::Test {
+class Preferences : public testing::Test {
 protected:
     static bool comesTrue(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 5000); }
 
@@ -32,7 +32,7 @@ protected:
     std::filesystem::path file_ = folder_ / "preferences.json";
 };
 
-TEST_F(PreferenceStoreTest, KeepsValuesAndTheirTypes) {
+TEST_F(Preferences, KeepsValuesAndTheirTypes) {
     const QJsonArray recents{QJsonObject{{"path", "/a \"quoted\" 🏀"}, {"isFolder", true}}};
     PreferenceStore store(file_);
     store.write(PreferenceStore::Changes{}
@@ -49,7 +49,7 @@ TEST_F(PreferenceStoreTest, KeepsValuesAndTheirTypes) {
     EXPECT_EQ(again.read(preferences::outputMode), std::nullopt);
 }
 
-TEST_F(PreferenceStoreTest, ReadsValuesOfAnotherTypeAsAbsent) {
+TEST_F(Preferences, ReadsValuesOfAnotherTypeAsAbsent) {
     writeByHand(
         R"({"zvPreview.enabled": 1, "zvDefault.durationSec": "3", "zvOutput.mode": 5, "zvRecents": {}})");
     const PreferenceStore store(file_);
@@ -59,7 +59,7 @@ TEST_F(PreferenceStoreTest, ReadsValuesOfAnotherTypeAsAbsent) {
     EXPECT_EQ(store.read(preferences::recents), std::nullopt);
 }
 
-TEST_F(PreferenceStoreTest, TellsOfChangesHereAndOnlyOfChanges) {
+TEST_F(Preferences, TellsOfChangesHereAndOnlyOfChanges) {
     PreferenceStore store(file_);
     const QSignalSpy changed(&store, &PreferenceStore::changed);
     store.write(preferences::clipDefaultLengthSec, 20.0);
@@ -70,7 +70,7 @@ TEST_F(PreferenceStoreTest, TellsOfChangesHereAndOnlyOfChanges) {
     EXPECT_EQ(store.read(preferences::clipDefaultLengthSec), std::nullopt);
 }
 
-TEST_F(PreferenceStoreTest, TellsOfChangesByOtherHandsAgainAndAgain) {
+TEST_F(Preferences, TellsOfChangesByOtherHandsAgainAndAgain) {
     PreferenceStore store(file_);
     PreferenceStore other(file_);
     const auto length = [&] { return store.read(preferences::clipDefaultLengthSec).value_or(0); };
@@ -84,7 +84,7 @@ TEST_F(PreferenceStoreTest, TellsOfChangesByOtherHandsAgainAndAgain) {
     EXPECT_TRUE(comesTrue([&] { return length() == 0; })) << "deleted";
 }
 
-TEST_F(PreferenceStoreTest, KeepsWhatAnotherHasWrittenMeanwhile) {
+TEST_F(Preferences, KeepsWhatAnotherHasWrittenMeanwhile) {
     PreferenceStore one(file_);
     PreferenceStore two(file_);
     two.write(preferences::outputIncludeAudio, false);
@@ -93,7 +93,7 @@ TEST_F(PreferenceStoreTest, KeepsWhatAnotherHasWrittenMeanwhile) {
     EXPECT_THAT(PreferenceStore(file_).read(preferences::outputIncludeAudio), Optional(false));
 }
 
-TEST_F(PreferenceStoreTest, MovesADamagedFileAside) {
+TEST_F(Preferences, MovesADamagedFileAside) {
     for (const std::string damaged : {"{\"zvPreview.enabled\": fal", "[1, 2]"}) {
         writeByHand(damaged);
         PreferenceStore store(file_);
@@ -106,7 +106,7 @@ TEST_F(PreferenceStoreTest, MovesADamagedFileAside) {
     EXPECT_EQ(readByHand("preferences.json.damaged-2"), "[1, 2]");
 }
 
-TEST_F(PreferenceStoreTest, HoldsOnToItsValuesWhileAFileIsHalfWritten) {
+TEST_F(Preferences, HoldsOnToItsValuesWhileAFileIsHalfWritten) {
     PreferenceStore store(file_);
     store.write(preferences::clipDefaultLengthSec, 20.0);
     const QSignalSpy changed(&store, &PreferenceStore::changed);
@@ -119,7 +119,7 @@ TEST_F(PreferenceStoreTest, HoldsOnToItsValuesWhileAFileIsHalfWritten) {
     EXPECT_THAT(folder_.names(), testing::Not(Contains(testing::HasSubstr("damaged"))));
 }
 
-TEST_F(PreferenceStoreTest, LeavesAloneWhatItCannotRead) {
+TEST_F(Preferences, LeavesAloneWhatItCannotRead) {
     std::filesystem::create_directory(file_);
     PreferenceStore store(file_);
     store.write(preferences::previewEnabled, false);
@@ -128,7 +128,7 @@ TEST_F(PreferenceStoreTest, LeavesAloneWhatItCannotRead) {
     EXPECT_TRUE(std::filesystem::is_directory(file_));
 }
 
-TEST_F(PreferenceStoreTest, FollowsALinkToTheFile) {
+TEST_F(Preferences, FollowsALinkToTheFile) {
     std::filesystem::create_symlink(folder_ / "elsewhere.json", file_);
     writeByHand("{}");
     PreferenceStore(file_).write(preferences::previewEnabled, false);
@@ -137,7 +137,7 @@ TEST_F(PreferenceStoreTest, FollowsALinkToTheFile) {
                 Optional(false));
 }
 
-TEST_F(PreferenceStoreTest, IsWhereTheEnvironmentSays) {
+TEST_F(Preferences, IsWhereTheEnvironmentSays) {
     qputenv("ZELVRA_PREFERENCES", file_.c_str());
     EXPECT_EQ(PreferenceStore::standardFile(), file_);
     qunsetenv("ZELVRA_PREFERENCES");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/session/SessionTest.h"
+#include "tests/ZelvraApp/session/SessionFixture.h"
 
 #include "ZelvraApp/session/SessionTime.h"
 #include "ZelvraCore/FrameGrab.h"
@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::StartsWith;
 
-class Authoring : public SessionTest {
+class Authoring : public SessionFixture {
 protected:
     void addThere(double seconds) {
         seek(seconds);
@@ -142,7 +142,7 @@ TEST_F(Authoring, TakesAFrameThatComesAfterTheClipWasClosed) {
     EXPECT_TRUE(session_->draft());
 }
 
-class Defaults : public SessionTest {
+class Defaults : public SessionFixture {
 protected:
     static HighlightDefaults red(double duration = 2) { return {{1, 0, 0, 1}, 0.06, 0.01, duration}; }
     void commit(const HighlightDefaults& style) {

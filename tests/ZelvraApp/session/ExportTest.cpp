@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/session/SessionTest.h"
+#include "tests/ZelvraApp/session/SessionFixture.h"
 
 #include "ZelvraApp/session/SessionTime.h"
 #include "tests/support/MovieReading.h"
@@ -13,7 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::StartsWith;
 
-class Exporting : public SessionTest {
+class Exporting : public SessionFixture {
 protected:
     std::filesystem::path openGame() {
         const std::filesystem::path file = clip("game.mp4", {.sound = SoundCodec::aac, .container = "mp4"});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/session/SessionTest.h"
+#include "tests/ZelvraApp/session/SessionFixture.h"
 
 #include <fstream>
 
@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-class Opening : public SessionTest {
+class Opening : public SessionFixture {
 protected:
     std::string openName() const {
         return session_->videoFile() ? session_->videoFile()->filename().string() : "";

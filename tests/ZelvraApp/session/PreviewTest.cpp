@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/session/SessionTest.h"
+#include "tests/ZelvraApp/session/SessionFixture.h"
 
 #include "ZelvraApp/session/SessionTime.h"
 
@@ -9,7 +9,7 @@
 namespace zelvra::test {
 namespace {
 
-class Preview : public SessionTest {
+class Preview : public SessionFixture {
 protected:
     void SetUp() override { open(clip("one.mov", {.frames = 150, .sound = SoundCodec::aac})); }
 

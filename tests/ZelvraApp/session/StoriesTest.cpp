@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/session/SessionTest.h"
+#include "tests/ZelvraApp/session/SessionFixture.h"
 
 namespace zelvra::test {
 namespace {
@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::Pair;
 
 /// Whole afternoons of a coach.
-class Story : public SessionTest {};
+class Story : public SessionFixture {};
 
 TEST_F(Story, WorksThroughAFolderOfClips) {
     clip("training/serve 2.mov");

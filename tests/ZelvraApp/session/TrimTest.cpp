@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/session/SessionTest.h"
+#include "tests/ZelvraApp/session/SessionFixture.h"
 
 #include "ZelvraApp/session/SessionTime.h"
 #include "ZelvraApp/session/TrimEditor.h"
@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::Pair;
 
-class Trim : public SessionTest {
+class Trim : public SessionFixture {
 protected:
     void SetUp() override { open(clip("one.mov", {.frames = 300})); }
     std::pair<double, double> span() const {
@@ -141,7 +141,7 @@ TEST_F(TrimInTheView, DoesNothingWithoutAView) {
     EXPECT_EQ(session_->trimRange(), std::nullopt);
 }
 
-class MarkedClips : public SessionTest {
+class MarkedClips : public SessionFixture {
 protected:
     void SetUp() override { open(clip("game.mov", {.frames = 300})); }
     void mark(double start, double end) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/session/SessionTest.h"
+#include "tests/ZelvraApp/session/SessionFixture.h"
 
 #include "ZelvraApp/session/SessionTime.h"
 
@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::Pair;
 
-class Undo : public SessionTest {};
+class Undo : public SessionFixture {};
 
 TEST_F(Undo, TakesBackAndRedoesOneStepAtATime) {
     open(clip("one.mov"));
@@ -121,7 +121,7 @@ TEST_F(Undo, NotifiesOfEveryChangeAndOfNothingElse) {
 
 /// Presses everything in any order. What must hold after each step is what the rest of the program relies
 /// on.
-class RandomOperations : public SessionTest {
+class RandomOperations : public SessionFixture {
 protected:
     void step() {
         switch (pick(16)) {

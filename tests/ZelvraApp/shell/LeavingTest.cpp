@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/shell/ShellWindow.h"
+#include "tests/ZelvraApp/shell/ShellFixture.h"
 
 namespace zelvra::test {
 namespace {
 
-TEST_F(ShellWindow, EndsAtOnceWhereNothingIsLost) {
+using Leaving = ShellFixture;
+
+TEST_F(Leaving, EndsAtOnceWhereNothingIsLost) {
     openClip();
     window().close();
     EXPECT_TRUE(desktop_.terminated);
 }
 
-TEST_F(ShellWindow, AsksBeforeUnexportedWorkIsLost) {
+TEST_F(Leaving, AsksBeforeUnexportedWorkIsLost) {
     openClip();
     addHighlight(0.5);
     key(Qt::Key_Q, Qt::ControlModifier);
@@ -24,7 +26,7 @@ TEST_F(ShellWindow, AsksBeforeUnexportedWorkIsLost) {
     EXPECT_FALSE(desktop_.terminated);
 }
 
-TEST_F(ShellWindow, EndsOnceTheWorkIsDiscarded) {
+TEST_F(Leaving, EndsOnceTheWorkIsDiscarded) {
     openClip();
     addHighlight(0.5);
     window().close();
@@ -36,7 +38,7 @@ TEST_F(ShellWindow, EndsOnceTheWorkIsDiscarded) {
 /// A movie whose every picture has to be encoded anew, so that its export takes a while.
 const NumberedMovie slow{.width = 1280, .height = 720, .frames = 600, .codec = MovieCodec::mpeg4};
 
-class LeavingAnExport : public ShellWindow {
+class LeavingAnExport : public ShellFixture {
 protected:
     LeavingAnExport() {
         open(clip("game.mov", slow));

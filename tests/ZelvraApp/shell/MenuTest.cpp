@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraApp/shell/MenuState.h"
-#include "tests/ZelvraApp/shell/ShellWindow.h"
+#include "tests/ZelvraApp/shell/ShellFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -21,7 +21,7 @@ const std::vector<Entry> needsWork{
     {"Clip", "markClipItem"},  {"Clip", "previousClipItem"}, {"Clip", "nextClipItem"},
 };
 
-class Menu : public ShellWindow {
+class Menu : public ShellFixture {
 protected:
     bool isEnabled(const QString& menu, const QString& name) { return menuItem(menu, name).isEnabled(); }
     QString title(const QString& menu, const QString& name) {

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraApp/shell/WindowState.h"
-#include "tests/ZelvraApp/shell/ShellWindow.h"
+#include "tests/ZelvraApp/shell/ShellFixture.h"
 
 namespace zelvra::test {
 namespace {
 
-TEST_F(ShellWindow, ComesBackInItsSize) {
+using MainWindow = ShellFixture;
+
+TEST_F(MainWindow, ComesBackInItsSize) {
     EXPECT_GE(window().minimumWidth(), 960);
     EXPECT_GE(window().minimumHeight(), 620);
     window().resize(1000, 700);

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraApp/views/Texts.h"
-#include "tests/ZelvraApp/views/ViewsTest.h"
+#include "tests/ZelvraApp/views/ViewsFixture.h"
 
 namespace zelvra::test {
 namespace {
 
-using ExportCards = ViewsTest;
+using ExportCards = ViewsFixture;
 
 TEST_F(ExportCards, TellHowFarItIsAndWhatWasWritten) {
     open(clip("one.mov", {.frames = 300}));

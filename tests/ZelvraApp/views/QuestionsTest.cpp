@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/views/ViewsTest.h"
+#include "tests/ZelvraApp/views/ViewsFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -9,7 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class Questions : public ViewsTest {
+class Questions : public ViewsFixture {
 protected:
     /// The title of the question that is up.
     std::string asked() { return appears("questionTitle") ? text("questionTitle") : ""; }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/shell/ShellWindow.h"
+#include "tests/ZelvraApp/shell/ShellFixture.h"
 
 namespace zelvra::test {
 namespace {
 
 /// The program on a desktop without a file chooser of its own.
-class FilePanel : public ShellWindow {
+class FilePanel : public ShellFixture {
 protected:
     FilePanel() {
         std::filesystem::create_directories(folder_ / "Movies" / "season");

@@ -2,12 +2,14 @@
 
 #include "ZelvraApp/shell/windows/About.h"
 #include "ZelvraApp/shell/windows/HelpContent.h"
-#include "tests/ZelvraApp/shell/ShellWindow.h"
+#include "tests/ZelvraApp/shell/ShellFixture.h"
 
 #include <QTextDocument>
 
 namespace zelvra::test {
 namespace {
+
+using AuxiliaryWindows = ShellFixture;
 
 TEST(AppVersion, NamesVersionAndBuildAsFarAsTheyAreKnown) {
     EXPECT_EQ(appVersionString("1.2", "45"), "1.2 (45)");
@@ -38,7 +40,7 @@ TEST(Help, IsASixPartTourInMarkdown) {
     EXPECT_TRUE(all.contains("a counter like “3 of 12” appears"));
 }
 
-TEST_F(ShellWindow, OpensOneHelpWindowByEitherKey) {
+TEST_F(AuxiliaryWindows, OpensOneHelpWindowByEitherKey) {
     key(Qt::Key_F1);
     ASSERT_TRUE(isFront("Zelvra Help"));
     EXPECT_TRUE(textOf("helpKeys").contains("⌘ is the Ctrl key"));
@@ -54,7 +56,7 @@ TEST_F(ShellWindow, OpensOneHelpWindowByEitherKey) {
     EXPECT_TRUE(window().isVisible());
 }
 
-TEST_F(ShellWindow, TellsAboutItself) {
+TEST_F(AuxiliaryWindows, TellsAboutItself) {
     choose("Help", "aboutItem");
     ASSERT_TRUE(isFront("About Zelvra"));
     EXPECT_EQ(QGuiApplication::focusWindow()->size(), QSize(380, 520));

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraApp/shell/windows/Settings.h"
-#include "tests/ZelvraApp/shell/ShellWindow.h"
+#include "tests/ZelvraApp/shell/ShellFixture.h"
 
 namespace zelvra::test {
 namespace {
 
-class SettingsTest : public ShellWindow {
+class SettingsWindow : public ShellFixture {
 protected:
-    SettingsTest() {
+    SettingsWindow() {
         key(Qt::Key_Comma, Qt::ControlModifier);
         EXPECT_TRUE(isFront("Settings"));
     }
@@ -32,7 +32,7 @@ TEST(OutputFooter, SaysWhereExportsGo) {
               "All exports go to the chosen folder, regardless of source location.");
 }
 
-TEST_F(SettingsTest, ShowTheStoredValuesAndWriteEachChangeAtOnce) {
+TEST_F(SettingsWindow, ShowTheStoredValuesAndWriteEachChangeAtOnce) {
     EXPECT_EQ(textOf("defaultSizeText"), "6.0%");
     EXPECT_EQ(textOf("defaultStrokeText"), "0.40%");
     store().write(PreferenceStore::Changes{}
@@ -54,7 +54,7 @@ TEST_F(SettingsTest, ShowTheStoredValuesAndWriteEachChangeAtOnce) {
     EXPECT_EQ(state().sessionDefaults().durationSec, 10);
 }
 
-TEST_F(SettingsTest, StopAtTheEndsOfTheirRanges) {
+TEST_F(SettingsWindow, StopAtTheEndsOfTheirRanges) {
     store().write(preferences::clipDefaultLengthSec, 115.0);
     click("clipLengthMore");
     EXPECT_EQ(textOf("clipLengthText"), "120s");
@@ -67,7 +67,7 @@ TEST_F(SettingsTest, StopAtTheEndsOfTheirRanges) {
     EXPECT_FALSE(item("defaultDurationLess").isEnabled());
 }
 
-TEST_F(SettingsTest, ChooseWhereExportsGo) {
+TEST_F(SettingsWindow, ChooseWhereExportsGo) {
     store().write(preferences::outputMode, QString("elsewhere"));
     EXPECT_TRUE(isShown("subfolderName"));
     click("outputCustom");
@@ -87,7 +87,7 @@ TEST_F(SettingsTest, ChooseWhereExportsGo) {
     EXPECT_EQ(store().read(preferences::outputMode), "sameAsSource");
 }
 
-TEST_F(SettingsTest, GoBackToTheFactorysAtOnce) {
+TEST_F(SettingsWindow, GoBackToTheFactorysAtOnce) {
     click("outputSubfolder");
     click("subfolderName");
     type("x");

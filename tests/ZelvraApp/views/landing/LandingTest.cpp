@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/views/ViewsTest.h"
+#include "tests/ZelvraApp/views/ViewsFixture.h"
 
 namespace zelvra::test {
 namespace {
 
-using Landing = ViewsTest;
+using Landing = ViewsFixture;
 
 TEST_F(Landing, OpensWhatThePanelsGive) {
     EXPECT_FALSE(isShown("recent0"));

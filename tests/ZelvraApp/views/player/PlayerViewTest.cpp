@@ -2,7 +2,7 @@
 
 #include "tests/support/NumberedMovie.h"
 #include "tests/support/NumberedPicture.h"
-#include "tests/support/window/AppWindow.h"
+#include "tests/support/window/WindowFixture.h"
 
 #include <QTransform>
 
@@ -14,7 +14,7 @@ namespace {
 
 const NumberedMovie plain{.frames = 90};
 
-class PlayerViewTest : public AppWindow {
+class PlayerArea : public WindowFixture {
 protected:
     Player& player() { return state().player(); }
 
@@ -50,7 +50,7 @@ void PrintTo(const Kind& kind, std::ostream* out) {
     *out << kind.name;
 }
 
-class PlayerPictures : public PlayerViewTest, public testing::WithParamInterface<Kind> {};
+class PlayerPictures : public PlayerArea, public testing::WithParamInterface<Kind> {};
 
 } // namespace
 
@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, PlayerPictures,
                                          Kind{"mirrored", {.orientation = Orientation::mirrored}},
                                          Kind{"HEVC", {.codec = MovieCodec::hevc}}));
 
-TEST_F(PlayerViewTest, KeysStepAndShuttle) {
+TEST_F(PlayerArea, KeysStepAndShuttle) {
     open(movieFile(plain));
     key(Qt::Key_Right);
     EXPECT_TRUE(comesToShow(1));
@@ -112,7 +112,7 @@ TEST_F(PlayerViewTest, KeysStepAndShuttle) {
     EXPECT_EQ(player().rate(), 0);
 }
 
-TEST_F(PlayerViewTest, ControlsAppearUnderThePointerAndPlay) {
+TEST_F(PlayerArea, ControlsAppearUnderThePointerAndPlay) {
     open(movieFile(plain));
     showControls();
     EXPECT_EQ(textOf("elapsedText"), "00:00.00");
@@ -137,7 +137,7 @@ TEST_F(PlayerViewTest, ControlsAppearUnderThePointerAndPlay) {
     EXPECT_FALSE(player().isMuted());
 }
 
-TEST_F(PlayerViewTest, TheScrubberShowsTheExactFrameAtRest) {
+TEST_F(PlayerArea, TheScrubberShowsTheExactFrameAtRest) {
     open(movieFile(plain));
     showControls();
     QQuickItem& scrubber = item("scrubber");
@@ -152,7 +152,7 @@ TEST_F(PlayerViewTest, TheScrubberShowsTheExactFrameAtRest) {
     EXPECT_GT(player().rate(), 0); // plays on from there
 }
 
-TEST_F(PlayerViewTest, AClickOnThePicturePlaysAndTwoFillTheScreen) {
+TEST_F(PlayerArea, AClickOnThePicturePlaysAndTwoFillTheScreen) {
     open(movieFile(plain));
     QQuickItem& surface = item("playerSurface");
     const QPointF at(surface.width() / 2, surface.height() / 4);

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "tests/support/NumberedMovie.h"
-#include "tests/support/window/AppWindow.h"
+#include "tests/support/window/WindowFixture.h"
 
 namespace zelvra::test {
 
 namespace {
 
-class TrimViewTest : public AppWindow {
+class TrimBar : public WindowFixture {
 protected:
     void SetUp() override {
         open(movieFile({.frames = 300}));
@@ -27,7 +27,7 @@ protected:
 
 } // namespace
 
-TEST_F(TrimViewTest, HandlesAreDraggedAndConfirmed) {
+TEST_F(TrimBar, HandlesAreDraggedAndConfirmed) {
     EXPECT_EQ(textOf("trimRangeText"), "00:00.00 – 00:10.00");
     dragTo("trimInHandle", 0.2);
     const double in = state().player().currentTime().seconds();
@@ -42,7 +42,7 @@ TEST_F(TrimViewTest, HandlesAreDraggedAndConfirmed) {
     EXPECT_FALSE(isShown("filmStrip"));
 }
 
-TEST_F(TrimViewTest, EndsStayApart) {
+TEST_F(TrimBar, EndsStayApart) {
     dragTo("trimInHandle", 0.5);
     dragTo("trimOutHandle", 0.1);
     click("trimConfirmButton");
@@ -50,7 +50,7 @@ TEST_F(TrimViewTest, EndsStayApart) {
     EXPECT_NEAR(state().trimRange()->duration.seconds(), 0.1, 1e-9);
 }
 
-TEST_F(TrimViewTest, CancellingChangesNothing) {
+TEST_F(TrimBar, CancellingChangesNothing) {
     dragTo("trimInHandle", 0.5);
     key(Qt::Key_Escape);
     EXPECT_TRUE(comesTrue([&] { return !isShown("filmStrip"); }));
@@ -61,7 +61,7 @@ TEST_F(TrimViewTest, CancellingChangesNothing) {
     EXPECT_FALSE(state().canUndo());
 }
 
-TEST_F(TrimViewTest, TheFilmStripShowsTheWholeMovie) {
+TEST_F(TrimBar, TheFilmStripShowsTheWholeMovie) {
     QQuickItem& strip = item("filmStrip");
     EXPECT_TRUE(comesTrue([&] { return strip.property("complete").toBool(); }));
     const QImage picture = this->picture();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/views/ViewsTest.h"
+#include "tests/ZelvraApp/views/ViewsFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -9,7 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class Lists : public ViewsTest {
+class Lists : public ViewsFixture {
 protected:
     std::vector<std::string> texts(const QString& objectName) {
         std::vector<std::string> result;

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/views/ViewsTest.h"
+#include "tests/ZelvraApp/views/ViewsFixture.h"
 
 namespace zelvra::test {
 namespace {
 
-class TimelineStrip : public ViewsTest {
+class TimelineStrip : public ViewsFixture {
 protected:
     /// The strip, once it has slid in.
     QQuickItem& strip() {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/session/SessionTest.h"
+#include "tests/ZelvraApp/session/SessionFixture.h"
 
 #include "ZelvraApp/session/SessionTime.h"
 #include "tests/support/MovieReading.h"
@@ -13,40 +13,40 @@
 
 namespace zelvra::test {
 
-SessionTest::SessionTest()
+SessionFixture::SessionFixture()
     : session_(std::make_unique<AppState>(preferences_, ShellServices{&desk_, &desk_, &desk_, &desk_})) {}
 
-void SessionTest::run(QCoro::Task<> task) {
+void SessionFixture::run(QCoro::Task<> task) {
     QCoro::waitFor(std::move(task));
 }
 
-bool SessionTest::comesTrue(const std::function<bool()>& condition) {
+bool SessionFixture::comesTrue(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 20'000);
 }
 
-void SessionTest::letPass(double seconds) {
+void SessionFixture::letPass(double seconds) {
     QTest::qWait(static_cast<int>(seconds * 1000));
 }
 
-std::filesystem::path SessionTest::clip(const std::string& name, const NumberedMovie& movie) const {
+std::filesystem::path SessionFixture::clip(const std::string& name, const NumberedMovie& movie) const {
     const std::filesystem::path file = folder_ / name;
     std::filesystem::create_directories(file.parent_path());
     std::filesystem::copy_file(movieFile(movie), file);
     return file;
 }
 
-void SessionTest::open(const std::filesystem::path& clip) {
+void SessionFixture::open(const std::filesystem::path& clip) {
     run(session_->load(clip));
     ASSERT_EQ(session_->errorMessage(), "");
     ASSERT_TRUE(comesTrue([this] { return session_->player().isReady(); }));
 }
 
-void SessionTest::seek(double seconds) {
+void SessionFixture::seek(double seconds) {
     QCoro::Task<bool> seeking = session_->player().seek(sessionTime(seconds));
     ASSERT_TRUE(QCoro::waitFor(std::move(seeking)));
 }
 
-HighlightDraft SessionTest::draftAt(double seconds, double duration, int marker) {
+HighlightDraft SessionFixture::draftAt(double seconds, double duration, int marker) {
     auto raster = std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)});
     const Size display{320, 180};
     HighlightDraft draft =
@@ -57,14 +57,14 @@ HighlightDraft SessionTest::draftAt(double seconds, double duration, int marker)
     return draft;
 }
 
-Highlight SessionTest::add(double seconds, double duration, int marker) {
+Highlight SessionFixture::add(double seconds, double duration, int marker) {
     const HighlightDraft draft = draftAt(seconds, duration, marker);
     session_->setDraft(draft);
     session_->commitDraft();
     return draft.highlight();
 }
 
-std::vector<double> SessionTest::moments() const {
+std::vector<double> SessionFixture::moments() const {
     std::vector<double> seconds;
     for (const Highlight& highlight : session_->highlights()) {
         seconds.push_back(highlight.timestamp.seconds());
@@ -72,7 +72,7 @@ std::vector<double> SessionTest::moments() const {
     return seconds;
 }
 
-std::vector<std::pair<double, double>> SessionTest::clips() const {
+std::vector<std::pair<double, double>> SessionFixture::clips() const {
     std::vector<std::pair<double, double>> spans;
     for (const MarkedClip& marked : session_->markedClips()) {
         spans.emplace_back(marked.range.start.seconds(), marked.range.end().seconds());
@@ -80,11 +80,11 @@ std::vector<std::pair<double, double>> SessionTest::clips() const {
     return spans;
 }
 
-CMTimeRange SessionTest::range(double start, double end) {
+CMTimeRange SessionFixture::range(double start, double end) {
     return CMTimeRange::fromStartToEnd(sessionTime(start), sessionTime(end));
 }
 
-std::string SessionTest::story(const std::filesystem::path& movie) {
+std::string SessionFixture::story(const std::filesystem::path& movie) {
     const std::vector<ShownFrame> frames = showMovie(movie).frames;
     std::ostringstream text;
     for (std::size_t first = 0; first < frames.size();) {

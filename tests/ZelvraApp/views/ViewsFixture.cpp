@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/ZelvraApp/views/ViewsTest.h"
+#include "tests/ZelvraApp/views/ViewsFixture.h"
 
 #include "ZelvraApp/session/SessionTime.h"
 
@@ -34,17 +34,17 @@ std::vector<QQuickItem*> topDown(QQuickItem* root, const std::function<bool(cons
 
 } // namespace
 
-std::filesystem::path ViewsTest::clip(const std::string& name, const NumberedMovie& movie) const {
+std::filesystem::path ViewsFixture::clip(const std::string& name, const NumberedMovie& movie) const {
     std::filesystem::create_directories((folder_ / name).parent_path());
     std::filesystem::copy_file(movieFile(movie), folder_ / name);
     return folder_ / name;
 }
 
-void ViewsTest::openRecording() {
+void ViewsFixture::openRecording() {
     open(clip("recording.mov", {.rate = 1, .frames = 600, .gop = 10}));
 }
 
-void ViewsTest::openQueue() {
+void ViewsFixture::openQueue() {
     for (const char* name : {"queue/one.mov", "queue/three.mov", "queue/two.mov"}) {
         clip(name);
     }
@@ -52,11 +52,11 @@ void ViewsTest::openQueue() {
     EXPECT_TRUE(comesTrue([&] { return state().queueLabel() == "1 of 3" && state().player().isReady(); }));
 }
 
-QUrl ViewsTest::urlOf(const std::filesystem::path& file) {
+QUrl ViewsFixture::urlOf(const std::filesystem::path& file) {
     return QUrl::fromLocalFile(QString::fromStdString(file.string()));
 }
 
-void ViewsTest::highlight(double seconds, double freeze) {
+void ViewsFixture::highlight(double seconds, double freeze) {
     auto raster = std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)});
     const Highlight wanted{
         Uuid::random(), sessionTime(seconds), sessionTime(freeze),
@@ -71,16 +71,16 @@ void ViewsTest::highlight(double seconds, double freeze) {
     EXPECT_TRUE(comesToFront());
 }
 
-void ViewsTest::trim(double start, double end) {
+void ViewsFixture::trim(double start, double end) {
     state().setTrim(CMTimeRange::fromStartToEnd(sessionTime(start), sessionTime(end)));
 }
 
-void ViewsTest::mark(double start, double end) {
+void ViewsFixture::mark(double start, double end) {
     trim(start, end);
     state().markCurrentClip();
 }
 
-QQuickItem& ViewsTest::in(QQuickItem& parent, const QString& objectName) {
+QQuickItem& ViewsFixture::in(QQuickItem& parent, const QString& objectName) {
     const auto found =
         topDown(&parent, [&](const QQuickItem& item) { return item.objectName() == objectName; });
     if (found.size() != 1) {
@@ -89,19 +89,19 @@ QQuickItem& ViewsTest::in(QQuickItem& parent, const QString& objectName) {
     return *found.front();
 }
 
-bool ViewsTest::comesToFront() {
+bool ViewsFixture::comesToFront() {
     return comesTrue([&] { return QGuiApplication::focusWindow() == &window(); });
 }
 
-bool ViewsTest::appears(const QString& objectName) {
+bool ViewsFixture::appears(const QString& objectName) {
     return comesTrue([&] { return isShown(objectName); });
 }
 
-bool ViewsTest::disappears(const QString& objectName) {
+bool ViewsFixture::disappears(const QString& objectName) {
     return comesTrue([&] { return !isShown(objectName); });
 }
 
-std::vector<std::string> ViewsTest::answers() {
+std::vector<std::string> ViewsFixture::answers() {
     std::vector<std::string> texts;
     for (const QQuickItem* item : topDown(window().contentItem(), [](const QQuickItem& candidate) {
              return candidate.objectName().startsWith("answer:");
@@ -111,8 +111,8 @@ std::vector<std::string> ViewsTest::answers() {
     return texts;
 }
 
-testing::AssertionResult ViewsTest::tells(QQuickItem& item, const std::string& tip,
-                                          std::optional<QPointF> at) {
+testing::AssertionResult ViewsFixture::tells(QQuickItem& item, const std::string& tip,
+                                             std::optional<QPointF> at) {
     std::string seen;
     const bool told = comesTrue([&] {
         hover(item, at); // again and again, as the item may still be on its way to its place

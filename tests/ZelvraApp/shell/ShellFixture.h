@@ -5,7 +5,7 @@
 #include "ZelvraApp/session/SessionTime.h"
 #include "tests/support/NumberedMovie.h"
 #include "tests/support/NumberedPicture.h"
-#include "tests/support/window/AppWindow.h"
+#include "tests/support/window/WindowFixture.h"
 
 #include <QGuiApplication>
 
@@ -14,7 +14,7 @@
 namespace zelvra::test {
 
 /// The application's window, with short ways to a clip that has been worked on.
-class ShellWindow : public AppWindow {
+class ShellFixture : public WindowFixture {
 protected:
     /// A copy of that movie in the test's folder, in which exports land.
     std::filesystem::path clip(const std::string& name, const NumberedMovie& movie = {}) const {

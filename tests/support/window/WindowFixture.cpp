@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tests/support/window/AppWindow.h"
+#include "tests/support/window/WindowFixture.h"
 
 #include <QDragEnterEvent>
 #include <QGuiApplication>
@@ -71,7 +71,7 @@ void Desktop::ask(const OpenPanelRequest& request, std::function<void(const std:
     }
 }
 
-AppWindow::AppWindow()
+WindowFixture::WindowFixture()
     : application_(std::make_unique<Application>(
           Application::Options{.preferences = folder_ / "preferences.json",
                                .windowState = folder_ / "window.json",
@@ -79,22 +79,22 @@ AppWindow::AppWindow()
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window()));
 }
 
-AppWindow::~AppWindow() = default;
+WindowFixture::~WindowFixture() = default;
 
-void AppWindow::open(const std::filesystem::path& clip) {
+void WindowFixture::open(const std::filesystem::path& clip) {
     state().handleOpenedURLs({QUrl::fromLocalFile(QString::fromStdString(clip.string()))});
     EXPECT_TRUE(comesTrue([&] { return state().videoFile() == clip && state().player().isReady(); }));
 }
 
-bool AppWindow::comesTrue(const std::function<bool()>& condition) {
+bool WindowFixture::comesTrue(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 20'000);
 }
 
-void AppWindow::letPass(int milliseconds) {
+void WindowFixture::letPass(int milliseconds) {
     QTest::qWait(milliseconds);
 }
 
-QQuickItem* AppWindow::find(const QString& objectName) {
+QQuickItem* WindowFixture::find(const QString& objectName) {
     const QWindowList windows = QGuiApplication::allWindows();
     for (auto window = windows.crbegin(); window != windows.crend(); ++window) {
         auto* quick = qobject_cast<QQuickWindow*>(*window);
@@ -108,7 +108,7 @@ QQuickItem* AppWindow::find(const QString& objectName) {
     return nullptr;
 }
 
-QQuickItem& AppWindow::item(const QString& objectName) {
+QQuickItem& WindowFixture::item(const QString& objectName) {
     QQuickItem* found = nullptr;
     if (!comesTrue([&] { return (found = find(objectName)) != nullptr; })) {
         throw std::runtime_error("no " + objectName.toStdString() + " is shown");
@@ -116,14 +116,14 @@ QQuickItem& AppWindow::item(const QString& objectName) {
     return *found;
 }
 
-std::vector<QQuickItem*> AppWindow::items(const QString& objectName) {
+std::vector<QQuickItem*> WindowFixture::items(const QString& objectName) {
     std::vector<QQuickItem*> found;
     collectBelow(window().contentItem(), objectName, found);
     std::ranges::sort(found, {}, [](const QQuickItem* item) { return item->mapToScene({0, 0}).y(); });
     return found;
 }
 
-bool AppWindow::clickIfItStays(QQuickItem& item, std::optional<QPointF> at) {
+bool WindowFixture::clickIfItStays(QQuickItem& item, std::optional<QPointF> at) {
     if (!rests(item)) {
         return false;
     }
@@ -132,15 +132,15 @@ bool AppWindow::clickIfItStays(QQuickItem& item, std::optional<QPointF> at) {
     return true;
 }
 
-void AppWindow::click(QQuickItem& item, std::optional<QPointF> at) {
+void WindowFixture::click(QQuickItem& item, std::optional<QPointF> at) {
     EXPECT_TRUE(clickIfItStays(item, at)) << "what was to be clicked went away";
 }
 
-void AppWindow::hover(QQuickItem& item, std::optional<QPointF> at) {
+void WindowFixture::hover(QQuickItem& item, std::optional<QPointF> at) {
     QTest::mouseMove(item.window(), inWindow(item, at));
 }
 
-void AppWindow::drag(QQuickItem& item, QPointF from, QPointF to, int steps) {
+void WindowFixture::drag(QQuickItem& item, QPointF from, QPointF to, int steps) {
     // The item may move with the drag; the pointer's way is fixed to the window.
     QQuickWindow* window = item.window();
     const QPointF start = item.mapToScene(from);
@@ -153,29 +153,29 @@ void AppWindow::drag(QQuickItem& item, QPointF from, QPointF to, int steps) {
     QTest::mouseRelease(window, Qt::LeftButton, {}, end.toPoint());
 }
 
-void AppWindow::press(QQuickItem& item, QPointF at) {
+void WindowFixture::press(QQuickItem& item, QPointF at) {
     QTest::mousePress(item.window(), Qt::LeftButton, {}, inWindow(item, at));
 }
 
-void AppWindow::move(QQuickItem& item, QPointF to) {
+void WindowFixture::move(QQuickItem& item, QPointF to) {
     QTest::mouseMove(item.window(), inWindow(item, to));
 }
 
-void AppWindow::release(QQuickItem& item, QPointF at) {
+void WindowFixture::release(QQuickItem& item, QPointF at) {
     QTest::mouseRelease(item.window(), Qt::LeftButton, {}, inWindow(item, at));
 }
 
-void AppWindow::key(int key, Qt::KeyboardModifiers modifiers) {
+void WindowFixture::key(int key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(&frontWindow(window()), static_cast<Qt::Key>(key), modifiers);
 }
 
-void AppWindow::type(const QString& text) {
+void WindowFixture::type(const QString& text) {
     for (const QChar character : text) {
         QTest::keyClick(&frontWindow(window()), character.toLatin1());
     }
 }
 
-bool AppWindow::drop(QQuickItem& item, const QList<QUrl>& urls) {
+bool WindowFixture::drop(QQuickItem& item, const QList<QUrl>& urls) {
     QMimeData data;
     data.setUrls(urls);
     const QPoint at = inWindow(item, {});
@@ -188,7 +188,7 @@ bool AppWindow::drop(QQuickItem& item, const QList<QUrl>& urls) {
     return drop.isAccepted();
 }
 
-QQuickWindow& AppWindow::frontWindow(QQuickWindow& fallback) {
+QQuickWindow& WindowFixture::frontWindow(QQuickWindow& fallback) {
     auto* front = qobject_cast<QQuickWindow*>(QGuiApplication::focusWindow());
     return front != nullptr ? *front : fallback;
 }

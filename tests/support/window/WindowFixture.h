@@ -40,10 +40,10 @@ struct Desktop : OpenPanel, FileViewer, Terminator, RecentDocuments {
 /// The application in its real window on the offscreen platform, with preferences and a folder of its own,
 /// used as a person uses it. Items are found by their objectName; those of a dialog or a second window too.
 /// Positions are in an item's own coordinates, its middle where none is given.
-class AppWindow : public testing::Test {
+class WindowFixture : public testing::Test {
 protected:
-    AppWindow();
-    ~AppWindow() override;
+    WindowFixture();
+    ~WindowFixture() override;
 
     AppState& state() { return application_->state(); }
     QQuickWindow& window() { return application_->mainWindow(); }

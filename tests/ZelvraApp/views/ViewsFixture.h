@@ -3,7 +3,7 @@
 #pragma once
 
 #include "tests/support/NumberedMovie.h"
-#include "tests/support/window/AppWindow.h"
+#include "tests/support/window/WindowFixture.h"
 
 #include <string>
 #include <vector>
@@ -11,7 +11,7 @@
 namespace zelvra::test {
 
 /// The main window with clips of the test's own, and short ways to what is worked on. Times in seconds.
-class ViewsTest : public AppWindow {
+class ViewsFixture : public WindowFixture {
 protected:
     /// A copy of a numbered movie in the test's folder, 2 s long unless it says otherwise.
     std::filesystem::path clip(const std::string& name, const NumberedMovie& movie = {}) const;

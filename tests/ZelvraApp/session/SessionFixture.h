@@ -38,9 +38,9 @@ struct Desk : OpenPanel, FileViewer, Terminator, RecentDocuments {
 };
 
 /// A session as a user finds it, in a folder of its own: real player, real engine, preferences of its own.
-class SessionTest : public testing::Test {
+class SessionFixture : public testing::Test {
 protected:
-    SessionTest();
+    SessionFixture();
 
     /// Runs the program until the task, or the condition, is through. A condition gives up after 20 s.
     static void run(QCoro::Task<> task);

@@ -4,7 +4,6 @@
 #include "ZelvraApp/editor/PictureMapping.h"
 #include "ZelvraCore/FrameGrab.h"
 #include "tests/support/MovieReading.h"
-#include "tests/support/NumberedMovie.h"
 #include "tests/support/window/WindowFixture.h"
 
 #include <gmock/gmock.h>
@@ -17,10 +16,6 @@ namespace {
 /// Whole jobs, from the opened window to the exported movie, as a coach does them with mouse and keys.
 class WindowStory : public WindowFixture {
 protected:
-    std::filesystem::path clip(const std::string& name, const NumberedMovie& movie) {
-        std::filesystem::copy_file(movieFile(movie), folder_ / name);
-        return folder_ / name;
-    }
     /// Drags over the editor's picture, in fractions of it.
     void draw(const Point& from, const Point& to) {
         QQuickItem& canvas = item("editorCanvas");
@@ -65,7 +60,7 @@ protected:
 
 TEST_F(WindowStory, OneClipFromTheDropToTheExportedMovie) {
     const auto game = clip("game.mp4", {.frames = 120, .sound = SoundCodec::aac, .container = "mp4"});
-    ASSERT_TRUE(drop(item("landing"), {QUrl::fromLocalFile(QString::fromStdString(game.string()))}));
+    ASSERT_TRUE(drop(item("landing"), {urlOf(game)}));
     ASSERT_TRUE(comesTrue([&] { return state().player().isReady(); }));
     EXPECT_EQ(textOf("fileName"), "game.mp4");
     EXPECT_FALSE(item("exportMovies").isEnabled());

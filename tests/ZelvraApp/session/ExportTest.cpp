@@ -173,17 +173,17 @@ TEST_F(Exporting, LeadsOnToWhatComesNext) {
     openGame();
     add(1);
     session_->revealLastExport();
-    EXPECT_TRUE(desk_.revealed.empty());
+    EXPECT_TRUE(desktop_.revealed.empty());
     run(session_->exportMovies());
     session_->revealLastExport();
-    EXPECT_EQ(desk_.revealed, folder_ / "highlighted" / "game_highlighted.mp4");
+    EXPECT_EQ(desktop_.revealed, folder_ / "highlighted" / "game_highlighted.mp4");
     session_->closeAndOpenFolder();
     EXPECT_TRUE(session_->triggerOpenFolder());
     EXPECT_FALSE(session_->videoFile());
     session_->closeAndOpenVideo();
     EXPECT_TRUE(session_->triggerOpen());
     session_->quit();
-    EXPECT_TRUE(desk_.terminated);
+    EXPECT_TRUE(desktop_.terminated);
 }
 
 } // namespace

@@ -52,7 +52,7 @@ TEST_F(Opening, LoadsAClipAndForgetsThePreviousOne) {
     EXPECT_FALSE(session_->timelineHasContent());
     EXPECT_FALSE(session_->canUndo());
     EXPECT_THAT(recentNames(), ElementsAre("“two” 🏀.mp4", "one.mov"));
-    EXPECT_THAT(desk_.noted, ElementsAre(folder_ / "one.mov", folder_ / "“two” 🏀.mp4"));
+    EXPECT_THAT(desktop_.noted, ElementsAre(folder_ / "one.mov", folder_ / "“two” 🏀.mp4"));
     EXPECT_EQ(RecentItem::loadFromUserDefaults(PreferenceStore(preferences_.file())), session_->recents());
 }
 
@@ -171,15 +171,15 @@ TEST_F(Opening, OpensARecentItemAsWhatItIsNow) {
 
 TEST_F(Opening, AsksThePanelsForWhatIsMeant) {
     session_->presentOpenVideoPanel();
-    EXPECT_EQ(desk_.asked.choice, OpenPanelRequest::Choice::movie);
-    EXPECT_EQ(desk_.asked.prompt, "Open");
-    EXPECT_EQ(desk_.asked.message, "Choose a video clip to annotate.");
+    EXPECT_EQ(desktop_.asked->choice, OpenPanelRequest::Choice::movie);
+    EXPECT_EQ(desktop_.asked->prompt, "Open");
+    EXPECT_EQ(desktop_.asked->message, "Choose a video clip to annotate.");
     makeFolder();
-    desk_.answer = folder_ / "clips";
+    desktop_.answer = folder_ / "clips";
     session_->presentOpenFolderPanel();
-    EXPECT_EQ(desk_.asked.choice, OpenPanelRequest::Choice::folder);
-    EXPECT_EQ(desk_.asked.prompt, "Open Folder");
-    EXPECT_EQ(desk_.asked.message, "Choose a folder of clips to work through in order.");
+    EXPECT_EQ(desktop_.asked->choice, OpenPanelRequest::Choice::folder);
+    EXPECT_EQ(desktop_.asked->prompt, "Open Folder");
+    EXPECT_EQ(desktop_.asked->message, "Choose a folder of clips to work through in order.");
     EXPECT_TRUE(comesTrue([&] { return openName() == "clip1.m4v"; }));
 }
 

@@ -4,7 +4,6 @@
 
 #include "ZelvraApp/session/SessionTime.h"
 #include "tests/support/MovieReading.h"
-#include "tests/support/NumberedPicture.h"
 
 #include <QTest>
 
@@ -13,8 +12,7 @@
 
 namespace zelvra::test {
 
-SessionFixture::SessionFixture()
-    : session_(std::make_unique<AppState>(preferences_, ShellServices{&desk_, &desk_, &desk_, &desk_})) {}
+SessionFixture::SessionFixture() : session_(std::make_unique<AppState>(preferences_, desktop_.services())) {}
 
 void SessionFixture::run(QCoro::Task<> task) {
     QCoro::waitFor(std::move(task));
@@ -44,17 +42,6 @@ void SessionFixture::open(const std::filesystem::path& clip) {
 void SessionFixture::seek(double seconds) {
     QCoro::Task<bool> seeking = session_->player().seek(sessionTime(seconds));
     ASSERT_TRUE(QCoro::waitFor(std::move(seeking)));
-}
-
-HighlightDraft SessionFixture::draftAt(double seconds, double duration, int marker) {
-    auto raster = std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)});
-    const Size display{320, 180};
-    HighlightDraft draft =
-        HighlightDraft::editing(markerHighlight(marker, sessionTime(seconds), sessionTime(duration), display),
-                                Image(std::move(raster), {}), display);
-    draft.id = Uuid::random();
-    draft.isEditing = false;
-    return draft;
 }
 
 Highlight SessionFixture::add(double seconds, double duration, int marker) {

@@ -5,6 +5,8 @@
 #include "ZelvraApp/session/AppState.h"
 #include "tests/support/Files.h"
 #include "tests/support/NumberedMovie.h"
+#include "tests/support/app/Desktop.h"
+#include "tests/support/app/Drafts.h"
 
 #include <QSignalSpy>
 
@@ -16,26 +18,6 @@
 #include <vector>
 
 namespace zelvra::test {
-
-/// What the window system would do, noted down.
-struct Desk : OpenPanel, FileViewer, Terminator, RecentDocuments {
-    void ask(const OpenPanelRequest& request,
-             std::function<void(const std::filesystem::path&)> chosen) override {
-        asked = request;
-        if (!answer.empty()) {
-            chosen(answer);
-        }
-    }
-    void reveal(const std::filesystem::path& file) override { revealed = file; }
-    void terminate() override { terminated = true; }
-    void note(const std::filesystem::path& path) override { noted.push_back(path); }
-
-    OpenPanelRequest asked;
-    std::filesystem::path answer; ///< to the open panel; empty cancels
-    std::filesystem::path revealed;
-    bool terminated = false;
-    std::vector<std::filesystem::path> noted;
-};
 
 /// A session as a user finds it, in a folder of its own: real player, real engine, preferences of its own.
 class SessionFixture : public testing::Test {
@@ -54,9 +36,7 @@ protected:
     /// Moves the playhead exactly there.
     void seek(double seconds);
 
-    /// A finished highlight, as the editor leaves it, with a figure that can be found again in the finished
-    /// movie; `add` commits it too.
-    static HighlightDraft draftAt(double seconds, double duration = 3, int marker = 0);
+    /// Commits a new highlight; see draftAt.
     Highlight add(double seconds, double duration = 3, int marker = 0);
     /// Moments of the highlights, in seconds.
     std::vector<double> moments() const;
@@ -68,7 +48,7 @@ protected:
 
     TemporaryFolder folder_;
     PreferenceStore preferences_{folder_ / "preferences.json"};
-    Desk desk_;
+    Desktop desktop_;
     std::unique_ptr<AppState> session_;
 };
 

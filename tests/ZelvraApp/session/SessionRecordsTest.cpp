@@ -9,6 +9,7 @@
 #include "ZelvraApp/session/Timecode.h"
 
 #include "tests/support/Files.h"
+#include "tests/support/app/Drafts.h"
 
 #include <QJsonObject>
 
@@ -21,17 +22,11 @@ namespace {
 
 using testing::ElementsAre;
 
-const Image& smallPicture() {
-    static const Image picture(
-        std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)}), {});
-    return picture;
-}
-
 HighlightDraft circleOn(Size display, Point p2) {
     return {.id = Uuid::random(),
             .timestamp = {7, 3},
             .durationSec = 2,
-            .frame = smallPicture(),
+            .frame = test::onePixel(),
             .videoDisplaySize = display,
             .shape = {.id = Uuid::random(),
                       .kind = HighlightShapeKind::circle,
@@ -108,7 +103,7 @@ TEST(HighlightDraft, BecomesAHighlightAndIsEditedAgain) {
     const Highlight highlight = draft.highlight();
     EXPECT_TRUE(identical(highlight.timestamp, draft.timestamp));
     EXPECT_TRUE(identical(highlight.duration, CMTime{1200, 600}));
-    HighlightDraft again = HighlightDraft::editing(highlight, smallPicture(), {1920, 1080});
+    HighlightDraft again = HighlightDraft::editing(highlight, draft.frame, {1920, 1080});
     EXPECT_TRUE(again.isEditing);
     again.isEditing = false;
     EXPECT_TRUE(identical(again, draft));

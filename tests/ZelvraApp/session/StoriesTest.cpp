@@ -15,7 +15,7 @@ TEST_F(Story, WorksThroughAFolderOfClips) {
     clip("training/serve 2.mov");
     clip("training/serve 10.mov", {.codec = MovieCodec::hevc});
     clip("training/serve 1.mp4", {.codec = MovieCodec::mpeg4, .container = "mp4"});
-    desk_.answer = folder_ / "training";
+    desktop_.answer = folder_ / "training";
     session_->presentOpenFolderPanel();
     ASSERT_TRUE(comesTrue([&] { return session_->player().isReady(); }));
     EXPECT_EQ(session_->queueLabel(), "1 of 3");

@@ -92,7 +92,7 @@ TEST_F(Menu, NamesWhatExportAndMarkWillDo) {
 TEST_F(Menu, WalksAFolderByBothPairsOfKeys) {
     clip("1.mov");
     clip("2.mov");
-    state().handleOpenedURLs({QUrl::fromLocalFile(QString::fromStdString(folder_.path().string()))});
+    state().handleOpenedURLs({urlOf(folder_.path())});
     ASSERT_TRUE(comesTrue([&] { return state().queueLabel() == "1 of 2" && state().videoFile(); }));
     EXPECT_FALSE(isEnabled("Clip", "previousClipItem"));
     closeMenus();

@@ -2,9 +2,7 @@
 
 #pragma once
 
-#include "ZelvraApp/session/SessionTime.h"
-#include "tests/support/NumberedMovie.h"
-#include "tests/support/NumberedPicture.h"
+#include "tests/support/app/Drafts.h"
 #include "tests/support/window/WindowFixture.h"
 
 #include <QGuiApplication>
@@ -16,32 +14,14 @@ namespace zelvra::test {
 /// The application's window, with short ways to a clip that has been worked on.
 class ShellFixture : public WindowFixture {
 protected:
-    /// A copy of that movie in the test's folder, in which exports land.
-    std::filesystem::path clip(const std::string& name, const NumberedMovie& movie = {}) const {
-        std::filesystem::copy_file(movieFile(movie), folder_ / name);
-        return folder_ / name;
-    }
     void openClip(const std::string& name = "game.mov") { open(clip(name)); }
 
-    HighlightDraft draftAt(double seconds) {
-        auto raster =
-            std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)});
-        const Size display = state().sourceInfo()->displaySize;
-        const Highlight highlight = markerHighlight(0, sessionTime(seconds), sessionTime(1), display);
-        return HighlightDraft::editing(highlight, Image(std::move(raster), {}), display);
-    }
     void addHighlight(double seconds) {
-        HighlightDraft draft = draftAt(seconds);
-        draft.isEditing = false;
-        state().setDraft(draft);
+        state().setDraft(draftAt(seconds, 1, 0, state().sourceInfo()->displaySize));
         state().commitDraft();
         state().setShowDefaultsScopePrompt(false);
         window().requestActivate(); // as a window manager does when the editor goes
         EXPECT_TRUE(isFront("Zelvra"));
-    }
-    void mark(double start, double end) {
-        state().setTrim(CMTimeRange{sessionTime(start), sessionTime(end - start)});
-        state().markCurrentClip();
     }
 
     /// An item of a menu, which is left open.

@@ -13,11 +13,8 @@ TEST_F(MainWindow, ComesBackInItsSize) {
     EXPECT_GE(window().minimumHeight(), 620);
     window().resize(1000, 700);
     EXPECT_TRUE(comesTrue([&] { return window().contentItem()->width() == 1000; }));
-    const Application::Options options{.preferences = folder_ / "preferences.json",
-                                       .windowState = folder_ / "window.json",
-                                       .services = {&desktop_, &desktop_, &desktop_, &desktop_}};
     application_.reset();
-    application_ = std::make_unique<Application>(options);
+    application_ = std::make_unique<Application>(options());
     EXPECT_EQ(window().size(), QSize(1000, 700));
 }
 

@@ -2,7 +2,7 @@
 
 #include "tests/ZelvraApp/views/ViewsFixture.h"
 
-#include "ZelvraApp/session/SessionTime.h"
+#include "tests/support/app/Drafts.h"
 
 #include <QGuiApplication>
 
@@ -34,12 +34,6 @@ std::vector<QQuickItem*> topDown(QQuickItem* root, const std::function<bool(cons
 
 } // namespace
 
-std::filesystem::path ViewsFixture::clip(const std::string& name, const NumberedMovie& movie) const {
-    std::filesystem::create_directories((folder_ / name).parent_path());
-    std::filesystem::copy_file(movieFile(movie), folder_ / name);
-    return folder_ / name;
-}
-
 void ViewsFixture::openRecording() {
     open(clip("recording.mov", {.rate = 1, .frames = 600, .gop = 10}));
 }
@@ -52,32 +46,20 @@ void ViewsFixture::openQueue() {
     EXPECT_TRUE(comesTrue([&] { return state().queueLabel() == "1 of 3" && state().player().isReady(); }));
 }
 
-QUrl ViewsFixture::urlOf(const std::filesystem::path& file) {
-    return QUrl::fromLocalFile(QString::fromStdString(file.string()));
-}
-
 void ViewsFixture::highlight(double seconds, double freeze) {
-    auto raster = std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)});
-    const Highlight wanted{
-        Uuid::random(), sessionTime(seconds), sessionTime(freeze),
-        HighlightShape{
-            Uuid::random(), HighlightShapeKind::circle, {0.5, 0.5}, {0.6, 0.5}, Color{1, 0, 0, 1}, 0.004}};
-    state().setDraft(
-        HighlightDraft::editing(wanted, Image(std::move(raster), {}), state().sourceInfo()->displaySize));
+    HighlightDraft draft = draftAt(seconds, freeze, 0, state().sourceInfo()->displaySize);
+    draft.shape = {.id = Uuid::random(),
+                   .kind = HighlightShapeKind::circle,
+                   .p1 = {0.5, 0.5},
+                   .p2 = {0.6, 0.5},
+                   .color = {1, 0, 0, 1},
+                   .strokeWidthRatio = 0.004};
+    state().setDraft(draft);
     state().commitDraft();
     state().setShowDefaultsScopePrompt(false);
     // The editor and the prompt were up for a moment.
     EXPECT_TRUE(disappears("questionTitle"));
     EXPECT_TRUE(comesToFront());
-}
-
-void ViewsFixture::trim(double start, double end) {
-    state().setTrim(CMTimeRange::fromStartToEnd(sessionTime(start), sessionTime(end)));
-}
-
-void ViewsFixture::mark(double start, double end) {
-    trim(start, end);
-    state().markCurrentClip();
 }
 
 QQuickItem& ViewsFixture::in(QQuickItem& parent, const QString& objectName) {

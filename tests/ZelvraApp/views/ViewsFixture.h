@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include "tests/support/NumberedMovie.h"
 #include "tests/support/window/WindowFixture.h"
 
 #include <string>
@@ -13,17 +12,12 @@ namespace zelvra::test {
 /// The main window with clips of the test's own, and short ways to what is worked on. Times in seconds.
 class ViewsFixture : public WindowFixture {
 protected:
-    /// A copy of a numbered movie in the test's folder, 2 s long unless it says otherwise.
-    std::filesystem::path clip(const std::string& name, const NumberedMovie& movie = {}) const;
     /// Opens a recording of ten minutes.
     void openRecording();
     /// Three clips in a folder, which is opened.
     void openQueue();
-    static QUrl urlOf(const std::filesystem::path& file);
 
     void highlight(double seconds, double freeze = 2);
-    void trim(double start, double end);
-    void mark(double start, double end);
     double trimStart() { return state().trimRange()->start.seconds(); }
     double trimEnd() { return state().trimRange()->end().seconds(); }
 

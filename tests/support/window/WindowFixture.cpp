@@ -2,16 +2,19 @@
 
 #include "tests/support/window/WindowFixture.h"
 
+#include "ZelvraApp/files/FilePaths.h"
+#include "ZelvraApp/session/SessionTime.h"
+
 #include <QDragEnterEvent>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QPointer>
 #include <QTest>
 
-#include <tuple>
-
 #include <algorithm>
 #include <stdexcept>
+#include <tuple>
+#include <utility>
 
 namespace zelvra::test {
 
@@ -64,26 +67,40 @@ QPoint inWindow(QQuickItem& item, std::optional<QPointF> at) {
 
 } // namespace
 
-void Desktop::ask(const OpenPanelRequest& request, std::function<void(const std::filesystem::path&)> chosen) {
-    asked = request;
-    if (!answer.empty()) {
-        chosen(answer);
-    }
-}
-
-WindowFixture::WindowFixture()
-    : application_(std::make_unique<Application>(
-          Application::Options{.preferences = folder_ / "preferences.json",
-                               .windowState = folder_ / "window.json",
-                               .services = {&desktop_, &desktop_, &desktop_, &desktop_}})) {
+WindowFixture::WindowFixture() : application_(std::make_unique<Application>(options())) {
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window()));
 }
 
 WindowFixture::~WindowFixture() = default;
 
+Application::Options WindowFixture::options() {
+    return {.preferences = folder_ / "preferences.json",
+            .windowState = folder_ / "window.json",
+            .services = desktop_.services()};
+}
+
+std::filesystem::path WindowFixture::clip(const std::string& name, const NumberedMovie& movie) const {
+    std::filesystem::create_directories((folder_ / name).parent_path());
+    std::filesystem::copy_file(movieFile(movie), folder_ / name);
+    return folder_ / name;
+}
+
+QUrl WindowFixture::urlOf(const std::filesystem::path& file) {
+    return QUrl::fromLocalFile(zelvra::textOf(file));
+}
+
 void WindowFixture::open(const std::filesystem::path& clip) {
-    state().handleOpenedURLs({QUrl::fromLocalFile(QString::fromStdString(clip.string()))});
+    state().handleOpenedURLs({urlOf(clip)});
     EXPECT_TRUE(comesTrue([&] { return state().videoFile() == clip && state().player().isReady(); }));
+}
+
+void WindowFixture::trim(double start, double end) {
+    state().setTrim(CMTimeRange::fromStartToEnd(sessionTime(start), sessionTime(end)));
+}
+
+void WindowFixture::mark(double start, double end) {
+    trim(start, end);
+    state().markCurrentClip();
 }
 
 bool WindowFixture::comesTrue(const std::function<bool()>& condition) {

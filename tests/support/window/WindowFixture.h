@@ -4,6 +4,8 @@
 
 #include "ZelvraApp/shell/Application.h"
 #include "tests/support/Files.h"
+#include "tests/support/NumberedMovie.h"
+#include "tests/support/app/Desktop.h"
 
 #include <QImage>
 #include <QPointF>
@@ -22,21 +24,6 @@
 
 namespace zelvra::test {
 
-/// What the desktop would do, noted down.
-struct Desktop : OpenPanel, FileViewer, Terminator, RecentDocuments {
-    void ask(const OpenPanelRequest& request,
-             std::function<void(const std::filesystem::path&)> chosen) override;
-    void reveal(const std::filesystem::path& file) override { revealed = file; }
-    void terminate() override { terminated = true; }
-    void note(const std::filesystem::path& path) override { noted.push_back(path); }
-
-    std::optional<OpenPanelRequest> asked;
-    std::filesystem::path answer; ///< to the open panel; empty cancels
-    std::filesystem::path revealed;
-    bool terminated = false;
-    std::vector<std::filesystem::path> noted;
-};
-
 /// The application in its real window on the offscreen platform, with preferences and a folder of its own,
 /// used as a person uses it. Items are found by their objectName; those of a dialog or a second window too.
 /// Positions are in an item's own coordinates, its middle where none is given.
@@ -48,8 +35,16 @@ protected:
     AppState& state() { return application_->state(); }
     QQuickWindow& window() { return application_->mainWindow(); }
 
+    Application::Options options();
+
+    /// A copy of that movie in the test's folder.
+    std::filesystem::path clip(const std::string& name, const NumberedMovie& movie = {}) const;
+    static QUrl urlOf(const std::filesystem::path& file);
     /// Opens that movie and waits for its first picture.
     void open(const std::filesystem::path& clip);
+    /// Sets the trim, and makes a marked clip of it; seconds of the source.
+    void trim(double start, double end);
+    void mark(double start, double end);
     /// Runs the program until the condition holds; false after 20 s.
     static bool comesTrue(const std::function<bool()>& condition);
     /// Lets events and animations pass.

@@ -47,16 +47,4 @@ DraftShape withRadius(const HighlightDraft& draft, double radiusRatio) {
     return shape;
 }
 
-QString sizeText(const HighlightDraft& draft) {
-    return QString::asprintf("%.1f%%", draft.circleRadiusRatio() * 100);
-}
-
-QString strokeText(const HighlightDraft& draft) {
-    return QString::asprintf("%.2f%%", draft.shape.strokeWidthRatio * 100);
-}
-
-QString durationText(const HighlightDraft& draft) {
-    return QString::asprintf("%.1fs", draft.durationSec);
-}
-
 } // namespace zelvra

@@ -4,11 +4,9 @@
 
 #include "ZelvraApp/session/HighlightDraft.h"
 
-#include <QString>
-
 namespace zelvra {
 
-/// What the editor's controls make of a draft, and how they tell its values.
+/// What the editor's controls make of a draft.
 
 /// A shape of that kind in the draft's style, in the middle of the picture, with an id of its own. Where the
 /// kind stays, the draft's shape as it is. A circle gets `radiusRatio` of the picture's height.
@@ -17,9 +15,5 @@ DraftShape withKind(const HighlightDraft& draft, HighlightShapeKind kind, double
 /// The draft's circle with its rim point at that fraction of the picture's height to the right of its centre;
 /// other shapes as they are.
 DraftShape withRadius(const HighlightDraft& draft, double radiusRatio);
-
-QString sizeText(const HighlightDraft& draft);     ///< "8.9%"
-QString strokeText(const HighlightDraft& draft);   ///< "0.50%"
-QString durationText(const HighlightDraft& draft); ///< "3.0s"
 
 } // namespace zelvra

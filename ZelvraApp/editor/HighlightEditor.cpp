@@ -6,6 +6,7 @@
 #include "ZelvraApp/editor/DraftEditing.h"
 #include "ZelvraApp/editor/PictureMapping.h"
 #include "ZelvraApp/session/Colors.h"
+#include "ZelvraApp/session/StyleTexts.h"
 #include "ZelvraApp/session/Timecode.h"
 
 namespace zelvra {
@@ -116,15 +117,15 @@ void HighlightEditor::setDurationSec(double seconds) {
 }
 
 QString HighlightEditor::sizeText() const {
-    return shown_ ? zelvra::sizeText(*shown_) : QString();
+    return shown_ ? radiusText(shown_->circleRadiusRatio()) : QString();
 }
 
 QString HighlightEditor::strokeText() const {
-    return shown_ ? zelvra::strokeText(*shown_) : QString();
+    return shown_ ? zelvra::strokeText(shown_->shape.strokeWidthRatio) : QString();
 }
 
 QString HighlightEditor::durationText() const {
-    return shown_ ? zelvra::durationText(*shown_) : QString();
+    return shown_ ? zelvra::durationText(shown_->durationSec) : QString();
 }
 
 void HighlightEditor::setCanvasSize(const QSizeF& size) {

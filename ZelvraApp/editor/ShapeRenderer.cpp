@@ -26,16 +26,10 @@ void ShapeRenderer::setDraft(const std::optional<HighlightDraft>& draft) {
 }
 
 std::optional<DraftShape> ShapeRenderer::shape() const {
-    if (draft_ || !highlight_) {
-        return draft_ ? std::optional(draft_->shape) : std::nullopt;
+    if (draft_) {
+        return draft_->shape;
     }
-    const HighlightShape& shape = highlight_->shape;
-    return DraftShape{.id = shape.id,
-                      .kind = shape.kind,
-                      .p1 = shape.p1,
-                      .p2 = shape.p2,
-                      .color = shape.strokeColor,
-                      .strokeWidthRatio = shape.strokeWidthRatio};
+    return highlight_ ? std::optional(draftShape(highlight_->shape)) : std::nullopt;
 }
 
 void ShapeRenderer::setImageRect(const QRectF& rect) {

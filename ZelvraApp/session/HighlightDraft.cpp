@@ -9,6 +9,15 @@
 
 namespace zelvra {
 
+DraftShape draftShape(const HighlightShape& shape) {
+    return {.id = shape.id,
+            .kind = shape.kind,
+            .p1 = shape.p1,
+            .p2 = shape.p2,
+            .color = shape.strokeColor,
+            .strokeWidthRatio = shape.strokeWidthRatio};
+}
+
 double HighlightDraft::circleRadiusRatio() const {
     if (shape.kind != HighlightShapeKind::circle) {
         return 0;
@@ -30,18 +39,12 @@ Highlight HighlightDraft::highlight() const {
 }
 
 HighlightDraft HighlightDraft::editing(const Highlight& highlight, Image frame, Size videoDisplaySize) {
-    const HighlightShape& shape = highlight.shape;
     return {.id = highlight.id,
             .timestamp = highlight.timestamp,
             .durationSec = highlight.duration.seconds(),
             .frame = std::move(frame),
             .videoDisplaySize = videoDisplaySize,
-            .shape = {.id = shape.id,
-                      .kind = shape.kind,
-                      .p1 = shape.p1,
-                      .p2 = shape.p2,
-                      .color = shape.strokeColor,
-                      .strokeWidthRatio = shape.strokeWidthRatio},
+            .shape = draftShape(highlight.shape),
             .isEditing = true};
 }
 

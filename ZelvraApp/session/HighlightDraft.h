@@ -17,6 +17,9 @@ struct DraftShape {
     double strokeWidthRatio = 0; ///< of the picture's height
 };
 
+/// The figure of a highlight, to be edited or drawn.
+DraftShape draftShape(const HighlightShape& shape);
+
 /// The editor's working copy of a highlight, with the frame that is drawn over. It becomes a highlight when
 /// it is committed; nobody else sees it before.
 struct HighlightDraft {

@@ -23,9 +23,8 @@ QCoro::Task<> awaitSeek(QCoro::Task<bool> seeking) {
 } // namespace
 
 double roughClipLengthSec(const PreferenceStore& store) {
-    constexpr double standard = 30;
-    const double length = store.read(preferences::clipDefaultLengthSec).value_or(standard);
-    return length > 0 ? length : standard;
+    const double length = store.read(preferences::clipDefaultLengthSec).value_or(standardClipLengthSec);
+    return length > 0 ? length : standardClipLengthSec;
 }
 
 void AppState::markInPoint() {

@@ -6,7 +6,10 @@
 
 namespace zelvra {
 
-/// How long a clip is that an in-point drops, in seconds, always more than 0: the user's choice, or 30.
+/// The length of a clip that an in-point makes, in seconds, if the user has chosen none.
+inline constexpr double standardClipLengthSec = 30;
+
+/// The length that the user has chosen, or the standard one if none or one that is not above 0 is stored.
 double roughClipLengthSec(const PreferenceStore& store);
 
 } // namespace zelvra

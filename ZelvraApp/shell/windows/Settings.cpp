@@ -5,20 +5,12 @@
 #include "ZelvraApp/files/FilePaths.h"
 #include "ZelvraApp/session/Colors.h"
 #include "ZelvraApp/session/HighlightDefaults.h"
+#include "ZelvraApp/session/RoughClip.h"
+#include "ZelvraApp/session/StyleTexts.h"
 
 #include <QPointer>
 
 namespace zelvra {
-
-namespace {
-
-constexpr double standardClipLength = 30;
-
-QString formatted(const char* format, double value) {
-    return QString::asprintf(format, value);
-}
-
-} // namespace
 
 Settings::Settings(PreferenceStore& store, OpenPanel* openPanel, QObject* parent)
     : QObject(parent), store_(store), openPanel_(openPanel) {
@@ -26,13 +18,11 @@ Settings::Settings(PreferenceStore& store, OpenPanel* openPanel, QObject* parent
 }
 
 QColor Settings::color() const {
-    const Color color = HighlightDefaults::loadFromUserDefaults(store_).color;
-    return QColor::fromRgbF(static_cast<float>(color.red), static_cast<float>(color.green),
-                            static_cast<float>(color.blue));
+    return toQColor(HighlightDefaults::loadFromUserDefaults(store_).color);
 }
 
 void Settings::setColor(const QColor& color) {
-    store_.write(preferences::defaultColorHex, color.name().toUpper());
+    store_.write(preferences::defaultColorHex, hexString(fromQColor(color)));
 }
 
 double Settings::radiusRatio() const {
@@ -48,7 +38,7 @@ double Settings::durationSec() const {
 }
 
 double Settings::clipLengthSec() const {
-    return store_.read(preferences::clipDefaultLengthSec).value_or(standardClipLength);
+    return roughClipLengthSec(store_);
 }
 
 Settings::OutputMode Settings::outputMode() const {
@@ -66,19 +56,19 @@ void Settings::setOutputMode(OutputMode mode) {
 }
 
 QString Settings::radiusText() const {
-    return formatted("%.1f%%", radiusRatio() * 100);
+    return zelvra::radiusText(radiusRatio());
 }
 
 QString Settings::strokeText() const {
-    return formatted("%.2f%%", strokeRatio() * 100);
+    return zelvra::strokeText(strokeRatio());
 }
 
 QString Settings::durationText() const {
-    return formatted("%.1fs", durationSec());
+    return zelvra::durationText(durationSec());
 }
 
 QString Settings::clipLengthText() const {
-    return formatted("%.0fs", clipLengthSec());
+    return QString::asprintf("%.0fs", clipLengthSec());
 }
 
 QString Settings::outputFooterText(const OutputLocation& location) {
@@ -123,7 +113,7 @@ void Settings::resetToFactoryDefaults() {
                      .set(preferences::outputSubfolderName, standard.subfolderName)
                      .set(preferences::outputCustomFolderPath, standard.customFolderPath)
                      .set(preferences::outputIncludeAudio, standard.includeAudio)
-                     .set(preferences::clipDefaultLengthSec, standardClipLength));
+                     .set(preferences::clipDefaultLengthSec, standardClipLengthSec));
 }
 
 } // namespace zelvra

@@ -21,13 +21,6 @@ HighlightDraft draftOf(const DraftShape& shape, Size display = {1920, 1080}) {
             .isEditing = false};
 }
 
-TEST(DraftEditing, TellsItsValues) {
-    const HighlightDraft draft = draftOf(circleOf({0.5, 0.5}, {0.55, 0.5}));
-    EXPECT_EQ(sizeText(draft), "8.9%");
-    EXPECT_EQ(strokeText(draft), "0.50%");
-    EXPECT_EQ(durationText(draft), "3.0s");
-}
-
 TEST(DraftEditing, PutsTheRimToTheRightOfTheCentreForASize) {
     const DraftShape sized = withRadius(draftOf(circleOf({0.5, 0.5}, {0.5, 0.9})), 0.1);
     EXPECT_EQ(sized.p1, (Point{0.5, 0.5}));

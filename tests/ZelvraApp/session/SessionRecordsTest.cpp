@@ -6,6 +6,7 @@
 #include "ZelvraApp/session/Identical.h"
 #include "ZelvraApp/session/RecentItem.h"
 #include "ZelvraApp/session/SessionTime.h"
+#include "ZelvraApp/session/StyleTexts.h"
 #include "ZelvraApp/session/Timecode.h"
 
 #include "tests/support/Files.h"
@@ -136,6 +137,12 @@ TEST(Recents, AreSavedInOrderAndReadLeniently) {
                 ElementsAre(RecentItem{"/one", false}, RecentItem{"/two", false}));
     store.write(preferences::recents, QJsonArray{QJsonObject{{"path", "/one"}}, "no entry"});
     EXPECT_THAT(RecentItem::loadFromUserDefaults(store), ElementsAre());
+}
+
+TEST(StyleTexts, RoundToTheirLastDigit) {
+    EXPECT_EQ(radiusText(4.0 / 45), "8.9%");
+    EXPECT_EQ(strokeText(0.005), "0.50%");
+    EXPECT_EQ(durationText(3), "3.0s");
 }
 
 TEST(Timecode, CountsMinutesWithoutHours) {

@@ -78,6 +78,8 @@ public:
 
     /// For models in C++; QML uses the properties and commands here.
     AppState* state() const { return &state_; }
+    /// Stops a freeze preview and goes exactly there.
+    void seek(double seconds);
 
     bool hasVideo() const { return state_.videoFile().has_value(); }
     QString fileName() const;
@@ -127,13 +129,8 @@ public:
     Q_INVOKABLE void openRecent(const QString& path);
     Q_INVOKABLE void clearRecents() { state_.clearRecents(); }
     Q_INVOKABLE void requestCloseVideo() { state_.requestCloseVideo(); }
-    Q_INVOKABLE void closeVideo() { state_.closeVideo(); }
     Q_INVOKABLE void previousClip();
     Q_INVOKABLE void nextClip();
-
-    // Playback
-    /// Stops a freeze preview and goes exactly there.
-    Q_INVOKABLE void seek(double seconds);
 
     // Annotations
     Q_INVOKABLE void addHighlightAtCurrentTime();

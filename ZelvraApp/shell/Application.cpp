@@ -42,10 +42,12 @@ Application::Application(const Options& options)
                                     .recentDocuments =
                                         orElse<RecentDocuments>(options.services.recentDocuments, desktop_)});
     session_ = std::make_unique<Session>(*state_);
+    dialogs_ = std::make_unique<Dialogs>(*session_);
     settings_ = std::make_unique<Settings>(preferences_, openPanel);
     leaving_ = std::make_unique<Leaving>(*state_, *orElse<Terminator>(options.services.terminator, desktop_));
-    menu_ = std::make_unique<MenuState>(*session_, *leaving_);
+    menu_ = std::make_unique<MenuState>(*session_, *dialogs_, *leaving_);
     askFirst_.leaving = leaving_.get();
+    shell_.dialogs = dialogs_.get();
     shell_.menu = menu_.get();
     shell_.settings = settings_.get();
     shell_.leaving = leaving_.get();
@@ -73,6 +75,7 @@ Application::~Application() {
     menu_.reset();
     leaving_.reset();
     settings_.reset();
+    dialogs_.reset();
     session_.reset();
     state_.reset();
     finishWorkers();

@@ -60,6 +60,7 @@ private:
     PreferenceStore preferences_;
     std::unique_ptr<AppState> state_;
     std::unique_ptr<Session> session_;
+    std::unique_ptr<Dialogs> dialogs_;
     std::unique_ptr<Settings> settings_;
     std::unique_ptr<Leaving> leaving_;
     std::unique_ptr<MenuState> menu_;

@@ -61,6 +61,7 @@ ApplicationWindow {
     ContentView {
         anchors.fill: parent
         session: window.session
+        dialogs: window.shell.dialogs
         sidebarWidth: window.remembered.sidebarWidth
         covered: window.shell.leaving.asksAboutExport || panel.visible
         onSidebarWidthChanged: window.remembered.sidebarWidth = sidebarWidth

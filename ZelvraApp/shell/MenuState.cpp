@@ -6,24 +6,17 @@
 
 namespace zelvra {
 
-MenuState::MenuState(const Session& session, const Leaving& leaving, QObject* parent)
-    : QObject(parent), session_(session), state_(*session.state()), leaving_(leaving) {
+MenuState::MenuState(const Session& session, const Dialogs& dialogs, const Leaving& leaving, QObject* parent)
+    : QObject(parent), session_(session), state_(*session.state()), dialogs_(dialogs), leaving_(leaving) {
     for (const auto signal :
          {&AppState::videoURLChanged, &AppState::recentsChanged, &AppState::canExportChanged,
           &AppState::markedClipsChanged, &AppState::canUndoChanged, &AppState::canRedoChanged,
           &AppState::trimRangeChanged, &AppState::editingClipIDChanged, &AppState::queueIndexChanged,
-          &AppState::canGoNextChanged, &AppState::errorMessageChanged,
-          &AppState::showDefaultsScopePromptChanged, &AppState::showCloseConfirmationChanged,
-          &AppState::showPostExportDialogChanged}) {
+          &AppState::canGoNextChanged}) {
         connect(&state_, signal, this, &MenuState::changed);
     }
-    connect(&session_, &Session::hasDraftChanged, this, &MenuState::changed);
+    connect(&dialogs_, &Dialogs::changed, this, &MenuState::changed); // the editor's coming and going too
     connect(&leaving_, &Leaving::asksAboutExportChanged, this, &MenuState::changed);
-}
-
-bool MenuState::canAct() const {
-    return state_.errorMessage().isEmpty() && !state_.showDefaultsScopePrompt() &&
-           !state_.showCloseConfirmation() && !state_.showPostExportDialog() && !leaving_.asksAboutExport();
 }
 
 QString MenuState::exportTitle(std::size_t markedClips) {

@@ -4,6 +4,7 @@
 
 #include "ZelvraApp/bridge/Session.h"
 #include "ZelvraApp/shell/Leaving.h"
+#include "ZelvraApp/views/Dialogs.h"
 
 #include <QObject>
 #include <QString>
@@ -39,9 +40,10 @@ class MenuState : public QObject {
     Q_PROPERTY(bool canGoToNextClip READ canGoToNextClip NOTIFY changed)
 
 public:
-    MenuState(const Session& session, const Leaving& leaving, QObject* parent = nullptr);
+    MenuState(const Session& session, const Dialogs& dialogs, const Leaving& leaving,
+              QObject* parent = nullptr);
 
-    bool canAct() const;
+    bool canAct() const { return !dialogs_.anyWaiting() && !leaving_.asksAboutExport(); }
     bool canClearRecents() const { return !state_.recents().empty(); }
     bool canCloseClip() const { return canAct() && session_.hasVideo(); }
     bool canExport() const { return canEdit() && state_.canExport(); }
@@ -65,6 +67,7 @@ private:
 
     const Session& session_;
     const AppState& state_;
+    const Dialogs& dialogs_;
     const Leaving& leaving_;
 };
 

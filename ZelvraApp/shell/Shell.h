@@ -7,6 +7,7 @@
 #include "ZelvraApp/shell/WindowState.h"
 #include "ZelvraApp/shell/panels/OpenPanels.h"
 #include "ZelvraApp/shell/windows/Settings.h"
+#include "ZelvraApp/views/Dialogs.h"
 
 #include <QObject>
 #include <qqml.h>
@@ -18,6 +19,7 @@ class Shell : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The program has one.")
+    Q_PROPERTY(zelvra::Dialogs* dialogs MEMBER dialogs CONSTANT)
     Q_PROPERTY(zelvra::MenuState* menu MEMBER menu CONSTANT)
     Q_PROPERTY(zelvra::Settings* settings MEMBER settings CONSTANT)
     Q_PROPERTY(zelvra::Leaving* leaving MEMBER leaving CONSTANT)
@@ -25,6 +27,7 @@ class Shell : public QObject {
     Q_PROPERTY(zelvra::WindowState* windowState MEMBER windowState CONSTANT)
 
 public:
+    Dialogs* dialogs = nullptr;
     MenuState* menu = nullptr;
     Settings* settings = nullptr;
     Leaving* leaving = nullptr;

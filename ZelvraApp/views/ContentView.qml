@@ -12,22 +12,13 @@ Item {
     id: content
 
     required property Session session
+    required property Dialogs dialogs
     // The width that the user has given the sidebar.
     property real sidebarWidth: 300
     // Something else is up over the window: it takes no drops.
     property bool covered: false
-    readonly property bool dialogUp: questions.anyUp || covered
+    readonly property bool dialogUp: dialogs.anyUp || covered
 
-    // Asks where work would be lost, as closing the clip does, and then does it. Not at all if the user
-    // keeps the clip.
-    function confirmClose(then: var) {
-        questions.confirmClose(then);
-    }
-
-    Dialogs {
-        id: questions
-        session: content.session
-    }
     WindowToolbar {
         id: toolbar
 
@@ -59,19 +50,19 @@ Item {
             takesDrops: !content.dialogUp
             sidebarWidth: content.sidebarWidth
             onSidebarDragged: width => content.sidebarWidth = width
-            onDropped: url => content.confirmClose(() => content.session.open(url))
+            onDropped: url => content.dialogs.confirmClose(() => content.session.open(url))
         }
     }
     QuestionHost {
         session: content.session
-        dialogs: questions
+        dialogs: content.dialogs
         available: !content.session.hasDraft
     }
     HighlightEditorView {
         session: content.session
         over: QuestionHost {
             session: content.session
-            dialogs: questions
+            dialogs: content.dialogs
         }
     }
     Connections {

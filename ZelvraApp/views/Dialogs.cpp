@@ -7,12 +7,8 @@
 
 namespace zelvra {
 
-void Dialogs::setSession(Session* session) {
-    if (session_ == session || session == nullptr) {
-        return;
-    }
-    session_ = session;
-    const auto follow = [this, state = session->state()](Question question, auto notify, auto isWanted) {
+Dialogs::Dialogs(Session& session, QObject* parent) : QObject(parent), session_(session) {
+    const auto follow = [this, state = session.state()](Question question, auto notify, auto isWanted) {
         const auto look = [this, state, question, isWanted] { want(question, isWanted(*state)); };
         connect(state, notify, this, look);
         look();
@@ -25,8 +21,7 @@ void Dialogs::setSession(Session* session) {
            [](const AppState& state) { return state.showCloseConfirmation(); });
     follow(PostExport, &AppState::showPostExportDialogChanged,
            [](const AppState& state) { return state.showPostExportDialog(); });
-    connect(session, &Session::hasDraftChanged, this, &Dialogs::changed);
-    Q_EMIT sessionChanged();
+    connect(&session, &Session::hasDraftChanged, this, &Dialogs::changed);
 }
 
 void Dialogs::want(Question question, bool wanted) {
@@ -46,14 +41,14 @@ Dialogs::Question Dialogs::current() const {
     if (line_.empty()) {
         return None;
     }
-    if (session_->hasDraft()) {
+    if (session_.hasDraft()) {
         return std::ranges::find(line_, ErrorAlert) != line_.end() ? ErrorAlert : None;
     }
     return line_.front();
 }
 
 void Dialogs::dismiss(Question question) {
-    AppState& state = *session_->state();
+    AppState& state = *session_.state();
     switch (question) {
     case ErrorAlert: state.setErrorMessage({}); break;
     case ScopePrompt: state.setShowDefaultsScopePrompt(false); break;
@@ -64,12 +59,12 @@ void Dialogs::dismiss(Question question) {
 }
 
 void Dialogs::confirmClose(std::function<void()> then) {
-    if (!session_->state()->closingLosesWork()) {
+    if (!session_.state()->closingLosesWork()) {
         then();
         return;
     }
     afterClosing_ = std::move(then);
-    session_->state()->setShowCloseConfirmation(true);
+    session_.state()->setShowCloseConfirmation(true);
 }
 
 void Dialogs::confirmClose(const QJSValue& then) {
@@ -78,7 +73,7 @@ void Dialogs::confirmClose(const QJSValue& then) {
 
 void Dialogs::closeAndDiscard() {
     const auto then = std::exchange(afterClosing_, nullptr);
-    session_->closeVideo();
+    session_.state()->closeVideo();
     if (then) {
         then();
     }

@@ -6,7 +6,6 @@
 
 #include <QJSValue>
 #include <QObject>
-#include <QPointer>
 #include <qqml.h>
 
 #include <functional>
@@ -14,15 +13,16 @@
 
 namespace zelvra {
 
-/// Which of the session's questions is up. The session asks each by a flag of its own; here they stand in
-/// line, so that one shows at a time and the next when it is dismissed. While the editor is open only an
-/// error shows, over it.
+/// Which of the session's questions is up. The session asks each by a flag of its own. Here they wait in a
+/// line, so that one shows at a time, and the next one when it is dismissed. While the editor is open only an
+/// error shows, over the editor.
 ///
-/// It also lets others ask the close question before they do what would lose work. Main thread.
+/// It also lets others ask the close question before they do what would lose work. Main thread. The session
+/// outlives it.
 class Dialogs : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(zelvra::Session* session READ session WRITE setSession NOTIFY sessionChanged REQUIRED)
+    QML_UNCREATABLE("The shell has one.")
     Q_PROPERTY(Question current READ current NOTIFY changed)
     /// A question or the editor is up: nothing else should come over the window.
     Q_PROPERTY(bool anyUp READ anyUp NOTIFY changed)
@@ -31,15 +31,15 @@ public:
     enum Question { None, ErrorAlert, ScopePrompt, CloseConfirmation, PostExport };
     Q_ENUM(Question)
 
-    using QObject::QObject;
+    explicit Dialogs(Session& session, QObject* parent = nullptr);
 
-    Session* session() const { return session_; }
-    void setSession(Session* session);
     Question current() const;
-    bool anyUp() const { return current() != None || (session_ && session_->hasDraft()); }
+    bool anyUp() const { return current() != None || session_.hasDraft(); }
+    /// A question waits for its answer, shown or not.
+    bool anyWaiting() const { return !line_.empty(); }
 
-    /// Does `then` at once where nothing would be lost. Otherwise asks, and where the user discards closes
-    /// the clip and then does it; a later call replaces one that waits for its answer.
+    /// Calls `then` at once if nothing would be lost. Otherwise asks, and if the user discards, closes the
+    /// clip and then calls it. A later call replaces one that waits for its answer.
     void confirmClose(std::function<void()> then);
     Q_INVOKABLE void confirmClose(const QJSValue& then);
     /// The answers to the close question.
@@ -50,14 +50,13 @@ public:
     Q_INVOKABLE void dismiss(Question question);
 
 Q_SIGNALS:
-    void sessionChanged();
     void changed();
 
 private:
     void want(Question question, bool wanted);
 
-    QPointer<Session> session_;
-    std::vector<Question> line_; ///< that are wanted, in the order in which they came
+    Session& session_;
+    std::vector<Question> line_; ///< that wait, in the order in which they came
     std::function<void()> afterClosing_;
 };
 

@@ -45,7 +45,7 @@ std::vector<fs::path> sharedMovies() {
     const std::optional<fs::path> folder = sharedMovie(".");
     if (folder) {
         for (const fs::directory_entry& entry : fs::directory_iterator(*folder)) {
-            if (entry.path().extension() != ".md") {
+            if (entry.is_regular_file() && entry.path().extension() != ".md") {
                 movies.push_back(entry.path());
             }
         }

@@ -20,14 +20,14 @@ using namespace test;
 using passthrough::OutputMovie;
 using Container = MovieContainer;
 
-struct Export {
+struct WrittenSound {
     passthrough::OutputTrack track;
     std::optional<std::string> notice;
 };
 
-/// Writes a movie of nothing but the sound.
-Export exportSound(const std::filesystem::path& source, const std::filesystem::path& output,
-                   const std::vector<SoundPiece>& pieces, CMTime editStart, Container container) {
+/// Writes a movie that has only the sound.
+WrittenSound writeSound(const std::filesystem::path& source, const std::filesystem::path& output,
+                        const std::vector<SoundPiece>& pieces, CMTime editStart, Container container) {
     const Asset asset(source);
     passthrough::SpoolStore spool(output.parent_path());
     const ChosenSound sound = chooseSound(asset, pieces, container);
@@ -82,7 +82,7 @@ protected:
         const auto expected = static_cast<std::int64_t>(std::llround(sourceTime * kind.rate));
         const auto found =
             locateSound(sound.between(time, 0.06), reference_, expected, kind.packetFrames + 64);
-        ASSERT_TRUE(found) << "nothing known is heard at " << time << " s";
+        ASSERT_TRUE(found) << "no known sound at " << time << " s";
         EXPECT_GT(found->correlation, 0.9) << "at " << time << " s";
         EXPECT_LE(std::llabs(found->sample - expected), tolerance) << "at " << time << " s";
     }
@@ -102,7 +102,7 @@ TEST_P(SoundOf, IsSilentInFreezesAndGoesOnWhereItStopped) {
                                          play({2, 1}, {31, 10}),       silence({7, 10}),
                                          silence({1001, 3000}),        play({31, 10}, {49, 10})};
     const Container container = kind.outputExtension == ".mov" ? Container::quickTime : Container::mpeg4;
-    const Export done = exportSound(source, output, pieces, {2, 25}, container);
+    const WrittenSound done = writeSound(source, output, pieces, {2, 25}, container);
     EXPECT_EQ(!done.notice, kind.kept) << done.notice.value_or("");
 
     const MovieSound sound = readSound(output);
@@ -169,7 +169,7 @@ TEST(SoundTrackBuilder, EncodesAnewWhatSeveralEditsCutApart) {
     const std::vector<float> reference = numberedSound(5 * rate, int{rate});
     const TemporaryFolder folder;
     const std::vector<SoundPiece> pieces{play({0, 1}, {1, 1}), silence({1, 1}), play({1, 1}, {5, 2})};
-    const Export done = exportSound(source, folder / "output.mp4", pieces, {1, 15}, Container::mpeg4);
+    const WrittenSound done = writeSound(source, folder / "output.mp4", pieces, {1, 15}, Container::mpeg4);
     EXPECT_TRUE(done.notice);
     const MovieSound sound = readSound(folder / "output.mp4");
     const MovieSound original = readSound(source); // whose second edit begins at a packet there
@@ -204,7 +204,7 @@ TEST(SoundTrackBuilder, PlaysRightInGStreamer) {
             heardAt(playInGStreamer(source, decoder, int{rate}), 0.5, rate / 2) - rate / 2;
         for (const Container container : {Container::quickTime, Container::mpeg4}) {
             const auto output = folder / "output.mov";
-            exportSound(source, output, frozenAtOneSecond(4), {2002, 30000}, container);
+            writeSound(source, output, frozenAtOneSecond(4), {2002, 30000}, container);
             const MovieSound sound = playInGStreamer(output, decoder, int{rate});
             const std::int64_t afterFreeze = 3 * rate - rate * 1411 / 1000;
             EXPECT_EQ(heardAt(sound, 0.5, rate / 2), rate / 2 + early) << decoder;
@@ -230,8 +230,8 @@ TEST(SoundTrackBuilder, PassesThroughRealMovies) {
         SCOPED_TRACE(source.filename().string());
         const TemporaryFolder folder;
         const auto output = folder / "output.mov";
-        const Export done =
-            exportSound(source, output, frozenAtOneSecond(length), {1, 15}, Container::quickTime);
+        const WrittenSound done =
+            writeSound(source, output, frozenAtOneSecond(length), {1, 15}, Container::quickTime);
         EXPECT_FALSE(done.notice) << *done.notice;
         const MovieSound sound = readSound(output);
         EXPECT_NEAR(static_cast<double>(sound.samples.size()) / sound.rate, length + 1.411, 0.05);
@@ -241,7 +241,7 @@ TEST(SoundTrackBuilder, PassesThroughRealMovies) {
             const auto expected = static_cast<std::int64_t>(time * sound.rate);
             if (peak(original.between(time, 0.2)) > 0.01) {
                 const auto found = locateSound(sound.between(heard, 0.2), original.samples, expected, 3000);
-                ASSERT_TRUE(found) << "nothing known is heard at " << heard;
+                ASSERT_TRUE(found) << "no known sound at " << heard;
                 EXPECT_NEAR(static_cast<double>(found->sample), static_cast<double>(expected),
                             time > 1 ? 514 : 1);
             }

@@ -76,7 +76,7 @@ Written written(const OutputMovie& plan) {
     return result;
 }
 
-/// The samples say what the plan says, and lie where the chunks put them.
+/// Expects the plan's samples, at the offsets that the chunks give them.
 void expectPlanned(const Written& result, const OutputMovie& plan) {
     for (const OutputChunk& chunk : result.chunks) {
         const OutputTrack& planned = plan.tracks[chunk.track];
@@ -123,7 +123,7 @@ TEST(ChunkLayout, KeepsASourcesOwnOrderOfSoundAndPicture) {
 }
 
 TEST(ChunkLayout, LetsNoTrackGetFarAheadAndNoChunkGrowLong) {
-    const OutputMovie plan = movieOf(300, 1000); // each track lies together in its store
+    const OutputMovie plan = movieOf(300, 1000); // the samples of each track are together in its store
     std::vector<double> reached(2);
     std::size_t dealt = 0;
     for (const OutputChunk& chunk : layOutChunks(plan)) {

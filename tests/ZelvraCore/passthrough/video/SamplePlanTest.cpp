@@ -43,7 +43,7 @@ bool hasName(const auto& range, const std::string& name) {
 enum class Layout {
     stills,        ///< among the source's samples, which stay as they are
     clips,         ///< spliced in frame by frame
-    splicedStills, ///< spliced in, where some frames stand for those up to the next
+    splicedStills, ///< spliced in; a still is shown for the frames up to the next
 };
 
 /// Expects the laws of every plan: decode times start at 0 and increase, nothing is presented before it is
@@ -94,8 +94,8 @@ void expectLawful(const SamplePlan& plan, const SourcePictures& pictures, const 
         EXPECT_EQ(actual, expected);
         return;
     }
-    // Stills stand for the frames up to the next: all of them at the right time, the first and the last among
-    // them.
+    // A still is shown for the frames up to the next: all are at the right time, the first and the last frame
+    // have one.
     std::map<std::string, std::pair<std::int64_t, std::int64_t>> ends;
     for (const auto& [time, name] : expected) {
         ends.try_emplace(name, time, time).first->second.second = time;
@@ -123,7 +123,7 @@ void expectSyncOnlyWhereDecodingCanStart(const StillPlan& plan, const Stream& st
     }
 }
 
-/// What is hidden for want of a better means is over within ticks, and led by a copy of what was on screen.
+/// Expects that pictures which cannot be hidden are over within ticks, after a copy of what was on screen.
 void expectBriefRuns(const SamplePlan& plan, const Stream& stream, std::int64_t frame) {
     std::map<std::int64_t, const PlannedSample*> byTime;
     for (std::size_t i = 0; i < plan.samples.size(); ++i) {

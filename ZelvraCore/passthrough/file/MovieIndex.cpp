@@ -61,25 +61,24 @@ std::vector<std::uint8_t> bytesOf(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
-/// One track's boxes, each written by one method.
+/// One track's boxes, each made by one operation.
 class TrackIndex {
 public:
-    TrackIndex(BoxWriter& writer, const OutputMovie& movie, std::size_t index,
-               std::span<const OutputChunk> chunks, std::uint64_t mediaOffset, bool wideOffsets)
-        : writer_(writer),
-          movie_(movie),
+    TrackIndex(const OutputMovie& movie, std::size_t index, std::span<const OutputChunk> chunks,
+               std::uint64_t mediaOffset, bool wideOffsets)
+        : movie_(movie),
           track_(movie.tracks[index]),
           index_(index),
           chunks_(chunks),
           mediaOffset_(mediaOffset),
           wideOffsets_(wideOffsets) {}
 
-    void write() {
-        writeContainer(writer_, fourCharCode("trak"), [this] {
-            writeTrackHeader();
-            writeContainer(writer_, fourCharCode("edts"), [this] { writeEdit(); });
-            writeContainer(writer_, fourCharCode("mdia"), [this] { writeMedia(); });
-            writer_.append(track_.userData);
+    void write(BoxWriter& writer) const {
+        writeContainer(writer, fourCharCode("trak"), [&] {
+            writeBox(writer, trackHeader());
+            writeContainer(writer, fourCharCode("edts"), [&] { writeBox(writer, editList()); });
+            writeContainer(writer, fourCharCode("mdia"), [&] { writeMedia(writer); });
+            writer.append(track_.userData);
         });
     }
 
@@ -88,7 +87,50 @@ private:
     bool isQuickTime() const { return movie_.container == MovieContainer::quickTime; }
     std::uint64_t movieDuration() const { return durationInMovie(track_, movieTimescale(movie_)); }
 
-    void writeTrackHeader() {
+    void writeMedia(BoxWriter& writer) const {
+        writeBox(writer, mediaHeader());
+        writeBox(writer, mediaHandler());
+        writeContainer(writer, fourCharCode("minf"), [&] {
+            if (isVideo()) {
+                writeBox(writer, VideoMediaHeaderBox{});
+            } else {
+                writeBox(writer, SoundMediaHeaderBox{});
+            }
+            if (isQuickTime()) {
+                writeBox(writer, handler(fourCharCode("dhlr"), fourCharCode("url "),
+                                         "\x0b"
+                                         "DataHandler"));
+            }
+            writeContainer(writer, fourCharCode("dinf"), [&] { writeBox(writer, dataReference()); });
+            writeContainer(writer, fourCharCode("stbl"), [&] { writeSampleTables(writer); });
+        });
+    }
+
+    void writeSampleTables(BoxWriter& writer) const {
+        writeBox(writer, sampleDescription());
+        writeBox(writer, durations());
+        if (CompositionOffsetBox offsets = compositionOffsets();
+            offsets.runs.size() > 1 || (offsets.runs.size() == 1 && offsets.runs.front().offset != 0)) {
+            writeBox(writer, offsets);
+        }
+        if (SyncSampleBox sync = syncSamples(); sync.numbers.size() < track_.samples.size()) {
+            writeBox(writer, sync);
+        }
+        writeBox(writer, sizes());
+        writeBox(writer, chunkLengths());
+        LargeChunkOffsetBox offsets = chunkOffsets();
+        if (wideOffsets_) {
+            writeBox(writer, offsets);
+        } else {
+            writeBox(writer, narrow(offsets));
+        }
+        if (track_.rollDistance != 0) {
+            writeBox(writer, rollDescription());
+            writeBox(writer, rollGroup());
+        }
+    }
+
+    TrackHeaderBox trackHeader() const {
         constexpr double one = 0x10000;
         TrackHeaderBox box;
         box.creationTime = box.modificationTime = track_.creationTime;
@@ -98,168 +140,155 @@ private:
         box.width = static_cast<std::uint32_t>(track_.width * one);
         box.height = static_cast<std::uint32_t>(track_.height * one);
         box.version = box.leastVersion();
-        writeBox(writer_, box);
+        return box;
     }
 
-    void writeEdit() {
+    EditListBox editList() const {
         EditListBox box;
         box.edits.push_back({movieDuration(), track_.editStart});
         box.version = box.leastVersion();
-        writeBox(writer_, box);
+        return box;
     }
 
-    void writeMedia() {
-        MediaHeaderBox header;
-        header.creationTime = header.modificationTime = track_.creationTime;
-        header.timescale = track_.timescale;
-        header.duration = static_cast<std::uint64_t>(track_.mediaDuration);
-        header.language = track_.language;
-        header.version = header.leastVersion();
-        writeBox(writer_, header);
+    MediaHeaderBox mediaHeader() const {
+        MediaHeaderBox box;
+        box.creationTime = box.modificationTime = track_.creationTime;
+        box.timescale = track_.timescale;
+        box.duration = static_cast<std::uint64_t>(track_.mediaDuration);
+        box.language = track_.language;
+        box.version = box.leastVersion();
+        return box;
+    }
+
+    /// QuickTime's names start with their length, MP4's end with a zero.
+    HandlerBox mediaHandler() const {
+        const FourCharCode kind = isVideo() ? videoHandler : soundHandler;
         if (isQuickTime()) {
-            writeHandler(fourCharCode("mhlr"), isVideo() ? "\x0cVideoHandler" : "\x0cSoundHandler");
-        } else {
-            writeHandler(0, isVideo() ? std::string_view("VideoHandler\0", 13)
-                                      : std::string_view("SoundHandler\0", 13));
+            return handler(fourCharCode("mhlr"), kind, isVideo() ? "\x0cVideoHandler" : "\x0cSoundHandler");
         }
-        writeContainer(writer_, fourCharCode("minf"), [this] { writeMediaInformation(); });
+        return handler(0, kind,
+                       isVideo() ? std::string_view("VideoHandler\0", 13)
+                                 : std::string_view("SoundHandler\0", 13));
     }
 
-    void writeHandler(FourCharCode componentType, std::string_view name) {
+    static HandlerBox handler(FourCharCode componentType, FourCharCode kind, std::string_view name) {
         HandlerBox box;
         box.componentType = componentType;
-        box.handler = componentType == fourCharCode("dhlr") ? fourCharCode("url ")
-                      : isVideo()                           ? videoHandler
-                                                            : soundHandler;
+        box.handler = kind;
         box.name = bytesOf(name);
-        writeBox(writer_, box);
+        return box;
     }
 
-    void writeMediaInformation() {
-        if (isVideo()) {
-            writeBox(writer_, VideoMediaHeaderBox{});
-        } else {
-            writeBox(writer_, SoundMediaHeaderBox{});
-        }
-        if (isQuickTime()) {
-            writeHandler(fourCharCode("dhlr"), "\x0b"
-                                               "DataHandler");
-        }
-        writeContainer(writer_, fourCharCode("dinf"), [this] {
-            DataReferenceBox box;
-            box.entries.push_back(DataReferenceBox::selfContained(fourCharCode("url ")));
-            writeBox(writer_, box);
-        });
-        writeContainer(writer_, fourCharCode("stbl"), [this] { writeSampleTables(); });
+    static DataReferenceBox dataReference() {
+        DataReferenceBox box;
+        box.entries.push_back(DataReferenceBox::selfContained(fourCharCode("url ")));
+        return box;
     }
 
-    void writeSampleTables() {
-        SampleDescriptionBox description;
-        description.entries.push_back(track_.sampleEntry);
-        writeBox(writer_, description);
-        writeDurations();
-        writeCompositionOffsets();
-        writeSyncSamples();
-        writeSizes();
-        writeChunks();
-        writeRollGroup();
+    SampleDescriptionBox sampleDescription() const {
+        SampleDescriptionBox box;
+        box.entries.push_back(track_.sampleEntry);
+        return box;
     }
 
-    void writeDurations() {
+    TimeToSampleBox durations() const {
         TimeToSampleBox box;
         if (track_.uniform) {
             box.runs.push_back({countFileSamples(track_), 1});
-        } else {
-            for (std::size_t i = 0; i < track_.samples.size(); ++i) {
-                const bool isLast = i + 1 == track_.samples.size();
-                const std::int64_t end = isLast ? track_.mediaDuration : track_.samples[i + 1].decodeTime;
-                const auto duration = static_cast<std::uint64_t>(end - track_.samples[i].decodeTime);
-                extend(box.runs, &TimeToSampleBox::Run::duration, require32(duration, "a sample's duration"));
-            }
+            return box;
         }
-        writeBox(writer_, box);
+        for (std::size_t i = 0; i < track_.samples.size(); ++i) {
+            const bool isLast = i + 1 == track_.samples.size();
+            const std::int64_t end = isLast ? track_.mediaDuration : track_.samples[i + 1].decodeTime;
+            const auto duration = static_cast<std::uint64_t>(end - track_.samples[i].decodeTime);
+            extend(box.runs, &TimeToSampleBox::Run::duration, require32(duration, "a sample's duration"));
+        }
+        return box;
     }
 
-    void writeCompositionOffsets() {
+    CompositionOffsetBox compositionOffsets() const {
         CompositionOffsetBox box;
         for (const OutputSample& sample : track_.samples) {
             extend(box.runs, &CompositionOffsetBox::Run::offset,
                    static_cast<std::int32_t>(sample.compositionOffset));
         }
-        if (box.runs.size() > 1 || (box.runs.size() == 1 && box.runs.front().offset != 0)) {
-            writeBox(writer_, box);
-        }
+        return box;
     }
 
-    void writeSyncSamples() {
+    SyncSampleBox syncSamples() const {
         SyncSampleBox box;
         for (std::size_t i = 0; i < track_.samples.size(); ++i) {
             if (track_.samples[i].sync) {
                 box.numbers.push_back(static_cast<std::uint32_t>(i + 1));
             }
         }
-        if (box.numbers.size() < track_.samples.size()) {
-            writeBox(writer_, box);
-        }
+        return box;
     }
 
-    void writeSizes() {
+    SampleSizeBox sizes() const {
         SampleSizeBox box;
         box.count = countFileSamples(track_);
         if (track_.uniform) {
             // If packets hold several samples, the sample entry has their size (QuickTime).
             box.uniformSize = track_.uniform.ticks == 1 ? track_.uniform.bytes : 1;
-        } else {
-            box.sizes.reserve(track_.samples.size());
-            for (const OutputSample& sample : track_.samples) {
-                box.sizes.push_back(sample.bytes.size);
-            }
+            return box;
         }
-        writeBox(writer_, box);
+        box.sizes.reserve(track_.samples.size());
+        for (const OutputSample& sample : track_.samples) {
+            box.sizes.push_back(sample.bytes.size);
+        }
+        return box;
     }
 
-    void writeChunks() {
-        SampleToChunkBox runs;
-        LargeChunkOffsetBox wide;
+    SampleToChunkBox chunkLengths() const {
+        SampleToChunkBox box;
+        std::uint32_t number = 0;
         for (const OutputChunk& chunk : chunks_) {
             if (chunk.track != index_) {
                 continue;
             }
-            wide.offsets.push_back(mediaOffset_ + chunk.offset);
+            ++number;
             std::uint64_t samples = 0;
             for (std::size_t i = 0; i < chunk.samples; ++i) {
                 samples += fileSamples(track_, track_.samples[chunk.firstSample + i]);
             }
-            if (runs.runs.empty() || runs.runs.back().samplesPerChunk != samples) {
-                runs.runs.push_back({static_cast<std::uint32_t>(wide.offsets.size()),
-                                     require32(samples, "the number of samples"), 1});
+            if (box.runs.empty() || box.runs.back().samplesPerChunk != samples) {
+                box.runs.push_back({number, require32(samples, "the number of samples"), 1});
             }
         }
-        writeBox(writer_, runs);
-        if (wideOffsets_) {
-            writeBox(writer_, wide);
-        } else {
-            ChunkOffsetBox narrow;
-            for (const std::uint64_t offset : wide.offsets) {
-                narrow.offsets.push_back(static_cast<std::uint32_t>(offset));
+        return box;
+    }
+
+    LargeChunkOffsetBox chunkOffsets() const {
+        LargeChunkOffsetBox box;
+        for (const OutputChunk& chunk : chunks_) {
+            if (chunk.track == index_) {
+                box.offsets.push_back(mediaOffset_ + chunk.offset);
             }
-            writeBox(writer_, narrow);
         }
+        return box;
     }
 
-    void writeRollGroup() {
-        if (track_.rollDistance == 0) {
-            return;
+    static ChunkOffsetBox narrow(const LargeChunkOffsetBox& wide) {
+        ChunkOffsetBox box;
+        for (const std::uint64_t offset : wide.offsets) {
+            box.offsets.push_back(static_cast<std::uint32_t>(offset));
         }
-        RollDescriptionBox description;
-        description.rollDistances.push_back(track_.rollDistance);
-        writeBox(writer_, description);
-        SampleToGroupBox group;
-        group.runs.push_back({countFileSamples(track_), 1});
-        writeBox(writer_, group);
+        return box;
     }
 
-    BoxWriter& writer_;
+    RollDescriptionBox rollDescription() const {
+        RollDescriptionBox box;
+        box.rollDistances.push_back(track_.rollDistance);
+        return box;
+    }
+
+    SampleToGroupBox rollGroup() const {
+        SampleToGroupBox box;
+        box.runs.push_back({countFileSamples(track_), 1});
+        return box;
+    }
+
     const OutputMovie& movie_;
     const OutputTrack& track_;
     std::size_t index_;
@@ -333,7 +362,7 @@ std::vector<std::uint8_t> buildAt(const OutputMovie& movie, std::span<const Outp
     writeContainer(writer, fourCharCode("moov"), [&] {
         writeBox(writer, movieHeader(movie));
         for (std::size_t i = 0; i < movie.tracks.size(); ++i) {
-            TrackIndex(writer, movie, i, chunks, mediaOffset, wideOffsets).write();
+            TrackIndex(movie, i, chunks, mediaOffset, wideOffsets).write(writer);
         }
         writer.append(movie.userData);
     });

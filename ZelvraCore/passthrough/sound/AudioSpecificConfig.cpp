@@ -22,7 +22,7 @@ constexpr std::uint8_t mpeg2AacLowComplexity = 0x67;
 
 constexpr FourCharCode esds = fourCharCode("esds");
 
-/// Reads a descriptor's tag and length (seven bits a byte, four bytes at most); what it holds follows.
+/// Reads a descriptor's tag and length (seven bits a byte, four bytes at most); its content follows.
 void enterDescriptor(isobmff::BoxReader& reader, std::uint8_t expectedTag) {
     std::uint8_t tag = 0;
     reader.fields(tag);

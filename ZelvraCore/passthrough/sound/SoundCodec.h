@@ -10,7 +10,7 @@
 namespace zelvra::passthrough {
 
 /// What a sound track's sample entry says about its codec, for codecs whose packets can be kept with silent
-/// packets between them. Pure; the coded packets themselves are not looked at.
+/// packets between them. Pure; the coded packets themselves are not read.
 struct SoundCodec {
     enum class Kind { pcm, aac, ac3, eac3, alac, opus };
 

@@ -263,9 +263,9 @@ CMTime soundLead(const SoundSource& source, std::span<const SoundPiece> pieces) 
     return {SoundLayout(source, pieces).lead(), static_cast<std::int32_t>(source.timescale)};
 }
 
-SoundPlan planSound(const SoundSource& source, std::span<const SoundPiece> pieces, const CMTime& leadIn) {
+SoundPlan planSound(const SoundSource& source, std::span<const SoundPiece> pieces, const CMTime& editStart) {
     SoundLayout layout(source, pieces);
-    return layout.plan(std::max(ticksOf(leadIn, source.timescale), layout.lead()));
+    return layout.plan(std::max(ticksOf(editStart, source.timescale), layout.lead()));
 }
 
 } // namespace zelvra::passthrough

@@ -63,12 +63,12 @@ isobmff::ShownPiece shownBetween(std::span<const isobmff::ShownPiece> pieces, st
 /// decoder's warm-up fits before it. The picture's edit should start no earlier.
 CMTime soundLead(const SoundSource& source, std::span<const SoundPiece> pieces);
 
-/// `leadIn` is the media time at which the picture's edit starts. The sound's edit starts at the same time,
-/// or at soundLead if that is later; before it are silent packets that are not heard. Parts of the pieces
-/// that the source does not present are filled with silent packets.
+/// The sound's edit starts at the media time `editStart`, as the picture's does, or at soundLead if that is
+/// later. Silent packets that are not heard come before it. Parts of the pieces that the source does not
+/// present are filled with silent packets.
 ///
 /// Throws CannotPassThrough if the pieces do not follow one another in the source, or times are too great for
 /// the track's ticks; MediaError::outOfRange beyond `longestSound`.
-SoundPlan planSound(const SoundSource& source, std::span<const SoundPiece> pieces, const CMTime& leadIn);
+SoundPlan planSound(const SoundSource& source, std::span<const SoundPiece> pieces, const CMTime& editStart);
 
 } // namespace zelvra::passthrough

@@ -18,8 +18,8 @@ using Kind = PlannedSample::Kind;
 using Samples = std::vector<PlannedSample>;
 
 constexpr std::int64_t longestRunSeconds = 20;
-/// Hidden pictures that are given out nevertheless take this part of a frame together, so that a screen
-/// hardly shows one.
+/// If hidden pictures are output nevertheless, all of a run together take this part of a frame, so that a
+/// screen hardly shows one.
 constexpr std::int64_t briefShare = 256;
 /// A decoder could hold one back until the next picture comes.
 constexpr std::uint32_t copiesBeforeRun = 2;
@@ -36,8 +36,8 @@ struct SourcePiece {
     bool shows(std::uint32_t rank) const { return rank >= firstRank && rank < endRank; }
 };
 
-/// What a movie stores of the source: one piece before each freeze and one after the last; empty ones where
-/// freezes are at the same moment.
+/// What a movie stores of the source: one piece before each freeze and one after the last. Pieces between
+/// freezes at the same moment are empty.
 class PieceFinder {
 public:
     PieceFinder(const SourcePictures& pictures, const VideoCut& cut, const SpliceRules& rules)
@@ -115,7 +115,7 @@ std::size_t hiddenBefore(const SourcePiece& piece, Hiding hiding) {
 }
 
 /// Hidden pictures take a tick each. All that come before a piece fit into the last frame of the freeze
-/// there, all after it into the time of its last picture; if they are given out, into a small part of these.
+/// there, all after it into the time of its last picture; if they are output, into a small part of these.
 std::uint32_t factorForHidden(const std::vector<SourcePiece>& pieces, const SourcePictures& pictures,
                               std::uint32_t timescale, const VideoCut& cut, Hiding hiding) {
     const bool brief = hiding == Hiding::brief;
@@ -202,7 +202,7 @@ public:
     }
 
     /// Empty if it is not needed. References that are shown after the end are decoded, and a player that
-    /// ignores edits would rest on the last of them.
+    /// ignores edits would stop on the last of them.
     Samples leadOut(const Samples& before) const {
         if (!brief() || pieces_.back().hiddenAfter == 0) {
             return {};
@@ -283,8 +283,9 @@ private:
         return scaled(time) + frozenBefore;
     }
 
-    /// Hidden pictures keep their order: those of before come right before the piece, those of after at its
-    /// very end; or after its end if nothing else comes there and they would be seen.
+    /// Hidden pictures keep their order. Those that are shown before the piece come right before it, those
+    /// that are shown after it come at its very end. In the last piece they come after its end, so that they
+    /// are not seen.
     Samples withHiddenPresented(Samples samples, std::size_t pieceNumber, std::int64_t tickBefore) const {
         const SourcePiece& piece = pieces_[pieceNumber];
         const std::int64_t frozenBefore = clock_.totalBefore(pieceNumber);

@@ -213,7 +213,7 @@ private:
         return samples;
     }
 
-    /// References that are shown after the end are decoded, and a player that ignores edits would rest on the
+    /// References that are shown after the end are decoded, and a player that ignores edits would stop on the
     /// last of them.
     PlannedSample leadOut(std::int64_t decodedBefore) const {
         const std::uint32_t rank = cut_.endRank - 1;

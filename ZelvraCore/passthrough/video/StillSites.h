@@ -46,7 +46,7 @@ struct StillSites {
     std::optional<StillSite> leadIn;
     std::optional<StillSite> cover; ///< if and only if there is a lead-in
     std::optional<StillSite> leadOut;
-    /// Sync samples of the source that must not be marked as such: decoders that start there give out no
+    /// Sync samples of the source that must not be marked as such: a decoder that starts there outputs no
     /// still that is shown before them.
     std::set<std::uint32_t> notSync;
 };

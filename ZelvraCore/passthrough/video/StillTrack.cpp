@@ -21,7 +21,7 @@ std::uint32_t modulo(std::int64_t value, int bits) {
 }
 
 /// Decides how the stills of one movie are coded, from the headers of the pictures around them; lives for one
-/// call. Sites are asked for in the order of the stream, since stills differ from those of the site before.
+/// call. Called in the order of the stream, since stills must differ from those of the site before.
 class SiteCoding {
 public:
     explicit SiteCoding(SourceStream<H264Codec>& stream) : stream_(stream) {}

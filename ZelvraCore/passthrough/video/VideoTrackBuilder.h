@@ -17,8 +17,8 @@ namespace zelvra::passthrough {
 /// coded stream. `freezeEncoding` says what freeze clips must match, `plan` decides which samples there are,
 /// and `build` gives them their bytes once the clips are encoded.
 ///
-/// A builder keeps nothing between calls but what it has read of the source. One movie, one thread. Whatever
-/// rules a passthrough out throws CannotPassThrough or bitstream::BitstreamError.
+/// Between calls a builder keeps only what it has read of the source. One movie, one thread. Whatever rules a
+/// passthrough out throws CannotPassThrough or bitstream::BitstreamError.
 class VideoTrackBuilder {
 public:
     VideoTrackBuilder() = default;

@@ -45,7 +45,7 @@ SoundSource aacSource(const isobmff::Track& track) {
     return {rate, SoundPackets(track), {0, length, packet}, rate, packet, 1};
 }
 
-/// What holds for every plan: no gap from 0 on, source packets in order and each once.
+/// Expects what is true for every plan: no gap from 0 on, source packets in order and each once.
 void expectGapless(const SoundPlan& plan) {
     std::int64_t time = 0;
     std::optional<std::uint64_t> next;
@@ -94,7 +94,7 @@ TEST(SoundPlan, NeverDriftsOverAThousandFreezesAndKeepsEveryPacketOnce) {
     }
 }
 
-TEST(SoundPlan, StartsARangeAtItsSampleBehindOneHiddenPacket) {
+TEST(SoundPlan, StartsARangeAtItsSampleAfterOneHiddenPacket) {
     const isobmff::Track track = aacTrack(200);
     const SoundSource source = aacSource(track);
     const CMTime start(10 * packet + 300, rate);
@@ -102,10 +102,10 @@ TEST(SoundPlan, StartsARangeAtItsSampleBehindOneHiddenPacket) {
     const CMTime lead = soundLead(source, pieces);
     EXPECT_EQ(lead, CMTime(packet + 300, rate));
 
-    for (const std::int64_t leadIn : {std::int64_t{0}, packet + 300, packet + 1000, 5 * packet}) {
-        const SoundPlan plan = planSound(source, pieces, {leadIn, rate});
+    for (const std::int64_t editStart : {std::int64_t{0}, packet + 300, packet + 1000, 5 * packet}) {
+        const SoundPlan plan = planSound(source, pieces, {editStart, rate});
         expectGapless(plan);
-        EXPECT_EQ(plan.editStart, std::max(leadIn, lead.value));
+        EXPECT_EQ(plan.editStart, std::max(editStart, lead.value));
         EXPECT_EQ(plan.editDuration, 10 * packet - 200);
         const SoundRun sound = runsOf(plan, Kind::source).front();
         EXPECT_EQ(sound.firstPacket, 10u) << "one before the packet that holds the first sample";

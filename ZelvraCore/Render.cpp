@@ -61,6 +61,7 @@ public:
             return report(1);
         }
         refuseAbsurdRange(plan_, info_);
+        timeline_ = layoutTimeline(plan_, info_, source_.frames());
         files::sweepStrays(folderOf(output_));
         preparePassthrough();
         makeFreezeClips();
@@ -109,7 +110,7 @@ private:
     void preparePassthrough() {
         if (plan_.passthrough) {
             passThrough([&] {
-                passthrough_ = std::make_unique<PassthroughRender>(source_, info_, plan_);
+                passthrough_ = std::make_unique<PassthroughRender>(source_, info_, plan_, timeline_);
                 freezeEncoding_ = passthrough_->freezeEncoding();
             });
         }
@@ -128,6 +129,7 @@ private:
             const PassthroughRender::EdgeFrames edges = passthrough_->edgeFrames();
             leadInClip_ = makeEdgeClip(edges.leadIn);
             leadOutClip_ = makeEdgeClip(edges.leadOut);
+            holdClip_ = makeEdgeClip(edges.hold);
         }
     }
 
@@ -170,6 +172,7 @@ private:
         passthrough_->write({.freezeClips = freezeClips_.paths(),
                              .leadInClip = leadInClip_,
                              .leadOutClip = leadOutClip_,
+                             .holdClip = holdClip_,
                              .output = output_,
                              .container = containerFor(output_),
                              .includeAudio = options_.includeAudio,
@@ -179,15 +182,8 @@ private:
     }
 
     void reencode() {
-        Composition composition{.start = plan_.rangeStart,
-                                .end = plan_.rangeEnd,
-                                .freezes = {},
-                                .frameDuration = info_.frameDuration};
-        for (const Highlight& highlight : plan_.highlights) {
-            composition.freezes.push_back(
-                {highlight.timestamp, freezeFrameCount(highlight.duration, info_.frameDuration)});
-        }
-        exportReencoded(source_, {.composition = std::move(composition),
+        exportReencoded(source_, {.timeline = timeline_,
+                                  .frameDuration = info_.frameDuration,
                                   .freezeClips = freezeClips_.paths(),
                                   .codec = plan_.freezeCodec,
                                   .includeAudio = options_.includeAudio,
@@ -202,10 +198,12 @@ private:
     const RenderOptions& options_;
     SourceInfo info_;
     RenderPlan plan_;
+    Timeline timeline_;
     TemporaryClips freezeClips_;
     TemporaryClips edgeClips_; ///< those of lead-in and lead-out
     std::optional<std::filesystem::path> leadInClip_;
     std::optional<std::filesystem::path> leadOutClip_;
+    std::optional<std::filesystem::path> holdClip_;
     std::unique_ptr<PassthroughRender> passthrough_;
     FreezeEncoding freezeEncoding_; ///< what the freeze clips must match
 };

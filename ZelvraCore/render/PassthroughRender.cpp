@@ -43,18 +43,12 @@ std::vector<Builder (*)(const passthrough::SourceVideo&)> strategiesFor(VideoCod
 }
 
 /// What the source's edit shows of its video.
-struct ShownPart {
-    isobmff::ShownPiece piece;
-    std::uint32_t firstSample = 0; ///< in order of presentation
-    std::uint32_t lastSample = 0;
-};
-
-ShownPart shownPart(const isobmff::Track& track, std::uint32_t movieTimescale) {
+isobmff::ShownPiece shownPiece(const isobmff::Track& track, std::uint32_t movieTimescale) {
     const isobmff::TrackTimeline timeline(track, movieTimescale);
-    if (timeline.pieces().size() != 1 || timeline.shown().empty()) {
+    if (timeline.pieces().size() != 1) {
         throw CannotPassThrough("it has been edited into several pieces");
     }
-    return {timeline.pieces().front(), timeline.shown().front().sample, timeline.shown().back().sample};
+    return timeline.pieces().front();
 }
 
 /// Tracks are left out whose times would no longer be true, and those that are neither seen nor heard.
@@ -78,10 +72,11 @@ void noticeDroppedTracks(const isobmff::Movie& movie, const isobmff::Track* vide
 /// it is decided when it is made.
 class PassthroughRender::Pictures {
 public:
-    Pictures(const Asset& source, const SourceInfo& info, const RenderPlan& plan)
+    Pictures(const Asset& source, const SourceInfo& info, const RenderPlan& plan, const Timeline& timeline)
         : video_{source.bytes(), *source.videoTrack()},
-          shown_(shownPart(video_.track, source.movie().timescale)),
-          planned_(prepare(info, plan)) {}
+          frames_(source.frames()),
+          shown_(shownPiece(video_.track, source.movie().timescale)),
+          planned_(prepare(plan.freezeCodec, timeline, info.frameDuration)) {}
 
     passthrough::VideoTrackBuilder& builder() const { return *planned_.builder; }
     const passthrough::VideoPlan& plan() const { return planned_.plan; }
@@ -103,24 +98,8 @@ public:
         return maximum(presentation(builder().pictures().timeAtRank(cut().endRank - 1)), firstShown());
     }
 
-    /// Pictures freeze where they appear, and the sound stops with them; after the last picture it may go on
-    /// until `end`.
-    std::vector<SoundPiece> soundPieces(const CMTime& end) const {
-        std::vector<SoundPiece> pieces;
-        CMTime cursor = presentation(cut().start);
-        auto playUntil = [&](const CMTime& time) {
-            if (time > cursor) {
-                pieces.push_back({SoundPiece::Kind::source, cursor, time - cursor});
-                cursor = time;
-            }
-        };
-        for (const VideoCut::Freeze& freeze : cut().freezes) {
-            playUntil(presentation(cut().momentOf(freeze.position, builder().pictures())));
-            const CMTime length(cut().frameDuration.value * freeze.frames, cut().frameDuration.timescale);
-            pieces.push_back({SoundPiece::Kind::silence, CMTime::zero(), length});
-        }
-        playUntil(end);
-        return pieces;
+    bool hasHold() const {
+        return std::ranges::any_of(cut().freezes, [](const auto& f) { return f.heldTicks.has_value(); });
     }
 
 private:
@@ -131,15 +110,15 @@ private:
     };
 
     /// If no strategy suits, the reason for the user is the last one's, which has the fewest demands.
-    Planned prepare(const SourceInfo& info, const RenderPlan& plan) const {
+    Planned prepare(VideoCodec codec, const Timeline& timeline, const CMTime& frameDuration) const {
         if (video_.track.isEncrypted()) {
             throw MediaError(MediaError::Cause::unsupported, "the movie is encrypted");
         }
-        const auto strategies = strategiesFor(plan.freezeCodec);
+        const auto strategies = strategiesFor(codec);
         for (auto strategy = strategies.begin();; ++strategy) {
             try {
                 Builder builder = (*strategy)(video_);
-                const VideoCut cut = cutOf(builder->pictures(), info, plan);
+                const VideoCut cut = cutOf(timeline, frameDuration, builder->pictures());
                 passthrough::VideoPlan planned = builder->plan(cut);
                 return {std::move(builder), cut, std::move(planned)};
             } catch (const CannotPassThrough&) {
@@ -150,41 +129,61 @@ private:
         }
     }
 
-    VideoCut cutOf(const passthrough::SourcePictures& pictures, const SourceInfo& info,
-                   const RenderPlan& plan) const {
-        const passthrough::VisiblePictures visible{
-            pictures.rankOf(shown_.firstSample), pictures.rankOf(shown_.lastSample) + 1,
-            std::min(shown_.piece.mediaEnd(), pictures.endAtRank(pictures.rankOf(shown_.lastSample)))};
-        std::vector<passthrough::FreezeMoment> moments;
-        moments.reserve(plan.highlights.size());
-        for (const Highlight& highlight : plan.highlights) {
-            moments.push_back(
-                {media(highlight.timestamp), freezeFrameCount(highlight.duration, info.frameDuration)});
+    /// The timeline in terms of the track.
+    VideoCut cutOf(const Timeline& timeline, const CMTime& frameDuration,
+                   const passthrough::SourcePictures& pictures) const {
+        using Kind = TimelineSegment::Kind;
+        const auto first = std::ranges::find(timeline.segments, Kind::source, &TimelineSegment::kind);
+        if (first == timeline.segments.end()) {
+            throw CannotPassThrough("the range holds no picture");
         }
-        return cutVideo(pictures, visible, media(maximum(plan.rangeStart, CMTime::zero())),
-                        media(minimum(plan.rangeEnd, info.duration)), moments, info.frameDuration);
+        const auto rankOf = [&](std::size_t picture) {
+            return pictures.rankAfter(media(frames_.frame(picture).time)) - 1;
+        };
+        std::size_t nextPicture = first->firstPicture;
+        VideoCut cut;
+        cut.start = cut.end = media(first->sourceStart);
+        cut.firstRank = cut.endRank = rankOf(nextPicture);
+        cut.frameDuration = frameDuration;
+        for (const TimelineSegment& segment : timeline.segments) {
+            if (segment.kind == Kind::freeze) {
+                cut.freezes.push_back(
+                    {.position = cut.endRank, .frames = freezeFrameCount(segment.duration, frameDuration)});
+            } else if (segment.firstPicture < nextPicture) {
+                cut.freezes.push_back({.position = cut.endRank, .heldTicks = ticks(segment.duration)});
+            } else {
+                nextPicture = segment.endPicture;
+                cut.endRank = rankOf(nextPicture - 1) + 1;
+                cut.end = media(segment.sourceStart + segment.duration);
+            }
+        }
+        return cut;
+    }
+
+    std::int64_t ticks(const CMTime& time) const {
+        return time.converted(static_cast<std::int32_t>(video_.track.timescale)).value;
     }
 
     std::int64_t media(const CMTime& presentationTime) const {
-        const CMTime ticks = presentationTime.converted(static_cast<std::int32_t>(video_.track.timescale));
-        return ticks.value - shown_.piece.start + shown_.piece.mediaStart;
+        return ticks(presentationTime) - shown_.start + shown_.mediaStart;
     }
 
     CMTime presentation(std::int64_t mediaTime) const {
-        return {mediaTime - shown_.piece.mediaStart + shown_.piece.start,
+        return {mediaTime - shown_.mediaStart + shown_.start,
                 static_cast<std::int32_t>(video_.track.timescale)};
     }
 
     passthrough::SourceVideo video_;
-    ShownPart shown_;
+    const FrameIndex& frames_;
+    isobmff::ShownPiece shown_; ///< the only one
     Planned planned_;
 };
 
-PassthroughRender::PassthroughRender(const Asset& source, const SourceInfo& info, const RenderPlan& plan)
+PassthroughRender::PassthroughRender(const Asset& source, const SourceInfo& info, const RenderPlan& plan,
+                                     const Timeline& timeline)
     : source_(source),
-      info_(info),
-      plan_(plan),
-      pictures_(std::make_unique<const Pictures>(source, info, plan)) {}
+      timeline_(timeline),
+      pictures_(std::make_unique<const Pictures>(source, info, plan, timeline)) {}
 
 PassthroughRender::~PassthroughRender() = default;
 
@@ -195,6 +194,9 @@ PassthroughRender::EdgeFrames PassthroughRender::edgeFrames() const {
     }
     if (pictures_->hasLeadOut() && !pictures_->freezesLast()) {
         frames.leadOut = pictures_->lastShown();
+    }
+    if (pictures_->hasHold()) {
+        frames.hold = pictures_->lastShown();
     }
     return frames;
 }
@@ -218,14 +220,17 @@ FreezeEncoding PassthroughRender::freezeEncoding() const {
 class PassthroughRender::Writing {
 public:
     Writing(const PassthroughRender& render, const Job& job)
-        : source_(render.source_), pictures_(*render.pictures_), job_(job) {}
+        : source_(render.source_),
+          pictures_(*render.pictures_),
+          job_(job),
+          freezeClips_(clipsFor(pictures_.cut().freezes)) {}
 
-    /// `nullopt` for a movie without sound. `end` is where the source's part of the movie ends.
-    std::optional<ChosenSound> sound(const CMTime& end) const {
+    /// `nullopt` for a movie without sound.
+    std::optional<ChosenSound> sound(const std::vector<SoundPiece>& pieces) const {
         if (!job_.includeAudio || !source_.hasAudio()) {
             return std::nullopt;
         }
-        ChosenSound sound = chooseSound(source_, pictures_.soundPieces(end), job_.container, job_.stop);
+        ChosenSound sound = chooseSound(source_, pieces, job_.container, job_.stop);
         if (sound.notice && job_.notice) {
             job_.notice(*sound.notice);
         }
@@ -268,13 +273,23 @@ private:
         return video;
     }
 
+    /// One for each freeze and each hold of the cut.
+    std::vector<std::filesystem::path> clipsFor(std::span<const VideoCut::Freeze> freezes) const {
+        std::vector<std::filesystem::path> clips;
+        auto next = job_.freezeClips.begin();
+        for (const VideoCut::Freeze& freeze : freezes) {
+            clips.push_back(freeze.heldTicks ? job_.holdClip.value() : *next++);
+        }
+        return clips;
+    }
+
     passthrough::VideoTrackBuilder::Clips clips() const {
-        passthrough::VideoTrackBuilder::Clips clips{.freezes = job_.freezeClips, .leadIn = {}, .leadOut = {}};
+        passthrough::VideoTrackBuilder::Clips clips{.freezes = freezeClips_, .leadIn = {}, .leadOut = {}};
         if (pictures_.hasLeadIn()) {
-            clips.leadIn = pictures_.freezesFirst() ? job_.freezeClips.front() : job_.leadInClip.value();
+            clips.leadIn = pictures_.freezesFirst() ? freezeClips_.front() : job_.leadInClip.value();
         }
         if (pictures_.hasLeadOut()) {
-            clips.leadOut = pictures_.freezesLast() ? job_.freezeClips.back() : job_.leadOutClip.value();
+            clips.leadOut = pictures_.freezesLast() ? freezeClips_.back() : job_.leadOutClip.value();
         }
         return clips;
     }
@@ -282,13 +297,14 @@ private:
     const Asset& source_;
     const Pictures& pictures_;
     const Job& job_;
+    std::vector<std::filesystem::path> freezeClips_; ///< holds included
 };
 
 void PassthroughRender::write(const Job& job) const {
     noticeDroppedTracks(source_.movie(), source_.videoTrack(), job.notice);
     passthrough::SpoolStore spool(job.output.has_parent_path() ? job.output.parent_path() : ".");
     const Writing writing(*this, job);
-    const std::optional<ChosenSound> sound = writing.sound(minimum(plan_.rangeEnd, info_.duration));
+    const std::optional<ChosenSound> sound = writing.sound(timeline_.sound);
     const passthrough::OutputMovie movie = writing.build(sound ? sound->builder.get() : nullptr, spool);
     writeMovieFile(movie, {source_.bytes(), spool}, job.output, job.progress, job.stop);
 }

@@ -30,17 +30,19 @@ class PassthroughRender {
 public:
     /// Reads headers around the cuts. `plan.passthrough` holds. All arguments are borrowed and must outlive
     /// this.
-    PassthroughRender(const Asset& source, const SourceInfo& info, const RenderPlan& plan);
+    PassthroughRender(const Asset& source, const SourceInfo& info, const RenderPlan& plan,
+                      const Timeline& timeline);
     ~PassthroughRender();
 
     FreezeEncoding freezeEncoding() const;
 
     /// Presentation times of frames of the source that are needed as clips, besides the freezes: clean and
     /// one frame long. `nullopt` if the movie has no lead-in (lead-out), or if it starts (ends) with a
-    /// freeze, whose clip serves.
+    /// freeze, whose clip serves; if the last picture is never shown again after a freeze.
     struct EdgeFrames {
         std::optional<CMTime> leadIn;
         std::optional<CMTime> leadOut;
+        std::optional<CMTime> hold; ///< see passthrough::VideoCut
     };
     EdgeFrames edgeFrames() const;
 
@@ -48,6 +50,7 @@ public:
         std::span<const std::filesystem::path> freezeClips; ///< one for each highlight of the plan
         std::optional<std::filesystem::path> leadInClip;    ///< if `edgeFrames` asks for it
         std::optional<std::filesystem::path> leadOutClip;   ///< the same
+        std::optional<std::filesystem::path> holdClip;      ///< the same
         std::filesystem::path output;
         MovieContainer container = MovieContainer::mpeg4;
         bool includeAudio = true;
@@ -62,8 +65,7 @@ private:
     class Writing;
 
     const Asset& source_;
-    const SourceInfo& info_;
-    const RenderPlan& plan_;
+    const Timeline& timeline_;
     std::unique_ptr<const Pictures> pictures_;
 };
 

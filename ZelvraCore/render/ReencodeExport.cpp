@@ -11,6 +11,7 @@
 #include "ZelvraCore/media/reencode/VideoEncoder.h"
 #include "ZelvraCore/media/sound/SoundEncoder.h"
 #include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/render/PictureSchedule.h"
 
 #include <algorithm>
 #include <array>
@@ -159,8 +160,8 @@ std::map<std::string, std::string> lastingMetadata(const AVDictionary* metadata)
 /// Writes the sound up to the moment that the pictures have come to.
 class SoundStream {
 public:
-    SoundStream(const Asset& source, const PictureSchedule& schedule, const std::stop_token& stop)
-        : encoder_(SoundRenderer(source, schedule.sound, stop)) {}
+    SoundStream(const Asset& source, std::span<const SoundPiece> pieces, const std::stop_token& stop)
+        : encoder_(SoundRenderer(source, pieces, stop)) {}
 
     void addTo(MovieWriter& writer) {
         track_ = writer.addTrack(SoundTrackFormat{encoder_.sampleRate(), encoder_.channels(),
@@ -196,11 +197,11 @@ class Export {
 public:
     Export(const Asset& source, const ReencodeJob& job)
         : job_(job),
-          schedule_(schedulePictures(job.composition, source.frames(), source.duration())),
+          schedule_(schedulePictures(job.timeline, source.frames(), job.frameDuration)),
+          freezeStep_(std::max<std::int64_t>(1, schedule_.ticksOfFrame(1))),
           pictures_(source, job, schedule_),
-          encoder_(
-              job.codec, pictures_.form(), job.composition.frameDuration,
-              rateFactorFor(job.codec, pictures_.form(), job.composition.frameDuration, pictures_.samples())),
+          encoder_(job.codec, pictures_.form(), job.frameDuration,
+                   rateFactorFor(job.codec, pictures_.form(), job.frameDuration, pictures_.samples())),
           file_(job.output),
           writer_(file_.temporaryPath(), writerOptions()) {
         const EncoderPicture& form = pictures_.form();
@@ -213,7 +214,7 @@ public:
                                                         {sets.begin(), sets.end()},
                                                         schedule_.timescale});
         if (job.includeAudio && source.hasAudio()) {
-            sound_.emplace(source, schedule_, job.stop);
+            sound_.emplace(source, schedule_.sound, job.stop);
             sound_->addTo(writer_);
         }
         times_.reserve(static_cast<std::size_t>(schedule_.pictureCount()) + 1);
@@ -230,12 +231,12 @@ public:
             }
             for (std::int64_t i = 0; i < run.frames; ++i) {
                 throwIfStopped(job_.stop);
-                times_.push_back(run.time + i * schedule_.freezeStep);
+                addTime(run.time + schedule_.ticksOfFrame(i));
                 encoder_.send(*picture);
                 writeReady();
             }
         }
-        times_.push_back(schedule_.end);
+        addTime(schedule_.end);
         encoder_.finish();
         writeReady();
         if (sound_) {
@@ -255,18 +256,21 @@ private:
         return options;
     }
 
+    /// No two pictures have one time, even if the frames of a freeze are shorter than a tick.
+    void addTime(std::int64_t time) {
+        times_.push_back(times_.empty() ? time : std::max(time, times_.back() + 1));
+    }
+
     /// When the picture of that index is shown; before the first, the times that an encoder decodes at.
     std::int64_t timeOf(std::int64_t index) const {
-        return index >= 0 ? times_.at(static_cast<std::size_t>(index))
-                          : times_.front() + index * schedule_.freezeStep;
+        return index >= 0 ? times_.at(static_cast<std::size_t>(index)) : times_.front() + index * freezeStep_;
     }
 
     void writeReady() {
         while (const std::optional<VideoEncoder::Sample> sample = encoder_.receive()) {
             const std::int64_t time = timeOf(sample->presentationIndex);
             const auto following = static_cast<std::size_t>(sample->presentationIndex) + 1;
-            const std::int64_t end =
-                following < times_.size() ? times_[following] : time + schedule_.freezeStep;
+            const std::int64_t end = following < times_.size() ? times_[following] : time + freezeStep_;
             writer_.write(videoTrack_,
                           {sample->bytes, time, timeOf(sample->decodeIndex), end - time, sample->sync});
             if (sound_) {
@@ -281,6 +285,7 @@ private:
 
     const ReencodeJob& job_;
     PictureSchedule schedule_;
+    std::int64_t freezeStep_; ///< ticks from one frame of a freeze to the next
     PictureStream pictures_;
     VideoEncoder encoder_;
     files::AtomicFile file_;
@@ -296,6 +301,9 @@ private:
 void exportReencoded(const Asset& source, const ReencodeJob& job) {
     try {
         throwIfStopped(job.stop);
+        if (job.timeline.segments.empty()) {
+            throw MediaError(MediaError::Cause::outOfRange, "the range holds no picture");
+        }
         Export(source, job).run();
     } catch (const MediaError& error) {
         if (error.cause() == MediaError::Cause::cancelled) {

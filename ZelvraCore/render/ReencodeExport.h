@@ -2,9 +2,9 @@
 
 #pragma once
 
+#include "ZelvraCore/RenderPlan.h"
 #include "ZelvraCore/media/Asset.h"
 #include "ZelvraCore/media/ffmpeg/MovieWriter.h"
-#include "ZelvraCore/media/reencode/PictureSchedule.h"
 
 #include <filesystem>
 #include <functional>
@@ -16,8 +16,9 @@ namespace zelvra {
 /// Writes a finished movie by decoding the source, turning it upright and encoding it anew, for every source
 /// that cannot pass through: other codecs, rotated ones, streams in which no freeze fits.
 struct ReencodeJob {
-    Composition composition;
-    /// One movie for each of the composition's freezes; its first picture, upright already, is shown.
+    Timeline timeline;    ///< of the source, see layoutTimeline
+    CMTime frameDuration; ///< of a freeze's frames
+    /// One movie for each highlight of the plan; its first picture, upright already, is shown.
     std::vector<std::filesystem::path> freezeClips;
     VideoCodec codec = VideoCodec::h264;
     bool includeAudio = true;
@@ -28,7 +29,7 @@ struct ReencodeJob {
     std::stop_token stop = {};
 };
 
-/// The movie has one stream of pictures, at the source's own times (see PictureSchedule), upright, with the
+/// The movie has one stream of pictures, at the source's own times, upright, with the
 /// source's colour tags and pixel aspect, in 4:2:0: with 8 bits, or 10 in HEVC where the source has more than
 /// 8, as that is what players play. Luma keeps a structural similarity (SSIM) of 0.99. An odd side gets one
 /// line more, a repetition of its last. Sound is AAC, exact to the sample. The index comes first; creation

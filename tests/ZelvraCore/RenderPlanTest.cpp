@@ -11,7 +11,6 @@ namespace zelvra {
 namespace {
 
 using testing::ElementsAre;
-using Kind = TimelineSegment::Kind;
 
 CMTime seconds(double value) {
     return CMTime::fromSeconds(value, 600);
@@ -32,31 +31,6 @@ SourceInfo source(const char (&codec)[5], AffineTransform transform = {}) {
 
 const AffineTransform quarterTurn{0, 1, -1, 0, 1080, 0};
 
-/// "source 3+2@4": two seconds of the source from 3 s, at 4 s of the output.
-std::string text(const TimelineSegment& s) {
-    auto number = [](CMTime time) { return std::to_string(static_cast<int>(time.seconds())); };
-    return s.kind == Kind::source
-               ? "source " + number(s.sourceStart) + "+" + number(s.duration) + "@" + number(s.outputStart)
-               : "freeze" + std::to_string(s.highlightIndex) + " " + number(s.duration) + "@" +
-                     number(s.outputStart);
-}
-
-std::vector<std::string> texts(const Timeline& timeline) {
-    std::vector<std::string> result;
-    for (const TimelineSegment& segment : timeline.segments) {
-        result.push_back(text(segment));
-    }
-    return result;
-}
-
-std::vector<CMTime> durations(const RenderPlan& plan) {
-    std::vector<CMTime> result;
-    for (const Highlight& highlight : plan.highlights) {
-        result.push_back(highlight.duration);
-    }
-    return result;
-}
-
 TEST(RenderPlan, CopiesOnlyWhatIsAskedForWholeAndUntouched) {
     const SourceInfo info = source("avc1");
     const std::vector<Highlight> outside{highlightAt(CMTime(99, 1))};
@@ -71,70 +45,238 @@ TEST(RenderPlan, ChoosesCodecAndPassthroughByTheSource) {
         SourceInfo info;
         VideoCodec codec;
         bool passthrough;
-        bool turned;
     };
     SourceInfo unknown = source("avc1");
     unknown.videoCodec.reset();
     const Row rows[] = {
-        {source("avc1"), VideoCodec::h264, true, false},
-        {source("hvc1"), VideoCodec::hevc, true, false},
-        {source("hev1"), VideoCodec::h264, false, false},
-        {source("apcn"), VideoCodec::h264, false, false},
-        {unknown, VideoCodec::h264, false, false},
-        {source("avc1", quarterTurn), VideoCodec::h264, false, true},
-        {source("hvc1", quarterTurn), VideoCodec::hevc, false, true},
+        {source("avc1"), VideoCodec::h264, true},
+        {source("hvc1"), VideoCodec::hevc, true},
+        {source("hev1"), VideoCodec::h264, false},
+        {source("apcn"), VideoCodec::h264, false},
+        {unknown, VideoCodec::h264, false},
+        {source("avc1", quarterTurn), VideoCodec::h264, false},
+        {source("hvc1", quarterTurn), VideoCodec::hevc, false},
     };
     for (const Row& row : rows) {
         const RenderPlan plan = planRender({}, {}, true, row.info);
         EXPECT_EQ(plan.freezeCodec, row.codec);
         EXPECT_EQ(plan.passthrough, row.passthrough);
-        EXPECT_EQ(plan.needsTransformInstructions, row.turned);
     }
 }
 
-TEST(RenderPlan, PlaysFreezesAndResumesInOrder) {
-    const std::vector<Highlight> given{highlightAt(seconds(5), CMTime(2, 1)), highlightAt(seconds(12)),
-                                       highlightAt(seconds(3))};
-    const RenderPlan plan = planRender(given, CMTimeRange{CMTime::zero(), seconds(10)}, true, source("avc1"));
-    const Timeline timeline = layoutTimeline(plan, durations(plan));
-    EXPECT_THAT(texts(timeline),
-                ElementsAre("source 0+3@0", "freeze0 1@3", "source 3+2@4", "freeze1 2@6", "source 5+5@8"));
-    EXPECT_EQ(timeline.total, CMTime(13, 1));
+TEST(RenderPlan, TakesHighlightsOfTheRangeInTheOrderOfTheirMoments) {
+    const std::vector<Highlight> given{highlightAt(CMTime(8, 1)), highlightAt(seconds(8)),
+                                       highlightAt(seconds(8.1)), highlightAt(seconds(2)),
+                                       highlightAt(seconds(1.9))};
+    const RenderPlan plan =
+        planRender(given, CMTimeRange::fromStartToEnd(seconds(2), seconds(8)), true, source("avc1"));
+    EXPECT_THAT(plan.highlights, ElementsAre(testing::Field(&Highlight::id, given[3].id),
+                                             testing::Field(&Highlight::id, given[0].id),
+                                             testing::Field(&Highlight::id, given[1].id)));
 }
 
-TEST(RenderPlan, CountsBothEndsOfTheRangeAndKeepsTheOrderOfEqualMoments) {
-    const std::vector<Highlight> given{highlightAt(CMTime(8, 1), CMTime(3, 1)),
-                                       highlightAt(seconds(8), CMTime(4, 1)), highlightAt(seconds(10)),
-                                       highlightAt(seconds(2)), highlightAt(seconds(1.9))};
-    const RenderPlan plan = planRender(given, CMTimeRange{seconds(2), seconds(8)}, true, source("avc1"));
-    EXPECT_THAT(texts(layoutTimeline(plan, durations(plan))),
-                ElementsAre("freeze0 1@0", "source 2+6@1", "freeze1 3@7", "freeze2 4@10", "source 8+2@14",
-                            "freeze3 1@16"));
+/// Ten pictures of a tenth of a second each. Ticks are hundredths.
+const FrameIndex tenPictures({0, 10, 20, 30, 40, 50, 60, 70, 80, 90}, 100, 100);
+
+struct TimelineCase {
+    const char* name;
+    int start;
+    int end;
+    std::vector<std::pair<int, int>> freezes; ///< when, and how many frames of 5 ticks
+    std::string pictures;                     ///< "2-5 25+17@15": pictures 2, 3 and 4 from 25 on for 17
+                                              ///< ticks, at 15 in the output; "F0 20@10": a freeze of 20
+    std::string sound;                        ///< "25+17": of the source; "~20": silence
+    FrameIndex frames = tenPictures;
+    int movieEnd = 150; ///< sound plays until then
+};
+
+std::ostream& operator<<(std::ostream& stream, const TimelineCase& c) {
+    return stream << c.name;
 }
 
-TEST(RenderPlan, CoversARangeWithoutHighlightsByOnePiece) {
-    EXPECT_THAT(texts(layoutTimeline(
-                    planRender({}, CMTimeRange{seconds(10), seconds(15)}, true, source("avc1")), {})),
-                ElementsAre("source 10+15@0"));
-    EXPECT_THAT(texts(layoutTimeline(planRender({}, {}, false, source("avc1")), {})),
-                ElementsAre("source 0+20@0"));
-    const CMTimeRange empty{seconds(3), CMTime::zero()};
-    EXPECT_TRUE(layoutTimeline(planRender({}, empty, true, source("avc1")), {}).segments.empty());
-}
-
-TEST(RenderPlan, TurnsEverythingButTheFreezes) {
-    const SourceInfo info = source("avc1", quarterTurn);
-    const std::vector<Highlight> given{highlightAt(seconds(3)), highlightAt(seconds(5), CMTime(2, 1))};
-    const RenderPlan plan = planRender(given, CMTimeRange{CMTime::zero(), seconds(10)}, true, info);
-    std::string turns;
-    CMTime at = CMTime::zero();
-    for (const TransformInstruction& i : transformInstructions(layoutTimeline(plan, durations(plan)), info)) {
-        EXPECT_EQ(i.range.start, at);
-        at = i.range.end();
-        turns += i.transform.isIdentity() ? 'I' : 'T';
+Timeline timelineOf(const TimelineCase& c) {
+    SourceInfo info = source("avc1");
+    info.duration = CMTime(c.movieEnd, 100);
+    info.frameDuration = CMTime(1, 20);
+    std::vector<Highlight> highlights;
+    for (const auto& [moment, count] : c.freezes) {
+        highlights.push_back(highlightAt(CMTime(moment, 100), CMTime(count, 20)));
     }
-    EXPECT_EQ(turns, "TITIT");
-    EXPECT_EQ(at, CMTime(13, 1));
+    const auto range = CMTimeRange::fromStartToEnd(CMTime(c.start, 100), CMTime(c.end, 100));
+    return layoutTimeline(planRender(highlights, range, true, info), info, c.frames);
+}
+
+std::string ticks(const CMTime& time) {
+    return std::to_string(time.converted(100).value);
+}
+
+std::string textOf(const std::vector<TimelineSegment>& segments) {
+    std::string text;
+    for (const TimelineSegment& s : segments) {
+        text += text.empty() ? "" : ", ";
+        text += s.kind == TimelineSegment::Kind::freeze
+                    ? "F" + std::to_string(s.highlightIndex) + " "
+                    : std::to_string(s.firstPicture) + "-" + std::to_string(s.endPicture) + " " +
+                          ticks(s.sourceStart) + "+";
+        text += ticks(s.duration) + "@" + ticks(s.outputStart);
+    }
+    return text;
+}
+
+std::string textOf(const std::vector<SoundPiece>& pieces) {
+    std::string text;
+    for (const SoundPiece& piece : pieces) {
+        text += text.empty() ? "" : ", ";
+        text += piece.kind == SoundPiece::Kind::silence ? "~" : ticks(piece.sourceStart) + "+";
+        text += ticks(piece.duration);
+    }
+    return text;
+}
+
+class TimelineOf : public testing::TestWithParam<TimelineCase> {};
+
+TEST_P(TimelineOf, TheMoments) {
+    const Timeline timeline = timelineOf(GetParam());
+    EXPECT_EQ(textOf(timeline.segments), GetParam().pictures);
+    EXPECT_EQ(textOf(timeline.sound), GetParam().sound);
+    CMTime end = CMTime::zero();
+    for (const TimelineSegment& segment : timeline.segments) {
+        EXPECT_EQ(segment.outputStart, end) << "without a gap";
+        end += segment.duration;
+    }
+    EXPECT_EQ(timeline.total, end);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    FreezesAmongPictures, TimelineOf,
+    testing::Values(
+        TimelineCase{"when_the_picture_appears",
+                     20,
+                     50,
+                     {{35, 4}},
+                     "2-3 20+10@0, F0 20@10, 3-5 30+20@30",
+                     "20+10, ~20, 30+20"},
+        TimelineCase{"several_in_order",
+                     0,
+                     100,
+                     {{50, 4}, {30, 2}},
+                     "0-3 0+30@0, F0 10@30, 3-5 30+20@40, F1 20@60, 5-10 50+50@80",
+                     "0+30, ~10, 30+20, ~20, 50+50"},
+        TimelineCase{"several_at_one_moment",
+                     0,
+                     80,
+                     {{42, 1}, {40, 2}, {49, 3}},
+                     "0-4 0+40@0, F0 10@40, F1 5@50, F2 15@55, 4-8 40+40@70",
+                     "0+40, ~10, ~5, ~15, 40+40"},
+        TimelineCase{"at_the_start_within_a_picture",
+                     25,
+                     42,
+                     {{25, 2}, {28, 1}},
+                     "F0 10@0, F1 5@10, 2-5 25+17@15",
+                     "~10, ~5, 25+17"},
+        TimelineCase{"at_the_end_of_the_range", 80, 90, {{90, 1}}, "8-9 80+10@0, F0 5@10", "80+10, ~5"},
+        TimelineCase{"at_the_end_within_a_picture", 80, 95, {{95, 1}}, "8-10 80+15@0, F0 5@15", "80+15, ~5"},
+        TimelineCase{"at_the_end_of_the_movie",
+                     70,
+                     100,
+                     {{100, 1}},
+                     "7-10 70+30@0, F0 5@30",
+                     "70+30, ~5",
+                     tenPictures,
+                     100},
+        TimelineCase{"past_the_end_of_the_movie",
+                     70,
+                     200,
+                     {{180, 1}},
+                     "7-10 70+30@0, F0 5@30",
+                     "70+30, ~5",
+                     tenPictures,
+                     100},
+        TimelineCase{"alone_in_an_empty_range", 30, 30, {{30, 5}}, "F0 25@0", "~25"},
+        TimelineCase{"of_variable_rate",
+                     0,
+                     90,
+                     {{39, 1}, {40, 1}},
+                     "0-1 0+7@0, F0 5@7, 1-2 7+33@12, F1 5@45, 2-4 40+50@50",
+                     "0+7, ~5, 7+33, ~5, 40+50",
+                     FrameIndex({0, 7, 40, 41, 90}, 100, 100),
+                     100}),
+    [](const auto& param) { return param.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    ClampsTheRange, TimelineOf,
+    testing::Values(
+        TimelineCase{"beyond_both_ends", -100, 900, {}, "0-10 0+100@0", "0+100", tenPictures, 100},
+        TimelineCase{"before_the_first_picture",
+                     0,
+                     50,
+                     {{10, 2}, {35, 1}},
+                     "F0 10@0, 0-2 0+34@10, F1 5@44, 2-5 34+16@49",
+                     "~10, 0+34, ~5, 34+16",
+                     FrameIndex({20, 27, 34, 41, 48}, 60, 100),
+                     60},
+        TimelineCase{"to_nothing", 30, 30, {}, "", ""},
+        TimelineCase{"of_no_pictures", 0, 50, {{10, 1}}, "", "", FrameIndex()}),
+    [](const auto& param) { return param.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    SoundOutlastsThePictures, TimelineOf,
+    testing::Values(
+        TimelineCase{"without_a_freeze",
+                     50,
+                     150,
+                     {{60, 1}},
+                     "5-6 50+10@0, F0 5@10, 6-10 60+40@15",
+                     "50+10, ~5, 60+90"},
+        TimelineCase{"freeze_in_the_tail",
+                     0,
+                     150,
+                     {{120, 2}},
+                     "0-10 0+120@0, F0 10@120, 9-10 120+30@130",
+                     "0+120, ~10, 120+30"},
+        TimelineCase{"freeze_where_the_tail_begins",
+                     0,
+                     150,
+                     {{100, 2}},
+                     "0-10 0+100@0, F0 10@100, 9-10 100+50@110",
+                     "0+100, ~10, 100+50"},
+        TimelineCase{
+            "freeze_where_the_tail_ends", 0, 150, {{150, 2}}, "0-10 0+150@0, F0 10@150", "0+150, ~10"},
+        TimelineCase{"several_freezes",
+                     80,
+                     150,
+                     {{95, 1}, {120, 2}, {120, 1}, {140, 1}, {150, 3}},
+                     "8-9 80+10@0, F0 5@10, 9-10 90+30@15, F1 10@45, F2 5@55, 9-10 120+20@60, F3 5@80, "
+                     "9-10 140+10@85, F4 15@95",
+                     "80+10, ~5, 90+30, ~10, ~5, 120+20, ~5, 140+10, ~15"},
+        TimelineCase{"range_ends_in_the_tail",
+                     90,
+                     130,
+                     {{120, 1}},
+                     "9-10 90+30@0, F0 5@30, 9-10 120+10@35",
+                     "90+30, ~5, 120+10"},
+        TimelineCase{"range_starts_in_the_tail",
+                     110,
+                     150,
+                     {{120, 1}},
+                     "9-10 110+10@0, F0 5@10, 9-10 120+30@15",
+                     "110+10, ~5, 120+30"},
+        TimelineCase{"range_within_the_tail_without_a_freeze", 110, 150, {}, "", "110+40"}),
+    [](const auto& param) { return param.param.name; });
+
+TEST(Timeline, CutsPicturesOnTheirTicksAndSoundExactly) {
+    SourceInfo info = source("avc1");
+    info.duration = CMTime(1, 1);
+    const auto range = CMTimeRange::fromStartToEnd(CMTime::zero(), CMTime(424, 1000));
+    const Timeline timeline = layoutTimeline(planRender({}, range, true, info), info, tenPictures);
+    EXPECT_EQ(timeline.total, CMTime(42, 100));
+    EXPECT_EQ(timeline.sound.back().duration, CMTime(424, 1000));
+}
+
+TEST(Timeline, IsEmptyForARangeThatIsNoNumber) {
+    const CMTimeRange range{CMTime::zero(), CMTime::positiveInfinity()};
+    EXPECT_TRUE(layoutTimeline(planRender({}, range, true, source("avc1")), source("avc1"), tenPictures)
+                    .segments.empty());
 }
 
 TEST(RenderPlan, CountsWholeFramesOfAFreeze) {

@@ -15,7 +15,21 @@ namespace zelvra::test {
 
 namespace {
 constexpr double tolerance = 0.0015; // containers of millisecond ticks
+
+/// One past the last frame that is shown, where a freeze in a sound-only tail makes the pictures last as long
+/// as the sound.
+int endOf(const Export& job) {
+    const NumberedMovie& movie = job.movie;
+    if (job.range) {
+        return job.range->second;
+    }
+    const bool freezesInTail =
+        std::ranges::any_of(job.freezes, [&](const auto& freeze) { return freeze.frame > movie.frames; });
+    return freezesInTail ? static_cast<int>(std::lround(movie.soundSeconds * movie.rate / movie.ratePer))
+                         : movie.frames;
 }
+
+} // namespace
 
 ExportedMovie::ExportedMovie(const Export& job, const std::filesystem::path& folder)
     : job_(job),
@@ -25,19 +39,22 @@ ExportedMovie::ExportedMovie(const Export& job, const std::filesystem::path& fol
     RenderOptions options;
     options.includeAudio = job.includeAudio;
     options.notice = [this](const std::string& line) { notices_.push_back(line); };
-    const auto [first, end] = job.range.value_or(std::pair(0, movie.frames));
+    const int first = job.range ? job.range->first : 0;
+    const int end = endOf(job);
     if (job.range) {
         options.sourceRange = CMTimeRange::fromStartToEnd(movie.timeOf(first), movie.timeOf(end));
     }
     double frozen = 0;
     const double frame = static_cast<double>(movie.ratePer) / movie.rate;
-    auto outputTime = [&, first = first](int number) {
+    auto outputTime = [&](int number) {
         return (movie.timeOf(number) - movie.timeOf(first)).seconds() + frozen;
     };
     int next = first;
     auto play = [&](int until) {
         for (; next < until; ++next) {
-            expected_.push_back({outputTime(next), next, std::nullopt});
+            const bool goesOn = next >= movie.frames && !expected_.empty() && !expected_.back().marker;
+            expected_.push_back(
+                {outputTime(next), std::min(next, movie.frames - 1), std::nullopt, next, goesOn});
         }
     };
     for (std::size_t k = 0; k < job.freezes.size(); ++k) {
@@ -48,7 +65,7 @@ ExportedMovie::ExportedMovie(const Export& job, const std::filesystem::path& fol
             markerHighlight(marker, movie.timeOf(freeze.frame), duration,
                             {static_cast<double>(movie.width), static_cast<double>(movie.height)}));
         play(freeze.frame);
-        const auto frames = freezeFrameCount(duration, CMTime(movie.ratePer, movie.rate));
+        const std::int64_t frames = freezeFrameCount(duration, CMTime(movie.ratePer, movie.rate));
         const double start = outputTime(freeze.frame);
         for (std::int64_t i = 0; i < frames; ++i) {
             expected_.push_back(
@@ -76,9 +93,10 @@ void ExportedMovie::expectRightPictures(const std::filesystem::path& file, const
         const double time = frame.time.seconds() - start;
         // Stills stand for the frames up to the next: only those of a freeze may be skipped, and not its
         // last.
-        while (k + 1 < expected_.size() && expected_[k].time < time - tolerance && expected_[k].marker &&
-               k > 0 && expected_[k - 1].marker == expected_[k].marker &&
-               expected_[k + 1].marker == expected_[k].marker) {
+        while (k + 1 < expected_.size() && expected_[k].time < time - tolerance &&
+               (expected_[k].goesOn ||
+                (expected_[k].marker && k > 0 && expected_[k - 1].marker == expected_[k].marker &&
+                 expected_[k + 1].marker == expected_[k].marker))) {
             ++k;
         }
         ASSERT_LT(k, expected_.size()) << "more than expected: " << frame;
@@ -87,6 +105,9 @@ void ExportedMovie::expectRightPictures(const std::filesystem::path& file, const
                     frame.marker == expected.marker)
             << frame << " after " << start << ", expected " << expected.number
             << (expected.marker ? " frozen" : "") << " at " << expected.time;
+    }
+    while (k < expected_.size() && expected_[k].goesOn) {
+        ++k;
     }
     EXPECT_EQ(k, expected_.size()) << "pictures are missing at the end";
 }
@@ -124,6 +145,9 @@ void ExportedMovie::expectRightSeeks(const std::filesystem::path& file, int seek
         // In the middle of a frame: ffmpeg gives the next one that starts, so ask a hair before a start.
         const auto& target =
             expected_[expected_.size() * static_cast<std::size_t>(i) / static_cast<std::size_t>(seeks)];
+        if (target.goesOn) {
+            continue;
+        }
         const auto frame = seekFrame(file, CMTime::fromSeconds(std::max(0.0, target.time - ahead), 90000));
         ASSERT_TRUE(frame) << "nothing at " << target.time;
         EXPECT_TRUE(frame->number == target.number || frame->marker == target.marker)
@@ -139,8 +163,8 @@ void ExportedMovie::expectRightSound(double apart) const {
     ASSERT_FALSE(sound.samples.empty());
     const int rate = sound.rate;
     const double frame = static_cast<double>(job_.movie.ratePer) / job_.movie.rate;
-    const std::vector<float> source = numberedSound(
-        static_cast<std::int64_t>((job_.movie.timeOf(job_.movie.frames).seconds() + 1) * rate), rate);
+    const std::vector<float> source =
+        numberedSound(static_cast<std::int64_t>((job_.movie.timeOf(endOf(job_)).seconds() + 1) * rate), rate);
     for (std::size_t k = 0; k < expected_.size(); ++k) {
         const bool freezeBefore = k > 0 && expected_[k - 1].marker.has_value();
         const bool freezeAfter = k + 1 < expected_.size() && expected_[k + 1].marker.has_value();
@@ -156,7 +180,7 @@ void ExportedMovie::expectRightSound(double apart) const {
             continue;
         }
         const auto wanted =
-            static_cast<std::int64_t>(std::llround(job_.movie.timeOf(expected_[k].number).seconds() * rate));
+            static_cast<std::int64_t>(std::llround(job_.movie.timeOf(expected_[k].heard).seconds() * rate));
         const auto found = locateSound(heard, source, wanted, rate / 10);
         ASSERT_TRUE(found) << "nothing to be heard at " << expected_[k].time;
         EXPECT_LE(std::abs(static_cast<double>(found->sample - wanted)), apart * rate + 2)
@@ -169,7 +193,8 @@ void ExportedMovie::expectSourcePicturesUntouched() const {
     for (const HashedFrame& frame : hashFrames(file_)) {
         exported.insert(frame.md5);
     }
-    const auto [first, end] = job_.range.value_or(std::pair(0, job_.movie.frames));
+    const int first = job_.range ? job_.range->first : 0;
+    const int end = std::min(endOf(job_), job_.movie.frames);
     const std::vector<HashedFrame> source = hashFrames(source_);
     for (int i = first; i < end; ++i) {
         EXPECT_TRUE(exported.contains(source[static_cast<std::size_t>(i)].md5)) << "picture " << i;

@@ -20,7 +20,7 @@ struct Export {
     NumberedMovie movie;
     std::filesystem::path file = {}; ///< that shows the same as `movie`, in its place
     struct Freeze {
-        int frame = 0; ///< of the source; the number of frames = at its end
+        int frame = 0; ///< of the source; the number of frames = at its end, more = in a sound-only tail
         double seconds = 0.5;
     };
     std::vector<Freeze> freezes = {};
@@ -29,11 +29,13 @@ struct Export {
     std::string extension = ".mp4";
 };
 
-/// What the viewer of an export must see: from `time` on picture `number`, frozen where `marker` is set.
+/// What the viewer of an export must see: from `time` on picture `number`, frozen if `marker` is set.
 struct ExpectedFrame {
     double time = 0;
     int number = 0;
     std::optional<int> marker;
+    int heard = 0;       ///< the source frame whose sound plays, if it is not frozen
+    bool goesOn = false; ///< in a sound-only tail: the picture before stays on screen
 };
 
 class ExportedMovie {

@@ -58,6 +58,11 @@ std::int64_t FreezeClock::atFrame(std::int64_t frame) const {
     return start.converted(static_cast<std::int32_t>(timescale_)).value;
 }
 
+std::int64_t FreezeClock::length(std::size_t freeze) const {
+    const VideoCut::Freeze& asked = cut_.freezes[freeze];
+    return asked.heldTicks ? *asked.heldTicks * factor_ : atFrame(asked.frames);
+}
+
 std::int64_t FreezeClock::totalUpTo(std::uint32_t rank) const {
     const auto after = std::ranges::upper_bound(cut_.freezes, rank, {}, &VideoCut::Freeze::position);
     return starts_[static_cast<std::size_t>(after - cut_.freezes.begin())];

@@ -19,7 +19,7 @@ public:
     std::uint32_t factor() const { return factor_; }
     /// Ticks from the start of a freeze to its frame of that number.
     std::int64_t atFrame(std::int64_t frame) const;
-    std::int64_t length(std::size_t freeze) const { return atFrame(cut_.freezes[freeze].frames); }
+    std::int64_t length(std::size_t freeze) const;
 
     /// Ticks that all freezes at positions up to and including that rank last together.
     std::int64_t totalUpTo(std::uint32_t rank) const;

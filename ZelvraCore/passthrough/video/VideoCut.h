@@ -6,22 +6,26 @@
 #include "ZelvraCore/records/CMTime.h"
 
 #include <cstdint>
-#include <span>
+#include <optional>
 #include <vector>
 
 namespace zelvra::passthrough {
 
 /// What the finished movie shows of the source, in terms of whole pictures: from which to which, and where it
-/// freezes. Times are ticks of the source track on its media timeline.
+/// freezes. Times are ticks of the source track on its media timeline. Plain values.
+///
+/// If sound outlasts the pictures, the last picture may be shown again after a freeze. That is a *hold*: it
+/// is stored like a freeze of one frame, made from a clip of the picture as it is.
 struct VideoCut {
     struct Freeze {
-        std::uint32_t position = 0; ///< rank of the frozen picture; `endRank` = after the last shown one
+        std::uint32_t position = 0; ///< rank of the picture that follows; `endRank` = after the last one
         std::int64_t frames = 1;    ///< number of frames, each `frameDuration` long
+        std::optional<std::int64_t> heldTicks = {}; ///< how long a hold lasts; nullopt for a freeze
         bool operator==(const Freeze&) const = default;
     };
 
     std::int64_t start = 0; ///< the first shown picture is on screen at this moment
-    std::int64_t end = 0;
+    std::int64_t end = 0;   ///< when the last shown picture ends, or freezes for the first time
     std::uint32_t firstRank = 0;
     std::uint32_t endRank = 0;   ///< one past the last shown picture
     std::vector<Freeze> freezes; ///< in the order of the output; positions never decrease
@@ -32,25 +36,5 @@ struct VideoCut {
         return position == endRank ? end : position == firstRank ? start : pictures.timeAtRank(position);
     }
 };
-
-/// A freeze as it is asked for: at `moment` (media ticks), `frames` long.
-struct FreezeMoment {
-    std::int64_t moment = 0;
-    std::int64_t frames = 1;
-};
-
-/// What a source shows of its pictures through its own edit.
-struct VisiblePictures {
-    std::uint32_t firstRank = 0;
-    std::uint32_t endRank = 0;
-    std::int64_t end = 0; ///< when the last of them goes, media ticks
-};
-
-/// Resolves moments to pictures. A moment within a picture's time freezes when that picture appears; one at
-/// or past `end`, or past the last picture, freezes after all motion. Without such a freeze `end` is cut to
-/// the end of the last picture; a `start` before the first picture shows that one from `start` on. Throws
-/// CannotPassThrough where nothing is left to show.
-VideoCut cutVideo(const SourcePictures& pictures, const VisiblePictures& visible, std::int64_t start,
-                  std::int64_t end, std::span<const FreezeMoment> freezes, const CMTime& frameDuration);
 
 } // namespace zelvra::passthrough

@@ -41,16 +41,20 @@ constexpr int freezeFrames = 9;
 ReencodeJob prepare(const Case& test, const Asset& source, const TemporaryFolder& folder) {
     const SourceInfo info = loadSourceInfo(source);
     ReencodeJob job;
-    job.composition = {test.movie.timeOf(test.first), test.movie.timeOf(test.end), {}, info.frameDuration};
+    std::vector<Highlight> marks;
     for (std::size_t i = 0; i < test.freezes.size(); ++i) {
         const CMTime moment = test.movie.timeOf(test.freezes[i]);
-        const Highlight mark = markerHighlight(static_cast<int>(i), moment, {1, 1}, info.displaySize);
+        const Highlight& mark = marks.emplace_back(markerHighlight(
+            static_cast<int>(i), moment, info.frameDuration * freezeFrames, info.displaySize));
         const Image frame = extractFrame(source, minimum(moment, test.movie.timeOf(test.movie.frames - 1)));
-        job.composition.freezes.push_back({moment, freezeFrames});
         job.freezeClips.push_back(folder / ("clip" + std::to_string(i) + ".mov"));
         encodeFreezeClip(drawShape(frame, mark.shape), job.freezeClips.back(), info.frameDuration,
-                         info.frameDuration * freezeFrames, test.codec);
+                         mark.duration, test.codec);
     }
+    const auto range =
+        CMTimeRange::fromStartToEnd(test.movie.timeOf(test.first), test.movie.timeOf(test.end));
+    job.timeline = layoutTimeline(planRender(marks, range, true, info), info, source.frames());
+    job.frameDuration = info.frameDuration;
     job.codec = test.codec;
     job.output = folder / "out.mp4";
     return job;
@@ -129,7 +133,7 @@ TEST_P(Reencode, ShowsEveryPictureAtItsTimeAndFreezesInBetween) {
     const ReencodeJob job = prepare(test, source, folder);
     exportReencoded(source, job);
 
-    const Expected expected = expectedOf(test, job.composition.frameDuration);
+    const Expected expected = expectedOf(test, job.frameDuration);
     const ShownMovie shown = showMovie(job.output);
     EXPECT_TRUE(shown.complaints.empty()) << shown.complaints.front();
     EXPECT_THAT(shown.frames, testing::ElementsAreArray(expected.frames));
@@ -203,7 +207,8 @@ TEST(ReencodeExport, KeepsTheLookOfTheSource) {
         const Asset source(movie);
         const SourceInfo info = loadSourceInfo(source);
         ReencodeJob job;
-        job.composition = {CMTime::zero(), info.duration, {}, info.frameDuration};
+        job.timeline = layoutTimeline(planRender({}, {}, true, info), info, source.frames());
+        job.frameDuration = info.frameDuration;
         job.output = folder / "out.mp4";
         exportReencoded(source, job);
         EXPECT_GE(lumaSimilarity(job.output, movie), 0.99) << movie;
@@ -294,13 +299,13 @@ TEST(ReencodeExport, LeavesAnOlderOutputAloneWhenItIsStoppedOrFails) {
     }
     EXPECT_EQ(readBytes(job.output), (Bytes{1, 2, 3}));
 
-    job = prepare(test, source, folder);
-    job.composition.freezes.push_back({{1, 1}, 5});
-    job.freezeClips.push_back(folder / "not there.mov");
+    const Case freezing{"", test.movie, {30}};
+    job = prepare(freezing, source, folder);
+    job.freezeClips = {folder / "not there.mov"};
     EXPECT_THROW(exportReencoded(source, job), ZVError);
     job.output = folder / "no folder" / "out.mp4";
     EXPECT_THROW(exportReencoded(source, job), ZVError);
-    EXPECT_THAT(folder.names(), testing::ElementsAre("out.mp4"));
+    EXPECT_THAT(folder.names(), testing::ElementsAre("clip0.mov", "out.mp4"));
 }
 
 } // namespace

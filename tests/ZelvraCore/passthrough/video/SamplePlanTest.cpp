@@ -81,6 +81,11 @@ void expectLawful(const SamplePlan& plan, const SourcePictures& pictures, const 
     for (std::size_t k = 0; k < cut.freezes.size(); ++k) {
         play(cut.freezes[k].position);
         const std::int64_t start = (cut.momentOf(rank, pictures) - cut.start) * factor + frozen;
+        if (const auto held = cut.freezes[k].heldTicks) {
+            expected.emplace(start, "F" + std::to_string(k));
+            frozen += *held * factor;
+            continue;
+        }
         for (std::int64_t f = 0; f < cut.freezes[k].frames; ++f) {
             expected.emplace(start + f * frame * factor, "F" + std::to_string(k));
         }
@@ -150,16 +155,24 @@ struct Cut {
     int start;
     int end;
     std::vector<std::pair<int, int>> freezes; ///< rank, frames
+    std::vector<int> holds = {};              ///< ticks; after each one, a freeze of 9 frames
 };
 
-VideoCut cutOf(const Stream& stream, const SourcePictures& pictures, const Cut& cut, std::int64_t frame) {
-    std::vector<FreezeMoment> moments;
+VideoCut cutOf(const Stream& stream, const Cut& cut, std::int64_t frame) {
+    VideoCut result{.start = stream.offset + cut.start * frame,
+                    .end = stream.offset + cut.end * frame,
+                    .firstRank = static_cast<std::uint32_t>(cut.start),
+                    .endRank = static_cast<std::uint32_t>(cut.end),
+                    .freezes = {},
+                    .frameDuration = CMTime(frame, 15360)};
     for (const auto& [rank, frames] : cut.freezes) {
-        moments.push_back({stream.offset + rank * frame, frames});
+        result.freezes.push_back({.position = static_cast<std::uint32_t>(rank), .frames = frames});
     }
-    return cutVideo(pictures, {0, pictures.count(), pictures.endAtRank(pictures.count() - 1)},
-                    stream.offset + cut.start * frame, stream.offset + cut.end * frame, moments,
-                    CMTime(frame, 15360));
+    for (const int ticks : cut.holds) {
+        result.freezes.push_back({.position = result.endRank, .heldTicks = ticks});
+        result.freezes.push_back({.position = result.endRank, .frames = 9});
+    }
+    return result;
 }
 
 /// The samples as tokens: "S3" for the source's sample 3, "F0.1" for part 1 of freeze 0, small letters for
@@ -178,12 +191,12 @@ std::string tokensOf(const SamplePlan& plan) {
 TEST(SplicePlan, StoresTheGroupAgainToResumeWithinIt) {
     const Stream stream("I0 P1 P2 P3 I4 P5");
     const SourcePictures pictures(stream.samples);
-    const VideoCut within = cutOf(stream, pictures, {0, 6, {{2, 2}}}, 512);
+    const VideoCut within = cutOf(stream, {0, 6, {{2, 2}}}, 512);
     EXPECT_EQ(tokensOf(planSplice(pictures, 15360, within, stream.rules(Hiding::neverShown))),
               "S0 S1 F0.0 F0.1 s0 s1 S2 S3 S4 S5");
     EXPECT_EQ(tokensOf(planSplice(pictures, 15360, within, stream.rules(Hiding::brief))),
               "S0 S1 F0.0 F0.1 f0.2 f0.3 s0 s1 S2 S3 S4 S5");
-    const VideoCut atSync = cutOf(stream, pictures, {0, 6, {{4, 2}}}, 512);
+    const VideoCut atSync = cutOf(stream, {0, 6, {{4, 2}}}, 512);
     EXPECT_EQ(tokensOf(planSplice(pictures, 15360, atSync, stream.rules(Hiding::brief))),
               "S0 S1 S2 S3 F0.0 F0.1 S4 S5");
 }
@@ -194,8 +207,11 @@ TEST(SamplePlan, ShowsExactlyWhatWasAskedForWhereverItIsCut) {
         const Stream stream(groups(4, open));
         const SourcePictures pictures(stream.samples);
         const int count = static_cast<int>(pictures.count());
-        std::vector<Cut> cuts{
-            {0, count, {}}, {0, count, {{0, 3}, {count, 9}}}, {12, 24, {{12, 30}, {24, 30}}}};
+        std::vector<Cut> cuts{{0, count, {}},
+                              {0, count, {{0, 3}, {count, 9}}},
+                              {12, 24, {{12, 30}, {24, 30}}},
+                              {0, count, {{count, 9}}, {1, 700, 20000}},
+                              {12, 24, {{20, 5}, {24, 5}}, {51200}}};
         for (int i = 0; i < 400; ++i) {
             const int start = static_cast<int>(random() % (count - 1));
             const int end = start + 1 + static_cast<int>(random() % (count - start));
@@ -208,7 +224,7 @@ TEST(SamplePlan, ShowsExactlyWhatWasAskedForWhereverItIsCut) {
             cuts.push_back(cut);
         }
         for (const Cut& asked : cuts) {
-            const VideoCut cut = cutOf(stream, pictures, asked, 512);
+            const VideoCut cut = cutOf(stream, asked, 512);
             SCOPED_TRACE(testing::Message()
                          << (open ? "open " : "closed ") << asked.start << ".." << asked.end);
             const StillPlan stills = planStills(pictures, 15360, cut, stream.traits());

@@ -48,6 +48,15 @@ QSize wholePixels(const Size& size) {
     return {static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height))};
 }
 
+/// The answer to a move that is not made. Qt has renamed its own function for this.
+QFuture<bool> noMove() {
+    QPromise<bool> answer;
+    answer.start();
+    answer.addResult(false);
+    answer.finish();
+    return answer.future();
+}
+
 } // namespace
 
 Player::Player(QObject* parent) : QObject(parent) {
@@ -269,20 +278,20 @@ QFuture<bool> Player::moveTo(const CMTime& time, bool exact) {
             return begin({*frame, inside, exact});
         }
     }
-    return QtFuture::makeReadyFuture(false);
+    return noMove();
 }
 
 QFuture<bool> Player::moveBy(int frameCount) {
     pause();
     const auto from = item_ ? frames().containing(currentTime()) : std::nullopt;
     if (!from) {
-        return QtFuture::makeReadyFuture(false);
+        return noMove();
     }
     const auto origin = static_cast<std::int64_t>(from->index);
     const auto last = static_cast<std::int64_t>(frames().count()) - 1;
     const std::int64_t goal = std::clamp(origin + frameCount, std::int64_t{0}, last);
     if (goal == origin) {
-        return QtFuture::makeReadyFuture(false);
+        return noMove();
     }
     const FrameIndex::Frame frame = frames().frame(static_cast<std::size_t>(goal));
     return begin({frame, frame.time});
@@ -291,7 +300,7 @@ QFuture<bool> Player::moveBy(int frameCount) {
 QFuture<bool> Player::begin(Move move) {
     overtakeMoves();
     if (state_ != State::loading && state_ != State::ready) {
-        return QtFuture::makeReadyFuture(false);
+        return noMove();
     }
     boundTimer_.stop();
     move.arrived = std::make_shared<QPromise<bool>>();

@@ -13,6 +13,13 @@ pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
 
 # The application
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Concurrent DBus Qml Quick QuickControls2 Svg)
+# What newer versions of Qt do by default, once they know of it.
+if(Qt6_VERSION VERSION_GREATER_EQUAL 6.5)
+    qt_policy(SET QTP0001 NEW) # QML modules are below one prefix; ours name theirs
+endif()
+if(Qt6_VERSION VERSION_GREATER_EQUAL 6.8)
+    qt_policy(SET QTP0004 NEW) # each folder of QML files has its own qmldir
+endif()
 find_package(QCoro6 REQUIRED COMPONENTS Core)
 pkg_check_modules(MPV REQUIRED IMPORTED_TARGET mpv)
 pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0)

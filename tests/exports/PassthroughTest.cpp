@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "tests/exports/ExportCheck.h"
+#include "tests/exports/UnusualMovies.h"
 #include "tests/support/Files.h"
 #include "tests/support/Process.h"
 
@@ -130,6 +131,15 @@ INSTANTIATE_TEST_SUITE_P(
              {.movie = {.frames = 60, .codec = MovieCodec::hevc, .pixelFormat = "yuv420p10le"},
               .freezes = {{31}}}}),
     caseName);
+
+TEST(PassthroughEnd, KeepsALastPictureWithoutALength) {
+    const TemporaryFolder folder;
+    Export job{.movie = {.bFrames = 0}, .freezes = {{20}}};
+    job.file = withoutLengthOfLastPicture(job.movie, folder.path());
+    const ExportedMovie movie(job, folder.path());
+    EXPECT_TRUE(movie.notices().empty()) << movie.notices().front();
+    movie.expectRightPictures(movie.file());
+}
 
 /// Half a packet of compressed sound; PCM is exact.
 constexpr double halfAacPacket = 512.0 / 48000;

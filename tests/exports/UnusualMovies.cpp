@@ -99,4 +99,18 @@ std::filesystem::path withChangingCoding(const NumberedMovie& movie, int frame,
     return path;
 }
 
+std::filesystem::path withoutLengthOfLastPicture(const NumberedMovie& movie,
+                                                 const std::filesystem::path& folder) {
+    BoxFile file = BoxFile::read(movieFile(movie));
+    // ISO/IEC 14496-12 clause 8.6.1.2: version and flags, count of entries, then counts and lengths
+    Bytes& lengths = file.track("vide").at("mdia/minf/stbl/stts").payload;
+    putNumber(lengths, 4, 4, 2);
+    putNumber(lengths, 8, 4, numberAt(lengths, 8, 4) - 1);
+    appendNumber(lengths, 4, 1);
+    appendNumber(lengths, 4, 0);
+    std::filesystem::path path = folder / "no length.mov";
+    file.write(path);
+    return path;
+}
+
 } // namespace zelvra::test

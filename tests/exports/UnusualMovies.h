@@ -24,4 +24,9 @@ std::filesystem::path withChangingCoding(const NumberedMovie& movie, int frame,
 /// its chroma (4:4:4).
 std::filesystem::path withPlanesApart(const NumberedMovie& movie, const std::filesystem::path& folder);
 
+/// Its index says that the last picture lasts for 0 ticks, as some encoders write it. `movie` has a constant
+/// rate and no B pictures.
+std::filesystem::path withoutLengthOfLastPicture(const NumberedMovie& movie,
+                                                 const std::filesystem::path& folder);
+
 } // namespace zelvra::test

@@ -22,10 +22,10 @@ std::string quotedType(FourCharCode type) {
     return "'" + text + "'";
 }
 
-void BoxReader::versionAndFlags(std::uint8_t& version, std::uint32_t& flags, std::uint8_t greatest) {
+void BoxReader::versionAndFlags(std::uint8_t& version, std::uint32_t& flags, std::uint8_t maxVersion) {
     fields(version);
     flags24(flags);
-    if (version > greatest) {
+    if (version > maxVersion) {
         throw MediaError(MediaError::Cause::unsupported,
                          "box " + quotedType(type_) + " has the unknown version " + std::to_string(version));
     }

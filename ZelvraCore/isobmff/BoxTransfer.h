@@ -17,15 +17,14 @@
 
 namespace zelvra::isobmff {
 
-/// The two sides of a box's layout: BoxReader fills a box's fields from bytes, BoxWriter appends them to
-/// bytes. Each box has one function `transfer(io, box)` that names its fields in order and serves both
-/// (Boxes.h), so that reading and writing cannot drift apart. Numbers are big-endian. Neither side knows any
-/// box.
+/// Reading and writing a box's fields. BoxReader fills them from bytes, BoxWriter appends them to bytes. Each
+/// box has one function `transfer(io, box)` that names its fields in order (Boxes.h). It serves both, so
+/// reading and writing cannot drift apart. Numbers are big-endian. Neither class knows any particular box.
 
-/// The four characters in quotes, on one readable line whatever they are.
+/// The four characters in quotes. Always one printable line, whatever the bytes are.
 std::string quotedType(FourCharCode type);
 
-/// Reads the payload of one box. Throws MediaError::corrupt, naming the box, where it ends too early.
+/// Reads the payload of one box. Throws MediaError::corrupt, naming the box, if the payload is too short.
 class BoxReader {
 public:
     static constexpr bool reading = true;
@@ -36,43 +35,43 @@ public:
     FourCharCode type() const { return type_; }
     std::size_t remaining() const { return rest_.size(); }
 
-    /// Version and flags of a full box (ISO/IEC 14496-12, clause 4.2). Refuses a version above `greatest`.
-    void versionAndFlags(std::uint8_t& version, std::uint32_t& flags, std::uint8_t greatest);
+    /// Version and flags of a full box (ISO/IEC 14496-12, clause 4.2). Refuses a version above `maxVersion`.
+    void versionAndFlags(std::uint8_t& version, std::uint32_t& flags, std::uint8_t maxVersion);
 
     template <std::integral... Fields>
     void fields(Fields&... values) {
         (readNumber(values), ...);
     }
-    /// 64 bits where `isWide`, 32 otherwise; 32 bits are extended with their sign for signed numbers.
+    /// 64 bits if `isWide`, 32 otherwise. 32-bit values of signed fields are sign-extended.
     template <std::integral... Fields>
     void sized(bool isWide, Fields&... values) {
         (readSized(isWide, values), ...);
     }
     void flags24(std::uint32_t& flags);
-    /// Bytes whose content says nothing; written as zeros.
+    /// Bytes without meaning. They are skipped; BoxWriter writes zeros.
     void reserved(std::size_t count) { take(count); }
     template <std::size_t size>
     void bytes(std::array<std::uint8_t, size>& values) {
         const auto taken = take(size);
         std::copy(taken.begin(), taken.end(), values.begin());
     }
-    /// All that is left of the box.
+    /// All remaining bytes of the box.
     void rest(std::vector<std::uint8_t>& values);
 
-    /// Makes room for `count` entries, each at least `entryBytes` long. Refuses a count beyond the box's end.
+    /// Resizes `list` to `count` entries of at least `entryBytes` each. Throws if they do not fit in the box.
     template <class Entry>
     void entries(std::vector<Entry>& list, std::uint64_t count, std::size_t entryBytes) {
         requireEntries(count, entryBytes);
         list.resize(count);
     }
-    /// The same for a list behind a 32-bit count.
+    /// The same for a list that follows its 32-bit count.
     template <class Entry>
     void counted(std::vector<Entry>& list, std::size_t entryBytes) {
         std::uint32_t count = 0;
         fields(count);
         entries(list, count, entryBytes);
     }
-    /// One whole box that lies in this one.
+    /// One whole box nested in this one.
     void box(std::vector<std::uint8_t>& whole);
 
 private:
@@ -108,22 +107,22 @@ class BoxWriter {
 public:
     static constexpr bool reading = false;
 
-    /// Opens a box whose size is filled in by `close`. Boxes nest.
+    /// Opens a box; `close` fills in its size. Boxes nest.
     void open(FourCharCode type);
-    /// Throws MediaError::unsupported where the box has grown beyond 32 bits of size.
+    /// Throws MediaError::unsupported if the box needs a size of more than 32 bits.
     void close();
-    /// Whole boxes, as they are.
+    /// Appends whole boxes unchanged.
     void append(std::span<const std::uint8_t> bytes) {
         bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
     }
 
-    /// So many bytes are to be expected.
+    /// Reserves capacity for `bytes` bytes in all.
     void reserve(std::size_t bytes) { bytes_.reserve(bytes); }
 
     std::size_t size() const { return bytes_.size(); }
     std::vector<std::uint8_t> take() { return std::exchange(bytes_, {}); }
 
-    void versionAndFlags(const std::uint8_t& version, const std::uint32_t& flags, std::uint8_t greatest);
+    void versionAndFlags(const std::uint8_t& version, const std::uint32_t& flags, std::uint8_t maxVersion);
     template <std::integral... Fields>
     void fields(const Fields&... values) {
         (putNumber(values), ...);
@@ -157,7 +156,7 @@ private:
     }
 
     std::vector<std::uint8_t> bytes_;
-    std::vector<std::size_t> opened_; ///< where each box that is still open starts
+    std::vector<std::size_t> opened_; ///< start of each box that is still open
 };
 
 } // namespace zelvra::isobmff

@@ -10,22 +10,22 @@
 
 namespace zelvra::isobmff {
 
-/// The boxes of ISO/IEC 14496-12 (and the QuickTime file format) that an index is made of. One struct a box,
-/// named fields only; one function `transfer` that reads it or writes it. Boxes that only hold boxes have no
-/// struct: the reader walks them, the writer opens and closes them.
+/// The boxes of ISO/IEC 14496-12 (and the QuickTime file format) that make up a movie's index. Each box is
+/// one struct of named fields with one function `transfer` that reads or writes it. Boxes that only contain
+/// boxes have no struct: the reader walks them, the writer opens and closes them.
 ///
-/// Every struct has `type`, and `==`. Those with a `version` are written in the one they hold; where a number
-/// may need the wider form, `leastVersion()` says which version holds it.
+/// Every struct has `type` and `==`. A struct with a `version` is written in that version. If a number may
+/// need the wider form, `minVersion()` returns the version that can hold it.
 
-/// Fields that 32 bits cannot hold ask for version 1.
+/// Version 1 if any of the numbers does not fit in 32 bits, otherwise 0.
 template <std::integral... Numbers>
 std::uint8_t versionFor(Numbers... values) {
-    constexpr std::uint64_t greatest = std::numeric_limits<std::uint32_t>::max();
-    return ((static_cast<std::uint64_t>(values) > greatest) || ...) ? 1 : 0;
+    constexpr std::uint64_t max32 = std::numeric_limits<std::uint32_t>::max();
+    return ((static_cast<std::uint64_t>(values) > max32) || ...) ? 1 : 0;
 }
 
-/// A transformation as files hold it (clause 8.2.2.2): a, b, u, c, d, v, x, y, w; u, v, w in 2.30, the others
-/// in 16.16 fixed point.
+/// A transformation as it is stored in files (clause 8.2.2.2), in the order a, b, u, c, d, v, x, y, w. u, v
+/// and w are 2.30 fixed point, the others 16.16.
 using MatrixFields = std::array<std::int32_t, 9>;
 inline constexpr MatrixFields identityMatrix{0x10000, 0, 0, 0, 0x10000, 0, 0, 0, 0x40000000};
 
@@ -70,7 +70,7 @@ struct MovieHeaderBox {
     MatrixFields matrix = identityMatrix;
     std::uint32_t nextTrackId = 1;
 
-    std::uint8_t leastVersion() const { return versionFor(creationTime, modificationTime, duration); }
+    std::uint8_t minVersion() const { return versionFor(creationTime, modificationTime, duration); }
     bool operator==(const MovieHeaderBox&) const = default;
 };
 
@@ -105,7 +105,7 @@ struct TrackHeaderBox {
     std::uint32_t width = 0;
     std::uint32_t height = 0;
 
-    std::uint8_t leastVersion() const { return versionFor(creationTime, modificationTime, duration); }
+    std::uint8_t minVersion() const { return versionFor(creationTime, modificationTime, duration); }
     bool operator==(const TrackHeaderBox&) const = default;
 };
 
@@ -130,7 +130,7 @@ struct EditListBox {
     std::uint32_t flags = 0;
     std::vector<Edit> edits;
 
-    std::uint8_t leastVersion() const {
+    std::uint8_t minVersion() const {
         return std::any_of(edits.begin(), edits.end(), [](const Edit& edit) {
             return versionFor(edit.duration) == 1 ||
                    edit.mediaTime > std::numeric_limits<std::int32_t>::max();
@@ -161,7 +161,7 @@ struct MediaHeaderBox {
     std::uint16_t language = 0;
     std::uint16_t quality = 0; ///< QuickTime only
 
-    std::uint8_t leastVersion() const { return versionFor(creationTime, modificationTime, duration); }
+    std::uint8_t minVersion() const { return versionFor(creationTime, modificationTime, duration); }
     bool operator==(const MediaHeaderBox&) const = default;
 };
 
@@ -174,14 +174,14 @@ void transfer(Transfer& io, MediaHeaderBox& box) {
     io.fields(box.language, box.quality);
 }
 
-/// Clause 8.4.3. QuickTime puts a component type before the handler, and a Pascal string behind.
+/// Clause 8.4.3. In QuickTime a component type precedes the handler and a Pascal string follows it.
 struct HandlerBox {
     static constexpr FourCharCode type = fourCharCode("hdlr");
     std::uint8_t version = 0;
     std::uint32_t flags = 0;
     FourCharCode componentType = 0; ///< QuickTime: "mhlr" or "dhlr"; 0 in MP4
     FourCharCode handler = 0;
-    std::vector<std::uint8_t> name; ///< with its length byte or terminating zero
+    std::vector<std::uint8_t> name; ///< with its length byte or its terminating zero
     bool operator==(const HandlerBox&) const = default;
 };
 
@@ -193,11 +193,11 @@ void transfer(Transfer& io, HandlerBox& box) {
     io.rest(box.name);
 }
 
-/// Clause 12.1.2. Mode and colour stay at their only useful value.
+/// Clause 12.1.2. Mode and colour keep their only useful value.
 struct VideoMediaHeaderBox {
     static constexpr FourCharCode type = fourCharCode("vmhd");
     std::uint8_t version = 0;
-    std::uint32_t flags = 1; // the standard's own value
+    std::uint32_t flags = 1; // required by the standard
     std::uint16_t graphicsMode = 0;
     std::array<std::uint8_t, 6> operationColor{};
     bool operator==(const VideoMediaHeaderBox&) const = default;
@@ -233,7 +233,7 @@ struct DataReferenceBox {
     std::uint32_t flags = 0;
     std::vector<std::vector<std::uint8_t>> entries;
 
-    /// "The media is in this very file": `url ` in MP4, `alis` in QuickTime, with flag 1 and no payload.
+    /// The entry for media in the same file: `url ` in MP4, `alis` in QuickTime, with flag 1 and no payload.
     static std::vector<std::uint8_t> selfContained(FourCharCode kind) {
         BoxWriter writer;
         writer.open(kind);
@@ -287,8 +287,7 @@ void transfer(Transfer& io, TimeToSampleBox& box) {
     }
 }
 
-/// Clause 8.6.1.3. Offsets of version 0 are read with their sign too, as QuickTime writes negative ones
-/// there.
+/// Clause 8.6.1.3. Version 0 is read as signed too, because QuickTime writes negative offsets in it.
 struct CompositionOffsetBox {
     static constexpr FourCharCode type = fourCharCode("ctts");
     struct Run {
@@ -317,7 +316,7 @@ struct SampleNumbersBox {
     static constexpr FourCharCode type = boxType;
     std::uint8_t version = 0;
     std::uint32_t flags = 0;
-    std::vector<std::uint32_t> numbers; ///< from 1 on, increasing
+    std::vector<std::uint32_t> numbers; ///< 1-based, increasing
     bool operator==(const SampleNumbersBox&) const = default;
 };
 using SyncSampleBox = SampleNumbersBox<fourCharCode("stss")>;
@@ -338,7 +337,7 @@ struct SampleToChunkBox {
     struct Run {
         std::uint32_t firstChunk = 1;
         std::uint32_t samplesPerChunk = 0;
-        std::uint32_t sampleEntry = 1; ///< number of the sample entry, from 1 on
+        std::uint32_t sampleEntry = 1; ///< 1-based number of the sample entry
         bool operator==(const Run&) const = default;
     };
     std::uint8_t version = 0;
@@ -361,8 +360,8 @@ struct SampleSizeBox {
     static constexpr FourCharCode type = fourCharCode("stsz");
     std::uint8_t version = 0;
     std::uint32_t flags = 0;
-    std::uint32_t uniformSize = 0; ///< not 0: of every sample, and `sizes` is empty
-    std::uint32_t count = 0;       ///< of samples
+    std::uint32_t uniformSize = 0; ///< if not 0, the size of every sample, and `sizes` is empty
+    std::uint32_t count = 0;       ///< number of samples
     std::vector<std::uint32_t> sizes;
     bool operator==(const SampleSizeBox&) const = default;
 };
@@ -379,7 +378,7 @@ void transfer(Transfer& io, SampleSizeBox& box) {
     }
 }
 
-/// Clause 8.7.3.3. `sizes` as unpacked numbers of `fieldSize` bits.
+/// Clause 8.7.3.3. `sizes` holds the unpacked numbers of `fieldSize` bits.
 struct CompactSampleSizeBox {
     static constexpr FourCharCode type = fourCharCode("stz2");
     std::uint8_t version = 0;
@@ -413,7 +412,7 @@ void transfer(Transfer& io, OffsetsBox<boxType, Offset>& box) {
     }
 }
 
-/// Clause 8.9.3 with the roll recovery entries of clause 10.1, in version 1 with entries of 2 bytes.
+/// Clause 8.9.3 with the roll recovery entries of clause 10.1; version 1, 2 bytes an entry.
 struct RollDescriptionBox {
     static constexpr FourCharCode type = fourCharCode("sgpd");
     static constexpr FourCharCode grouping = fourCharCode("roll");
@@ -443,7 +442,7 @@ struct SampleToGroupBox {
     static constexpr FourCharCode type = fourCharCode("sbgp");
     struct Run {
         std::uint32_t count = 0;
-        std::uint32_t description = 0; ///< number of the group's description, from 1 on; 0 = of no group
+        std::uint32_t description = 0; ///< 1-based number of the group's description; 0 = in no group
         bool operator==(const Run&) const = default;
     };
     std::uint8_t version = 0;
@@ -482,7 +481,7 @@ void transfer(Transfer& io, TrackExtendsBox& box) {
     io.fields(box.trackId, box.sampleEntry, box.duration, box.size, box.sampleFlags);
 }
 
-/// Clause 8.8.7. The flags say which fields the file holds; the others stay as they are.
+/// Clause 8.8.7. The flags name the fields that the file contains; the others keep their default.
 struct TrackFragmentHeaderBox {
     static constexpr FourCharCode type = fourCharCode("tfhd");
     static constexpr std::uint32_t hasBaseOffset = 0x1;
@@ -533,7 +532,7 @@ struct TrackFragmentDecodeTimeBox {
     std::uint32_t flags = 0;
     std::uint64_t decodeTime = 0;
 
-    std::uint8_t leastVersion() const { return versionFor(decodeTime); }
+    std::uint8_t minVersion() const { return versionFor(decodeTime); }
     bool operator==(const TrackFragmentDecodeTimeBox&) const = default;
 };
 
@@ -543,7 +542,7 @@ void transfer(Transfer& io, TrackFragmentDecodeTimeBox& box) {
     io.sized(box.version == 1, box.decodeTime);
 }
 
-/// Clause 8.8.8. The flags say which fields each sample has; the others stay 0 and take a default.
+/// Clause 8.8.8. The flags name the fields that each sample has; the others stay 0 and take a default.
 struct TrackRunBox {
     static constexpr FourCharCode type = fourCharCode("trun");
     static constexpr std::uint32_t hasDataOffset = 0x1;
@@ -561,10 +560,10 @@ struct TrackRunBox {
     };
     std::uint8_t version = 0;
     std::uint32_t flags = 0;
-    std::uint32_t count = 0; ///< of samples
+    std::uint32_t count = 0; ///< number of samples
     std::int32_t dataOffset = 0;
     std::uint32_t firstSampleFlags = 0;
-    std::vector<Entry> samples; ///< empty where no field is given for each sample
+    std::vector<Entry> samples; ///< empty if no field is stored for each sample
 
     bool has(std::uint32_t flag) const { return (flags & flag) != 0; }
     std::size_t entryBytes() const {
@@ -604,7 +603,7 @@ void transfer(Transfer& io, TrackRunBox& box) {
     }
 }
 
-/// Reads a box from its payload. Bytes behind its last field are ignored.
+/// Reads a box from its payload. Bytes after its last field are ignored.
 template <class Box>
 Box readBox(std::span<const std::uint8_t> payload) {
     BoxReader reader(Box::type, payload);
@@ -613,7 +612,7 @@ Box readBox(std::span<const std::uint8_t> payload) {
     return box;
 }
 
-/// Appends a whole box. `box` is not changed; it is not const because `transfer` serves reading too.
+/// Appends a whole box. Does not change `box`, which is not const only because `transfer` also reads.
 template <class Box>
 void writeBox(BoxWriter& writer, Box& box) {
     writer.open(Box::type);
@@ -627,7 +626,7 @@ void writeBox(BoxWriter& writer, Box&& box)
     writeBox(writer, box);
 }
 
-/// Appends a box that holds what `content` writes.
+/// Appends a box whose payload is written by `content`.
 template <class Content>
 void writeContainer(BoxWriter& writer, FourCharCode type, Content content) {
     writer.open(type);

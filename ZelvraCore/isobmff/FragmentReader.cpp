@@ -13,14 +13,14 @@ namespace {
     throw MediaError(MediaError::Cause::corrupt, line);
 }
 
-/// Clause 8.8.3.1: not a sync sample, or one that depends on others.
+/// Clause 8.8.3.1: flagged as a non-sync sample, or as dependent on other samples, means no.
 bool isSync(std::uint32_t flags) {
     constexpr std::uint32_t nonSync = 0x00010000;
     constexpr std::uint32_t dependsOnOthers = 0x01000000;
     return (flags & (nonSync | dependsOnOthers)) == 0;
 }
 
-/// Times beyond this cannot be added to one another without care, and no movie lasts so long.
+/// Sums of a few times below this cannot overflow. No movie lasts that long.
 constexpr std::uint64_t latestTime = std::uint64_t{1} << 60;
 
 } // namespace

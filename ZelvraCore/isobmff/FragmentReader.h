@@ -11,17 +11,18 @@
 
 namespace zelvra::isobmff {
 
-/// Adds the samples of movie fragments (`moof`, ISO/IEC 14496-12 clause 8.8) to the tracks that they belong
-/// to. Part of readMovie; pure.
+/// Adds the samples of movie fragments (`moof`, ISO/IEC 14496-12 clause 8.8) to their tracks. Part of
+/// readMovie. Pure: it reads no file.
 class FragmentReader {
 public:
-    /// Both must outlive this.
+    /// Both arguments must outlive this.
     FragmentReader(std::vector<Track>& tracks, SampleBounds& bounds) : tracks_(tracks), bounds_(bounds) {}
 
-    /// The defaults in `mvex`, once.
+    /// Reads the defaults in `mvex`. Call it once, before the first fragment.
     void readDefaults(std::span<const std::uint8_t> movieExtendsPayload);
 
-    /// One fragment, in the order of the file. `offset` is where its box starts in the file.
+    /// Reads one fragment. Call it in the order of the file. `offset` is the position of the fragment's box
+    /// in the file.
     void readFragment(std::span<const std::uint8_t> fragmentPayload, std::uint64_t offset);
 
 private:
@@ -36,7 +37,7 @@ private:
     void readRuns(const std::vector<RawBox>& boxes, std::uint64_t base, const Defaults& defaults,
                   Track& track);
     void readRun(const TrackRunBox& run, const Defaults& defaults, std::int64_t& time, Track& track);
-    /// Of a track that is not kept: the next one's data may start where its data end.
+    /// Skips a track that is not kept, because the next track's data may start where this track's data ends.
     void skipRuns(const std::vector<RawBox>& boxes, std::uint64_t base, const Defaults& defaults);
     void startRun(const TrackRunBox& run, std::uint64_t base);
     Defaults defaultsOf(const TrackFragmentHeaderBox& header) const;
@@ -45,8 +46,9 @@ private:
     std::vector<Track>& tracks_;
     SampleBounds& bounds_;
     std::map<std::uint32_t, Defaults> defaults_;
-    std::map<std::uint32_t, std::int64_t> ends_; ///< by track: when the next sample decodes
-    std::uint64_t dataEnd_ = 0;                  ///< where the last run's data ends: the next one's default
+    std::map<std::uint32_t, std::int64_t> ends_; ///< by track: decode time of the next sample
+    std::uint64_t dataEnd_ = 0;                  ///< end of the last run's data, which is the default start
+                                                 ///< of the next
 };
 
 } // namespace zelvra::isobmff

@@ -16,14 +16,14 @@ namespace {
 constexpr FourCharCode movieType = fourCharCode("moov");
 constexpr FourCharCode fragmentType = fourCharCode("moof");
 
-/// A larger index is not read into memory: 4 hours of picture and sound take 20 MB.
-constexpr std::uint64_t mostIndexBytes = std::uint64_t{1} << 29;
+/// A larger index is not read into memory. 4 hours of picture and sound take 20 MB.
+constexpr std::uint64_t maxIndexBytes = std::uint64_t{1} << 29;
 
 [[noreturn]] void fail(MediaError::Cause cause, const std::string& line) {
     throw MediaError(cause, line);
 }
 
-/// A box of the file itself, not yet read.
+/// A top-level box of the file. Its payload is not read yet.
 struct FileBox {
     FourCharCode type = 0;
     std::uint64_t offset = 0;
@@ -33,7 +33,7 @@ struct FileBox {
     std::uint64_t payloadSize() const { return size - headerSize; }
 };
 
-/// Nothing where no box can start: fewer than 8 bytes left, or a size that is none.
+/// `nullopt` if no box can start here: fewer than 8 bytes are left, or the size is invalid.
 std::optional<FileBox> fileBoxAt(const files::ByteSource& source, std::uint64_t offset) {
     constexpr std::uint64_t shortHeader = 8;
     constexpr std::uint64_t longHeader = 16;
@@ -59,7 +59,7 @@ std::optional<FileBox> fileBoxAt(const files::ByteSource& source, std::uint64_t 
     return box.size >= box.headerSize ? std::optional(box) : std::nullopt;
 }
 
-/// Types that a movie file may start with.
+/// Types that the first box of a movie file may have.
 bool startsMovieFile(FourCharCode type) {
     static const std::set<FourCharCode> types{
         fourCharCode("ftyp"), fourCharCode("moov"), fourCharCode("mdat"), fourCharCode("wide"),
@@ -72,7 +72,7 @@ std::vector<std::uint8_t> readPayload(const files::ByteSource& source, const Fil
     if (box.size > source.size() - box.offset) {
         fail(MediaError::Cause::corrupt, "the file ends within its movie index");
     }
-    if (box.payloadSize() > mostIndexBytes) {
+    if (box.payloadSize() > maxIndexBytes) {
         fail(MediaError::Cause::unsupported, "the movie index is larger than 512 MiB");
     }
     return source.readBytes(box.offset + box.headerSize, box.payloadSize());
@@ -87,7 +87,7 @@ void readMovieHeader(const MovieHeaderBox& header, Movie& movie) {
     }
 }
 
-/// Reads the file's boxes in order, one method a kind.
+/// Reads the top-level boxes of a file in order, with one method for each kind.
 class MovieFile {
 public:
     explicit MovieFile(const files::ByteSource& source) : source_(source) {}
@@ -101,7 +101,7 @@ public:
             known_ = true;
             readBoxOfFile(*box);
             if (box->size >= source_.size() - offset) {
-                break; // the last one; media that is cut short shows in its samples
+                break; // the last box; truncated media is found when its samples are checked
             }
             offset += box->size;
         }
@@ -177,7 +177,7 @@ Movie readMovie(const files::ByteSource& source) {
         return MovieFile(source).read();
     } catch (const MediaError& error) {
         if (error.cause() == MediaError::Cause::unreadable) {
-            throw; // names the file already
+            throw; // already names the file
         }
         throw MediaError(error.cause(), source.name() + ": " + error.what());
     }

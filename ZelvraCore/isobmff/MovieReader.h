@@ -9,8 +9,8 @@ namespace zelvra::isobmff {
 
 /// Reads the index of an MP4, M4V or QuickTime movie (ISO/IEC 14496-12; the QuickTime file format): `moov` at
 /// the front or the end, and every movie fragment. Media bytes are never read, so a movie of hours costs
-/// milliseconds and the memory of its samples. The bytes are taken for hostile: every count, size and offset
-/// is checked before use.
+/// milliseconds and the memory of its samples. The file is not trusted: every count, size and offset is
+/// checked before use.
 ///
 /// Any thread. Throws MediaError with one line that names the file: `unsupported` (not such a file, a
 /// compressed index, media in another file), `corrupt` (a truncated or contradictory box, a sample of a

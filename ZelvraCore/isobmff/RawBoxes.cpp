@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t shortHeader = 8;
 constexpr std::size_t longHeader = 16;
 
-/// The box at the start of `bytes`, which are at least a short header long.
+/// The box at the start of `bytes`. Requires at least the 8 bytes of a short header.
 RawBox firstBox(std::span<const std::uint8_t> bytes) {
     BoxReader reader(0, bytes);
     std::uint32_t shortSize = 0;
@@ -25,7 +25,7 @@ RawBox firstBox(std::span<const std::uint8_t> bytes) {
     if (shortSize == 1) {
         reader.fields(size);
         header = longHeader;
-    } else if (shortSize == 0) { // to the end of what holds it
+    } else if (shortSize == 0) { // reaches to the end of its container
         size = bytes.size();
     }
     if (size < header || size > bytes.size()) {

@@ -10,8 +10,9 @@
 
 namespace zelvra::isobmff {
 
-/// Finding boxes inside bytes that are carried whole: the configuration in a sample entry, the items of user
-/// data. Pure; views into the caller's bytes, valid as long as these are. Not for files: see MovieReader.h.
+/// Finds boxes inside bytes that are carried whole: the configuration in a sample entry, the items of user
+/// data. Pure. Results are views into the caller's bytes and valid as long as these are. Not for files: see
+/// MovieReader.h.
 
 /// A box within other bytes.
 struct RawBox {
@@ -20,8 +21,8 @@ struct RawBox {
     std::span<const std::uint8_t> payload; ///< what follows the header
 };
 
-/// The boxes that follow one another in `bytes`. Throws MediaError::corrupt where a size leaves the bytes;
-/// fewer than 8 bytes at the end (QuickTime ends lists with 4 zeros) are ignored.
+/// The consecutive boxes in `bytes`. Throws MediaError::corrupt if a box reaches beyond the bytes. Fewer than
+/// 8 bytes at the end are ignored, because QuickTime ends lists with 4 zeros.
 std::vector<RawBox> rawBoxes(std::span<const std::uint8_t> bytes);
 
 /// The boxes inside a whole visual sample entry (`avcC`, `colr`, `pasp` ...), ISO/IEC 14496-12 clause 12.1.3.
@@ -36,10 +37,10 @@ inline constexpr std::size_t visualEntryHeaderSize = 86;
 /// Bytes of a sound entry before its boxes: 36, or 52 and 72 in QuickTime's versions 1 and 2.
 std::size_t soundEntryHeaderSize(std::span<const std::uint8_t> entry);
 
-/// The first of them with that type, or nullptr.
+/// The first box with that type, or nullptr.
 const RawBox* findBox(const std::vector<RawBox>& boxes, FourCharCode type);
 
-/// A new box of that type around `payload`.
+/// A new box with that type and payload.
 std::vector<std::uint8_t> makeBox(FourCharCode type, std::span<const std::uint8_t> payload);
 
 } // namespace zelvra::isobmff

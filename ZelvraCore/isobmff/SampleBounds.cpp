@@ -7,9 +7,9 @@
 namespace zelvra::isobmff {
 
 void SampleBounds::admitListed(std::uint64_t count) {
-    if (count > mostSamples - admitted_) {
+    if (count > maxSamples - admitted_) {
         throw MediaError(MediaError::Cause::unsupported,
-                         "the movie has more than " + std::to_string(mostSamples) + " samples");
+                         "the movie has more than " + std::to_string(maxSamples) + " samples");
     }
     admitted_ += count;
 }

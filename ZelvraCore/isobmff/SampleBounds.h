@@ -6,23 +6,23 @@
 
 namespace zelvra::isobmff {
 
-/// What the size of a movie's file says about its samples, so that no table of a hostile one is believed
-/// before memory is taken. One for all tracks of a movie. Every refusal is MediaError::corrupt, or
-/// `unsupported` beyond `mostSamples`.
+/// Limits on the samples of a movie, derived from the size of its file. They stop a hostile table from taking
+/// memory. One object serves all tracks of a movie. Each check throws MediaError::corrupt, or `unsupported`
+/// beyond `maxSamples`.
 class SampleBounds {
 public:
-    /// Of all tracks together: a day of pictures at 120 a second and of sound. More is a lie, or of no use
-    /// here.
-    static constexpr std::uint64_t mostSamples = std::uint64_t{1} << 24;
+    /// For all tracks together: a day of pictures at 120 a second and of sound. A file that claims more is
+    /// wrong or of no use here.
+    static constexpr std::uint64_t maxSamples = std::uint64_t{1} << 24;
 
     explicit SampleBounds(std::uint64_t fileSize) : fileSize_(fileSize) {}
 
-    /// Lets a track have `count` samples more, each of which has bytes of its own in a table.
+    /// Accepts `count` more samples, each of which has bytes of its own in a table.
     void admitListed(std::uint64_t count);
-    /// The same for samples that no table lists: they cannot be more than the file has bytes.
+    /// The same for samples that no table lists. There cannot be more of them than bytes in the file.
     void admitUnlisted(std::uint64_t count);
 
-    /// Refuses a sample that does not lie within the file. `number` counts from 1, for the error.
+    /// Refuses a sample that is not within the file. `number` is 1-based and appears in the error.
     void requireInFile(const Sample& sample, std::uint64_t number) const;
 
 private:

@@ -63,13 +63,13 @@ void readTable(const RawBox& box, SampleTables& tables) {
 using DurationWalker = RunWalker<TimeToSampleBox::Run, std::uint32_t>;
 using OffsetWalker = RunWalker<CompositionOffsetBox::Run, std::int32_t>;
 
-/// A table that ends early holds good for the rest of the samples.
+/// If the table ends early, its last value applies to the remaining samples.
 DurationWalker durationWalker(const TimeToSampleBox& table) {
     return {table.runs, &TimeToSampleBox::Run::duration, table.runs.empty() ? 0 : table.runs.back().duration};
 }
 
-/// What a QuickTime sound entry says about its constant packets; `bytes` 0 where it says nothing.
-/// QuickTime File Format, "Sound sample description" versions 0 to 2.
+/// The constant packets that a QuickTime sound entry describes; `bytes` is 0 if it describes none. QuickTime
+/// File Format, "Sound sample description" versions 0 to 2.
 UniformPackets packetsOfSoundEntry(const SampleEntry& entry) {
     constexpr std::size_t headerAndReference = 16;
     BoxReader reader(entry.type, std::span(entry.box).subspan(headerAndReference));
@@ -97,10 +97,11 @@ UniformPackets packetsOfSoundEntry(const SampleEntry& entry) {
     return packets;
 }
 
-/// Sound whose samples all have one size and last one tick is not listed sample by sample: PCM has as many as
-/// it has moments. Old QuickTime files say size 1 there and leave the true one to the sample entry.
+/// Sound whose samples all have one size and last one tick is not listed sample by sample, because PCM would
+/// have one for each moment. Old QuickTime files give size 1 in the table and the true size in the sample
+/// entry only.
 UniformPackets uniformPackets(const SampleTables& tables, const Track& track) {
-    constexpr std::size_t leastSoundEntry = 36;
+    constexpr std::size_t minSoundEntrySize = 36;
     const bool oneTickEach = tables.durations && !tables.durations->runs.empty() &&
                              std::all_of(tables.durations->runs.begin(), tables.durations->runs.end(),
                                          [](const TimeToSampleBox::Run& run) { return run.duration == 1; });
@@ -109,7 +110,7 @@ UniformPackets uniformPackets(const SampleTables& tables, const Track& track) {
         return {};
     }
     const UniformPackets listed{tables.sizes->uniformSize, 1};
-    if (tables.entries.front().box.size() < leastSoundEntry) {
+    if (tables.entries.front().box.size() < minSoundEntrySize) {
         return listed;
     }
     const UniformPackets described = packetsOfSoundEntry(tables.entries.front());
@@ -118,15 +119,16 @@ UniformPackets uniformPackets(const SampleTables& tables, const Track& track) {
 }
 
 void unfoldUniform(const SampleTables& tables, SampleBounds& bounds, Track& track) {
-    constexpr std::uint64_t mostPacketsInRecord = 1u << 14; // so that a record can be moved as one
-    std::uint64_t left = tables.sizes->count;               // in ticks: one listed sample each
+    constexpr std::uint64_t maxPacketsPerRecord = 1u << 14; // keeps a record small enough to be moved in one
+                                                            // piece
+    std::uint64_t left = tables.sizes->count;               // in ticks: one for each listed sample
     std::int64_t decodeTime = 0;
     ChunkWalker chunks(tables);
     while (const auto chunk = chunks.next()) {
         std::uint64_t offset = chunk->offset;
         std::uint64_t packets = std::min<std::uint64_t>(chunk->samples, left) / track.uniform.ticks;
         while (packets > 0) {
-            const std::uint64_t count = std::min(packets, mostPacketsInRecord);
+            const std::uint64_t count = std::min(packets, maxPacketsPerRecord);
             Sample record;
             record.offset = offset;
             record.decodeTime = decodeTime;
@@ -187,7 +189,7 @@ void markSyncSamples(const SampleTables& tables, std::vector<Sample>& samples) {
     for (Sample& sample : samples) {
         sample.sync = false;
     }
-    // Numbers outside the track mark nothing; some recorders write a 0.
+    // Numbers outside the track are ignored; some recorders write a 0.
     const auto mark = [&samples](const std::vector<std::uint32_t>& numbers, bool partial) {
         for (const std::uint32_t number : numbers) {
             if (number >= 1 && number <= samples.size()) {

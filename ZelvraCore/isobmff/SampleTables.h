@@ -10,8 +10,8 @@
 
 namespace zelvra::isobmff {
 
-/// The compressed tables of a track (`stbl`, ISO/IEC 14496-12 clause 8.5), and their unfolding into samples.
-/// Pure: boxes in, samples out; it neither reads a file nor knows edits.
+/// The compressed tables of a track (`stbl`, ISO/IEC 14496-12 clause 8.5) and how they unfold into samples.
+/// Pure: it reads no file and knows no edits.
 
 struct SampleTables {
     std::vector<SampleEntry> entries;
@@ -24,11 +24,11 @@ struct SampleTables {
     std::vector<std::uint64_t> chunkOffsets;
 };
 
-/// Reads the boxes inside an `stbl`; `stz2` and `stco` come out as `stsz` and `co64`. With `withSamples`
-/// unset the sample entries only.
+/// Reads the boxes inside an `stbl`; `stz2` and `stco` are returned as `stsz` and `co64`. If `withSamples` is
+/// false, only the sample entries are read.
 SampleTables readSampleTables(std::span<const std::uint8_t> sampleTablePayload, bool withSamples);
 
-/// Walks a table of runs, one value a sample. Behind the last run the value is `rest`.
+/// Walks a table of runs, one value a sample. After the last run the value is `rest`.
 template <class Run, class Value>
 class RunWalker {
 public:
@@ -64,11 +64,11 @@ public:
         std::uint16_t sampleEntry = 0; ///< index into the sample entries
     };
 
-    /// `tables` must outlive this. Throws MediaError::corrupt where the runs are out of order or name a
-    /// sample entry that there is not.
+    /// `tables` must outlive this. Throws MediaError::corrupt if the runs are out of order or refer to a
+    /// sample entry that does not exist.
     explicit ChunkWalker(const SampleTables& tables);
 
-    /// Nothing after the last chunk.
+    /// `nullopt` after the last chunk.
     std::optional<Chunk> next();
 
 private:
@@ -77,8 +77,8 @@ private:
     std::size_t run_ = 0;
 };
 
-/// Fills `samples` and `uniform` of a track (and `hasSyncTable`) from its tables. Throws MediaError as
-/// `bounds` does, and `corrupt` where the tables contradict each other.
+/// Fills `samples`, `uniform` and `hasSyncTable` of a track from its tables. Throws MediaError as `bounds`
+/// does, and `corrupt` if the tables contradict each other.
 void unfoldSamples(const SampleTables& tables, SampleBounds& bounds, Track& track);
 
 } // namespace zelvra::isobmff

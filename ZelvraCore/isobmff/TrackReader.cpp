@@ -9,7 +9,7 @@ namespace zelvra::isobmff {
 
 namespace {
 
-/// The payload of a box that must be there.
+/// The payload of a box that is mandatory. Throws MediaError::corrupt if it is missing.
 std::span<const std::uint8_t> required(const std::vector<RawBox>& boxes, FourCharCode type) {
     const RawBox* box = findBox(boxes, type);
     if (box == nullptr) {
@@ -56,7 +56,8 @@ std::vector<TrackReference> readReferences(std::span<const std::uint8_t> payload
     return references;
 }
 
-/// Media in other files (QuickTime's reference movies) is refused: there is nothing here to pass through.
+/// Refuses media in other files (QuickTime's reference movies), because the engine copies media from this
+/// file only.
 void requireOwnMedia(std::span<const std::uint8_t> dataInformation) {
     const RawBox* box = nullptr;
     const std::vector<RawBox> boxes = rawBoxes(dataInformation);
@@ -115,7 +116,8 @@ void readTrackBoxes(const std::vector<RawBox>& boxes, SampleBounds& bounds, Trac
         default: break;
         }
     }
-    if (track.isVideo() || track.isSound()) { // headers lie, and say nothing of fragments
+    if (track.isVideo() || track.isSound()) { // the header's value may be wrong and does not include
+                                              // fragments
         track.mediaDuration = track.samples.empty() ? 0 : decodeEnd(track.samples.back());
     }
 }

@@ -31,7 +31,7 @@ bool startsEarlier(const ShownSample& a, const ShownSample& b) {
     return a.start < b.start;
 }
 
-/// An edit in ticks of the track. `start` is where the edits before it end.
+/// An edit in ticks of the track. `start` is the end of the edits before it.
 struct Cut {
     std::int64_t start = 0;
     std::int64_t duration = 0;
@@ -42,14 +42,16 @@ struct Cut {
     bool shows(std::int64_t mediaTime) const { return mediaTime >= mediaStart && mediaTime < mediaEnd(); }
 };
 
-/// Places a track's samples on the timeline. The rules are libavformat's (its `advanced_editlist`), since
-/// every picture that is decoded gets its time from there:
-/// - A picture is shown where its presentation time lies within the edit; one that began before is not.
-/// - The first such picture *in decode order* decodes at the edit's start, the others keep their distance.
-/// - The whole track then moves so that its earliest picture appears at 0, or where leading empty edits end.
-/// - An empty edit that follows a shown one is no gap: it shows the media's beginning.
-/// - The first edit of a sound track starts exactly, within a packet; a later one at the next packet.
-/// - Edits of a track whose samples all lie in fragments only move it; nothing is cut away.
+/// Places a track's samples on the timeline. The rules are those of libavformat (its `advanced_editlist`),
+/// because every decoded picture gets its time from there:
+/// - A picture is shown if its presentation time is within the edit. One that began earlier is not shown.
+/// - The first such picture *in decode order* decodes at the edit's start; the others keep their distance to
+///   it.
+/// - Then the whole track moves so that its earliest picture appears at 0, or at the end of the leading empty
+///   edits.
+/// - An empty edit after a shown one is not a gap: it shows the media's beginning.
+/// - The first edit of a sound track starts exactly, within a packet; a later one starts at the next packet.
+/// - If all samples of a track are in fragments, its edits only move it and cut nothing away.
 class Placement {
 public:
     Placement(const Track& track, std::uint32_t movieTimescale)
@@ -90,7 +92,7 @@ private:
         }
     }
 
-    /// Samples that no edit cuts: the media without an edit list, and samples in fragments.
+    /// Places samples that no edit cuts: all of them without an edit list, and those in fragments.
     void placeFrom(std::size_t first) {
         if (first == track_.samples.size()) {
             return;
@@ -113,7 +115,7 @@ private:
 
     void placePictureCut(const Cut& cut) {
         const std::size_t firstShown = shown.size();
-        std::optional<std::int64_t> offset; // media time of what would be shown at presentation time 0
+        std::optional<std::int64_t> offset; // media time that would be shown at presentation time 0
         bool waitsForTrailing = reordered_;
         for (std::size_t i = decodingStart(cut.mediaStart); i < indexed_.size(); ++i) {
             visit();
@@ -122,7 +124,8 @@ private:
                 offset = offset ? offset : sample.decodeTime - cut.start;
                 show(i, sample.presentationTime() - *offset, sample.duration);
             }
-            // Behind the end, the first sync sample may still be followed by pictures shown before it.
+            // The first sync sample after the end may still be followed, in decode order, by pictures shown
+            // before it.
             if (sample.sync && sample.presentationTime() + sample.duration >= cut.mediaEnd()) {
                 if (!waitsForTrailing) {
                     break;
@@ -157,7 +160,7 @@ private:
         closePiece(firstShown, offset.value_or(0), cut.end());
     }
 
-    /// The sync sample from which the pictures of an edit that starts at `mediaTime` decode.
+    /// The sync sample from which decoding starts for an edit that starts at `mediaTime`.
     std::size_t decodingStart(std::int64_t mediaTime) const {
         auto sample = std::upper_bound(
             indexed_.begin(), indexed_.end(), mediaTime,
@@ -208,7 +211,7 @@ private:
         }
     }
 
-    /// Where the pieces' delays differ, the start of one may reach into the one before.
+    /// If the delays of two pieces differ, the start of the later one may overlap the end of the earlier one.
     void joinPieces() {
         for (std::size_t i = 0; i + 1 < pieces.size(); ++i) {
             const std::int64_t room = std::max<std::int64_t>(0, pieces[i + 1].start - pieces[i].start);
@@ -220,11 +223,12 @@ private:
         }
     }
 
-    /// An edit list may show the same samples several times; a hostile one, without end.
+    /// Counts a visited sample. An edit list may show samples several times; a hostile one would do so
+    /// without end.
     void visit() {
         constexpr std::uint64_t always = std::uint64_t{1} << 20;
-        constexpr std::uint64_t mostTimesOver = 16;
-        if (++visited_ > always + mostTimesOver * indexed_.size()) {
+        constexpr std::uint64_t maxRepetitions = 16;
+        if (++visited_ > always + maxRepetitions * indexed_.size()) {
             throw MediaError(MediaError::Cause::unsupported, "its edit list shows the same media too often");
         }
     }

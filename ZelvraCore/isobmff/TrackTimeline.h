@@ -10,12 +10,12 @@
 
 namespace zelvra::isobmff {
 
-/// A track's samples on the movie's presentation timeline, its edit list applied. Exists because everything
-/// that touches time must agree on it; the times are those that libavformat gives by default. Pure values; it
-/// does not know the movie's other tracks, nor codecs.
+/// A track's samples on the movie's presentation timeline, with the track's edit list applied. Everything
+/// that works with time uses this one, so that all agree. The times equal those that libavformat computes by
+/// default. Pure values. It does not know the movie's other tracks, nor codecs.
 ///
-/// Times are in ticks of the track's timescale, 0 = the movie's start. An empty edit is counted in ticks of
-/// the movie and is rounded to the nearest tick of the track.
+/// Times are in ticks of the track's timescale, 0 = the movie's start. The length of an empty edit is in
+/// ticks of the movie and is rounded to the nearest tick of the track.
 
 /// A stretch of the presentation timeline that shows one stretch of the media (one edit that is not empty).
 struct ShownPiece {
@@ -41,27 +41,27 @@ struct ShownSample {
 
 class TrackTimeline {
 public:
-    /// Throws MediaError::unsupported where the edit list shows samples without end.
+    /// Throws MediaError::unsupported if the edit list shows too many samples.
     TrackTimeline(const Track& track, std::uint32_t movieTimescale);
 
-    /// In order of time, without overlap. Empty for a track that shows nothing.
+    /// In order of time, without overlap. Empty if the track shows nothing.
     const std::vector<ShownPiece>& pieces() const { return pieces_; }
 
-    /// Every sample that is shown, in order of presentation; one that several edits show is listed for each.
-    /// 32 bytes each.
+    /// Every sample that is shown, in order of presentation. A sample that several edits show is listed once
+    /// for each. 32 bytes an entry.
     const std::vector<ShownSample>& shown() const { return shown_; }
 
-    /// Where the last piece ends; 0 for a track that shows nothing.
+    /// End of the last piece; 0 if the track shows nothing.
     std::int64_t end() const;
 
-    /// The media time shown at a presentation time; nothing in an empty edit and outside the track.
+    /// The media time shown at a presentation time; `nullopt` in an empty edit and outside the track.
     std::optional<std::int64_t> mediaTime(std::int64_t presentationTime) const;
 
-    /// The first presentation time that shows that media time; nothing where no edit shows it.
+    /// The first presentation time that shows that media time; `nullopt` if no edit shows it.
     std::optional<std::int64_t> presentationTime(std::int64_t mediaTime) const;
 
-    /// The last sample that starts at or before the time (on screen then, if its duration reaches so far);
-    /// nothing before the first.
+    /// The last sample that starts at or before the time; `nullopt` before the first. It is on screen then if
+    /// its duration reaches that far.
     std::optional<ShownSample> shownAt(std::int64_t presentationTime) const;
 
 private:

@@ -139,14 +139,14 @@ private:
         box.volume = isVideo() ? 0 : 0x100;
         box.width = static_cast<std::uint32_t>(track_.width * one);
         box.height = static_cast<std::uint32_t>(track_.height * one);
-        box.version = box.leastVersion();
+        box.version = box.minVersion();
         return box;
     }
 
     EditListBox editList() const {
         EditListBox box;
         box.edits.push_back({movieDuration(), track_.editStart});
-        box.version = box.leastVersion();
+        box.version = box.minVersion();
         return box;
     }
 
@@ -156,7 +156,7 @@ private:
         box.timescale = track_.timescale;
         box.duration = static_cast<std::uint64_t>(track_.mediaDuration);
         box.language = track_.language;
-        box.version = box.leastVersion();
+        box.version = box.minVersion();
         return box;
     }
 
@@ -328,7 +328,7 @@ MovieHeaderBox movieHeader(const OutputMovie& movie) {
         box.duration = std::max(box.duration, durationInMovie(track, box.timescale));
     }
     box.nextTrackId = static_cast<std::uint32_t>(movie.tracks.size() + 1);
-    box.version = box.leastVersion();
+    box.version = box.minVersion();
     return box;
 }
 

@@ -18,7 +18,7 @@ std::vector<std::uint8_t> anEntry(FourCharCode type) {
 
 constexpr MatrixFields turned{0, 0x10000, 0, -0x10000, 0, 0, 1080 << 16, 0, 0x40000000};
 
-/// Filled boxes of a type, in every version.
+/// Boxes of a type with all fields filled, one for each version.
 template <class Box>
 std::vector<Box> filled();
 template <>
@@ -138,7 +138,7 @@ Box reread(const std::vector<std::uint8_t>& bytes) {
     return readBox<Box>(rawBoxes(bytes).front().payload);
 }
 
-/// A box that differs from `box` in its version's last bit of flags: every box but `ftyp` has them.
+/// `box` with the last bit of its flags flipped; every box except `ftyp` has flags.
 template <class Box>
 Box modified(Box box) {
     if constexpr (requires { box.flags; }) {
@@ -161,7 +161,7 @@ using AllBoxes =
                    TrackFragmentDecodeTimeBox, TrackRunBox>;
 TYPED_TEST_SUITE(BoxLaws, AllBoxes);
 
-TYPED_TEST(BoxLaws, TheDeclaredSizeAndTypeAreThoseOfTheBytes) {
+TYPED_TEST(BoxLaws, DeclareTheSizeAndTypeOfTheirBytes) {
     for (const TypeParam& box : filled<TypeParam>()) {
         const auto bytes = written(box);
         const std::vector<RawBox> boxes = rawBoxes(bytes);
@@ -171,14 +171,14 @@ TYPED_TEST(BoxLaws, TheDeclaredSizeAndTypeAreThoseOfTheBytes) {
     }
 }
 
-TYPED_TEST(BoxLaws, WhatIsWrittenIsReadBack) {
+TYPED_TEST(BoxLaws, AreReadBackAsWritten) {
     EXPECT_EQ(reread<TypeParam>(written(TypeParam{})), TypeParam{});
     for (const TypeParam& box : filled<TypeParam>()) {
         EXPECT_EQ(reread<TypeParam>(written(box)), box);
     }
 }
 
-TYPED_TEST(BoxLaws, ModifiedAndWrittenAgainItDiffersInThatOnly) {
+TYPED_TEST(BoxLaws, ModifiedAndRewrittenDifferInThatOnly) {
     for (const TypeParam& box : filled<TypeParam>()) {
         const auto changed = reread<TypeParam>(written(modified(box)));
         EXPECT_FALSE(changed == box);
@@ -186,7 +186,7 @@ TYPED_TEST(BoxLaws, ModifiedAndWrittenAgainItDiffersInThatOnly) {
     }
 }
 
-TYPED_TEST(BoxLaws, CutShortItIsRefusedOrReadsAsLess) {
+TYPED_TEST(BoxLaws, CutShortAreRefusedOrReadAsLess) {
     for (const TypeParam& box : filled<TypeParam>()) {
         const auto bytes = written(box);
         const auto payload = std::span(bytes).subspan(8);
@@ -200,13 +200,13 @@ TYPED_TEST(BoxLaws, CutShortItIsRefusedOrReadsAsLess) {
     }
 }
 
-TEST(Boxes, ACountBeyondTheBoxIsRefusedBeforeMemoryIsTaken) {
+TEST(Boxes, WithACountBeyondTheirEndAreRefusedBeforeMemoryIsTaken) {
     auto bytes = written(SampleSizeBox{0, 0, 0, 1, {7}});
     bytes[16] = 0xFF; // the number of samples
     EXPECT_THROW(reread<SampleSizeBox>(bytes), MediaError);
 }
 
-TEST(Boxes, AnUnknownVersionIsUnsupported) {
+TEST(Boxes, OfUnknownVersionsAreUnsupported) {
     try {
         readBox<MovieHeaderBox>(std::vector<std::uint8_t>(120, 2));
         FAIL();
@@ -216,17 +216,17 @@ TEST(Boxes, AnUnknownVersionIsUnsupported) {
     }
 }
 
-TEST(Boxes, AskForWideFieldsOnlyWhereANumberNeedsThem) {
+TEST(Boxes, UseWideFieldsOnlyIfANumberNeedsThem) {
     MovieHeaderBox header;
     header.duration = 0xFFFFFFFF;
-    EXPECT_EQ(header.leastVersion(), 0);
+    EXPECT_EQ(header.minVersion(), 0);
     header.duration = beyond32;
-    EXPECT_EQ(header.leastVersion(), 1);
-    EXPECT_EQ((EditListBox{0, 0, {{1, 0x7FFFFFFF}}}.leastVersion()), 0);
-    EXPECT_EQ((EditListBox{0, 0, {{1, 0x80000000}}}.leastVersion()), 1);
+    EXPECT_EQ(header.minVersion(), 1);
+    EXPECT_EQ((EditListBox{0, 0, {{1, 0x7FFFFFFF}}}.minVersion()), 0);
+    EXPECT_EQ((EditListBox{0, 0, {{1, 0x80000000}}}.minVersion()), 1);
 }
 
-TEST(RawBoxes, AreFoundBehindEveryFormOfSoundEntry) {
+TEST(RawBoxes, AreFoundAfterEveryFormOfSoundEntry) {
     const auto esds = makeBox(fourCharCode("esds"), std::vector<std::uint8_t>{9});
     for (const auto& [version, header] : {std::pair{0, 28}, {1, 44}, {2, 64}}) {
         std::vector<std::uint8_t> payload(static_cast<std::size_t>(header));
@@ -239,7 +239,7 @@ TEST(RawBoxes, AreFoundBehindEveryFormOfSoundEntry) {
     }
 }
 
-TEST(RawBoxes, TakeLongSizesAndBoxesToTheEndAndIgnoreATerminator) {
+TEST(RawBoxes, MayHaveLongSizesOrReachToTheEndAndMayEndWithATerminator) {
     const std::vector<std::uint8_t> bytes{0, 0, 0,  1,   'l', 'o', 'n', 'g', 0,   0,   0,   0,  0,
                                           0, 0, 17, 'x', 0,   0,   0,   0,   'r', 'e', 's', 't'};
     const auto boxes = rawBoxes(bytes);

@@ -28,7 +28,7 @@ Movie read(const std::filesystem::path& file) {
     return readMovie(source);
 }
 
-/// Why a file is refused; empty where it is read.
+/// The error for a refused file; empty if the file is read.
 std::string refusal(const Bytes& bytes) {
     try {
         readMovie(files::MemoryByteSource(bytes, "clip"));
@@ -38,11 +38,11 @@ std::string refusal(const Bytes& bytes) {
     }
 }
 
-/// Compares a track with what ffprobe, asked to leave edits alone, lists in file order.
+/// Compares a track with the samples that ffprobe lists in file order when it ignores edits.
 void expectSamplesOfProbe(const std::filesystem::path& file, const Track& track, std::size_t stream) {
     const auto probed = test::probe(file, {"-advanced_editlist", "0", "-show_packets"});
     std::size_t i = 0;
-    std::int64_t moved = 0; // ffprobe still moves the track by its edits
+    std::int64_t moved = 0; // even so, ffprobe moves the track by its edits
     for (const auto& packet : probed.at("packets")) {
         if (packet.at("stream_index") != stream) {
             continue;
@@ -111,7 +111,7 @@ TEST(MovieReader, ListsTheSamplesOfRealMovies) {
     }
 }
 
-TEST(MovieReader, KeepsPcmAsRunsInsteadOfMoments) {
+TEST(MovieReader, KeepsPcmAsRunsOfPackets) {
     for (const auto& [format, bytes] : {std::pair{"pcm_s16le", 4u}, {"pcm_s24be", 6u}, {"pcm_f32le", 8u}}) {
         const NumberedMovie movie{.sound = SoundCodec::pcm, .muxArguments = {"-c:a", format, "-ar", "96000"}};
         const Track sound = *read(test::movieFile(movie)).firstTrack(soundHandler);
@@ -126,7 +126,7 @@ TEST(MovieReader, KeepsPcmAsRunsInsteadOfMoments) {
     }
 }
 
-TEST(MovieReader, TellsTracksEntriesAndUserData) {
+TEST(MovieReader, ReadsTracksEntriesAndUserData) {
     const NumberedMovie source{
         .sound = SoundCodec::aac,
         .orientation = test::Orientation::quarterTurn,
@@ -145,7 +145,7 @@ TEST(MovieReader, TellsTracksEntriesAndUserData) {
     EXPECT_EQ(movie.firstTrack(fourCharCode("text")), nullptr);
 }
 
-/// A small intact movie: its index behind its media.
+/// A small intact movie whose index follows its media.
 BoxFile intact() {
     static const BoxFile file = BoxFile::read(
         test::movieFile({.frames = 12, .gop = 6, .sound = SoundCodec::aac, .container = "mp4"}));
@@ -160,11 +160,11 @@ Bytes bytesOf(const BoxFile& file) {
 
 struct Patch {
     const char* name;
-    std::string refusal; ///< what the error ends with; empty = the file is read
+    std::string refusal; ///< the end of the error; empty = the file is read
     std::function<void(BoxFile&)> apply;
 };
 
-/// Puts a number into a box of the video's sample tables (or of another place).
+/// Puts a 4-byte number into a box of the video track.
 std::function<void(BoxFile&)> put(const char* path, std::size_t position, std::uint64_t number) {
     return [=](BoxFile& file) { test::putNumber(file.track("vide").at(path).payload, position, 4, number); };
 }
@@ -255,12 +255,12 @@ TEST(MovieReader, RefusesAnIndexThatIsCutShortAnywhere) {
     }
 }
 
-TEST(MovieReader, ReadsMediaThatReachesToTheEndAndALongIndex) {
+TEST(MovieReader, ReadsMediaThatReachesToTheEndAndAnIndexWithALongSize) {
     BoxFile file = intact();
     const Movie expected = readMovie(files::MemoryByteSource(bytesOf(file)));
     Bytes bytes = bytesOf(file);
     const std::size_t index = bytes.size() - file.boxes.back().size();
-    // The index again with a 64-bit size, and its last box without one.
+    // The same index with a 64-bit size, and with a last box that has no size.
     Bytes longIndex{0, 0, 0, 1, 'm', 'o', 'o', 'v'};
     test::appendNumber(longIndex, 8, bytes.size() - index + 8);
     bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(index),
@@ -290,7 +290,7 @@ TEST(MovieReader, RecognisesProtectedTracksAndPartialSyncSamples) {
     EXPECT_FALSE(movie.tracks[0].samples[0].partialSync);
 }
 
-TEST(MovieReader, SaysThatAFileCannotBeOpened) {
+TEST(MovieReader, ReportsThatAFileCannotBeOpened) {
     try {
         read("/nowhere/clip.mov");
         FAIL();
@@ -304,7 +304,7 @@ TEST(MovieReader, SaysThatAFileCannotBeOpened) {
 TEST(MovieReader, SurvivesWhatTheFuzzerFound) {
     const std::filesystem::path inputs = ZELVRA_FUZZ_FOLDER "/regressions/movie_reader";
     for (const auto& entry : std::filesystem::directory_iterator(inputs)) {
-        refusal(test::readBytes(entry.path())); // only sanitizers and crashes speak here
+        refusal(test::readBytes(entry.path())); // sanitizers and crashes find the faults here
     }
 }
 

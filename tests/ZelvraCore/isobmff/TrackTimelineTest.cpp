@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::uint32_t movieTimescale = 1000;
 
-/// Pictures of 100 ticks at 1000 a second, composed in this order: I0 P3 B1 B2, again and again.
+/// Pictures of 100 ticks at 1000 ticks a second, repeating the decode order I0 P3 B1 B2.
 Track reorderedTrack(std::size_t pictures) {
     Track track;
     track.handler = videoHandler;
@@ -57,7 +57,7 @@ TEST(TrackTimeline, ShowsTheMediaAsItIsWithoutEdits) {
     EXPECT_EQ(whole.mediaTime(499), 499);
 }
 
-TEST(TrackTimeline, StartsWhereTheEditSaysBehindAnEmptyOne) {
+TEST(TrackTimeline, StartsAtTheEditAfterAnEmptyOne) {
     const TrackTimeline shifted = timeline(reorderedTrack(8), {{250, -1}, {400, 300}});
     EXPECT_EQ(shifted.pieces(), (std::vector<ShownPiece>{{250, 400, 300}}));
     EXPECT_EQ(starts(shifted), (std::vector<std::int64_t>{250, 350, 450, 550}));
@@ -96,7 +96,7 @@ TEST(TrackTimeline, CutsSoundWithinAPacket) {
     EXPECT_EQ(starts(cut), (std::vector<std::int64_t>{0, 70, 170}));
 }
 
-TEST(TrackTimeline, OnlyMovesWhatLiesInFragments) {
+TEST(TrackTimeline, OnlyMovesSamplesInFragments) {
     Track track = reorderedTrack(4);
     track.indexedSamples = 0;
     EXPECT_EQ(starts(timeline(track, {{50, -1}, {0, 100}})), (std::vector<std::int64_t>{50, 150, 250, 350}));
@@ -107,7 +107,7 @@ TEST(TrackTimeline, RefusesAnEditListWithoutEnd) {
     EXPECT_THROW(timeline(reorderedTrack(1u << 12), edits), MediaError);
 }
 
-/// Presentation times of each stream's packets that libavformat does not mark as discarded, sorted.
+/// Sorted presentation times of each stream's packets that libavformat does not mark as discarded.
 std::map<std::size_t, std::vector<std::int64_t>> timesByProbe(const std::filesystem::path& movie) {
     std::map<std::size_t, std::vector<std::int64_t>> times;
     const auto probed = test::probe(movie, {"-show_packets"});
@@ -130,12 +130,13 @@ void expectTimesOfLibavformat(const std::filesystem::path& file) {
     for (std::size_t i = 0; i < movie.tracks.size(); ++i) {
         const Track& track = movie.tracks[i];
         if ((!track.isVideo() && !track.isSound()) || track.uniform) {
-            continue; // PCM is cut into packets as each reader likes
+            continue; // readers cut PCM into packets of different sizes
         }
         std::vector<std::int64_t>& expected = times[i];
         std::vector<std::int64_t> placed = starts(TrackTimeline(track, movie.timescale));
         if (track.isSound() && track.indexedSamples > 0 && !expected.empty()) {
-            // What an edit cuts from a sound's first packet is cut when it is decoded, not when it is read.
+            // The part that an edit cuts from the first sound packet is removed by the decoder, not by the
+            // reader.
             expected.erase(expected.begin());
             placed.erase(placed.begin());
         }
@@ -156,7 +157,7 @@ TEST(TrackTimeline, AgreesWithLibavformatOnRealMovies) {
     }
 }
 
-/// The movie with its edit list replaced, all tracks alike. Times in milliseconds, -1 = empty.
+/// The movie with the same new edit list for all its tracks. Times in milliseconds, -1 = empty.
 std::filesystem::path withEdits(const std::filesystem::path& movie, const std::filesystem::path& edited,
                                 const std::vector<std::pair<int, int>>& edits) {
     test::BoxFile file = test::BoxFile::read(movie);

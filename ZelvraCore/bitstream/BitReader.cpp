@@ -61,9 +61,9 @@ std::uint32_t BitReader::ue() {
     return ((1U << zeros) - 1) + bits(zeros);
 }
 
-std::uint32_t BitReader::ue(std::uint32_t greatest) {
+std::uint32_t BitReader::ue(std::uint32_t max) {
     const std::uint32_t value = ue();
-    if (value > greatest) {
+    if (value > max) {
         throw BitstreamError::corrupt("A number in the coded video's headers is out of range.");
     }
     return value;

@@ -8,7 +8,7 @@
 namespace zelvra::bitstream {
 
 /// Writes the payload of a NAL unit bit by bit; the counterpart of BitReader. Emulation prevention is added
-/// at the end, by `withEmulationPrevention`.
+/// afterwards by `withEmulationPrevention`.
 class BitWriter {
 public:
     /// The lowest `count` bits (0...32) of `value`, u(n).
@@ -16,21 +16,21 @@ public:
     void flag(bool value) { bits(value ? 1 : 0, 1); }
     void ue(std::uint32_t value);
     void se(std::int32_t value);
-    /// The next `count` bits of `from`.
+    /// Copies the next `count` bits of `from`.
     void copy(BitReader& from, std::uint64_t count);
     /// rbsp_trailing_bits(), which is also HEVC's byte_alignment(): a one, then zeros to the byte boundary.
     void trailingBits();
-    /// cabac_alignment_one_bit up to the byte boundary.
+    /// cabac_alignment_one_bit, repeated up to the byte boundary.
     void alignWithOnes();
 
     std::uint64_t position() const { return payload_.size() * 8 - static_cast<std::uint64_t>(free_); }
     bool byteAligned() const { return free_ == 0; }
-    /// What was written; the last byte is filled up with zeros.
+    /// The bits written so far, with zeros filling up the last byte.
     const Bytes& payload() const { return payload_; }
 
 private:
     Bytes payload_;
-    int free_ = 0; ///< bits of the last byte not written yet
+    int free_ = 0; ///< unused bits of the last byte
 };
 
 } // namespace zelvra::bitstream

@@ -6,9 +6,9 @@
 
 namespace zelvra::bitstream {
 
-/// Coded video that cannot be read, or that holds what is not handled here. A caller that plans a passthrough
-/// movie catches it and re-encodes instead; `cause()` says whether the stream is at fault (`corrupt`) or only
-/// beyond us (`unsupported`).
+/// Coded video that cannot be read, or that uses features not handled here. A caller that plans a passthrough
+/// movie catches it and re-encodes instead. `cause()` is `corrupt` if the stream is at fault, and
+/// `unsupported` if the stream is valid.
 class BitstreamError : public MediaError {
 public:
     static BitstreamError corrupt(const std::string& line) { return {Cause::corrupt, line}; }

@@ -10,10 +10,11 @@
 
 namespace zelvra::bitstream {
 
-/// Reads big-endian numbers and runs of bytes from a record, checked against its end. Borrows the bytes.
+/// Reads big-endian numbers and runs of bytes from a record. Every read is checked against the record's end.
+/// Borrows the bytes.
 class ByteCursor {
 public:
-    /// `name` says in an error which record ends too early.
+    /// `name` names the record in the error for a record that ends too early.
     ByteCursor(ByteView bytes, std::string name) : rest_(bytes), name_(std::move(name)) {}
 
     ByteView take(std::size_t count) {

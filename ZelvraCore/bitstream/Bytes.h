@@ -6,8 +6,8 @@
 #include <span>
 #include <vector>
 
-/// Names for what every operation on coded video takes and gives: bytes that somebody else owns, and bytes of
-/// one's own.
+/// The types of bytes that all operations on coded video take and return: borrowed bytes (`ByteView`) and
+/// owned bytes (`Bytes`).
 namespace zelvra::bitstream {
 
 using ByteView = std::span<const std::uint8_t>;

@@ -6,15 +6,15 @@
 
 namespace zelvra::bitstream {
 
-/// Emulation prevention (ITU-T H.264 and H.265 clause 7.4.1, 7.4.2): within a NAL unit no three bytes may
-/// look like a start code, so a 3 is put after two zeros wherever a byte of 0...3 follows, and after a last
-/// zero.
+/// Emulation prevention (ITU-T H.264 and H.265 clause 7.4.1, 7.4.2). Within a NAL unit no three bytes may
+/// look like a start code. Therefore a 3 is inserted after two zeros if a byte of 0...3 follows, and after a
+/// final zero.
 
-/// Appends `payload` to `nal`. What is there already counts: the NAL unit's header byte ends any run of
-/// zeros.
+/// Appends `payload` to `nal`. Zeros at the end of `nal` are not counted, as the NAL unit's header byte ends
+/// any run of zeros.
 void appendWithEmulationPrevention(Bytes& nal, ByteView payload);
 
-/// A NAL unit of `header` and `payload`.
+/// A NAL unit made of `header` and `payload`.
 Bytes withEmulationPrevention(ByteView header, ByteView payload);
 
 /// The payload of stored bytes.

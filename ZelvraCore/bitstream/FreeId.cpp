@@ -6,7 +6,7 @@
 
 namespace zelvra::bitstream {
 
-int leastFreeId(const std::set<int>& used, int limit) {
+int lowestFreeId(const std::set<int>& used, int limit) {
     int id = 0;
     while (used.contains(id)) {
         ++id;

@@ -7,9 +7,10 @@
 
 namespace zelvra::bitstream {
 
-/// The least parameter set id below `limit` that is not in use. Throws BitstreamError (unsupported) where all
-/// are. Limits: H.264 32 sequence and 256 picture sets, HEVC 16 video, 16 sequence and 64 picture sets.
-int leastFreeId(const std::set<int>& used, int limit);
+/// The lowest parameter set id below `limit` that is not in use. Throws BitstreamError (unsupported) if all
+/// are in use. Limits: H.264 32 sequence and 256 picture sets, HEVC 16 video, 16 sequence and 64 picture
+/// sets.
+int lowestFreeId(const std::set<int>& used, int limit);
 
 template <class Set>
 std::set<int> idsOf(const std::map<int, Set>& sets) {

@@ -6,15 +6,15 @@
 
 namespace zelvra::bitstream {
 
-/// NAL units as samples of a movie file hold them: each behind its length in 1, 2 or 4 bytes, big-endian
-/// (ISO/IEC 14496-15 clause 5.3.3).
+/// NAL units as they are stored in samples of a movie file: each follows its length, which takes 1, 2 or 4
+/// bytes, big-endian (ISO/IEC 14496-15 clause 5.3.3).
 
 /// The NAL units of a sample, in order, as views into it. Empty ones are left out. Throws BitstreamError
-/// (corrupt) where a length goes beyond the sample's end, (unsupported) for a length size other than 1, 2, 4.
+/// (corrupt) if a length goes beyond the sample's end, (unsupported) for a length size other than 1, 2, 4.
 std::vector<ByteView> splitNalUnits(ByteView sample, int lengthSize);
 
-/// Appends one NAL unit behind its length. Throws BitstreamError (unsupported) where the length has no room
-/// in `lengthSize` bytes.
+/// Appends the length of a NAL unit and the NAL unit. Throws BitstreamError (unsupported) if the length does
+/// not fit in `lengthSize` bytes.
 void appendNalUnit(Bytes& sample, ByteView nal, int lengthSize);
 
 template <class NalUnitRange>

@@ -22,7 +22,7 @@ struct Child {
 struct Layout {
     ByteView fixed;
     std::vector<Child> children;
-    ByteView tail; ///< QuickTime closes some lists of boxes with a zero number
+    ByteView tail; ///< QuickTime closes some lists of boxes with four zero bytes
 };
 
 std::string_view asText(ByteView bytes) {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint8_t stopByte = 0x80;
 
-/// Type and size are coded as a run of 255s that add up and a last byte.
+/// Type and size are each coded as bytes that are added up: a run of 255s, then a last byte.
 std::optional<std::uint32_t> takeSum(ByteView& rest) {
     std::uint32_t sum = 0;
     while (!rest.empty()) {
@@ -40,7 +40,7 @@ std::vector<SeiMessage> parseSeiMessages(ByteView escaped) {
     const Bytes all = withoutEmulationPrevention(escaped);
     std::vector<SeiMessage> messages;
     ByteView rest = all;
-    while (rest.size() > 1) { // the last byte at least holds the closing bits
+    while (rest.size() > 1) { // the last byte contains at least the closing bits
         const auto type = takeSum(rest);
         const auto size = takeSum(rest);
         if (!type || !size || *size > rest.size()) {

@@ -7,7 +7,7 @@ namespace zelvra::bitstream {
 namespace {
 
 void skipAspectRatio(BitReader& reader) {
-    constexpr std::uint32_t extended = 255; // its width and height follow (table E-1)
+    constexpr std::uint32_t extended = 255; // width and height of the sample aspect ratio follow (table E-1)
     if (reader.bits(8) == extended) {
         reader.skip(32);
     }

@@ -6,9 +6,9 @@
 
 namespace zelvra::bitstream {
 
-/// Reads the head of the video usability information, which is the same in ITU-T H.264 (E.1.1) and H.265
-/// (E.2.1): aspect ratio, overscan, video signal, place of the chroma samples. Gives the only thing wanted of
-/// it, `video_full_range_flag`: the rest is taken from the decoder.
+/// Reads the first part of the video usability information, which is the same in ITU-T H.264 (E.1.1) and
+/// H.265 (E.2.1): aspect ratio, overscan, video signal, chroma sample location. Returns
+/// `video_full_range_flag`. The other values are taken from the decoder.
 bool parseFullRange(BitReader& reader);
 
 } // namespace zelvra::bitstream

@@ -15,8 +15,8 @@ using bitstream::ByteView;
 
 namespace {
 
-constexpr std::size_t mostSps = 31;
-constexpr std::size_t mostPps = 255;
+constexpr std::size_t maxSps = 31;
+constexpr std::size_t maxPps = 255;
 
 std::vector<Bytes> takeSets(ByteCursor& cursor, std::size_t count) {
     std::vector<Bytes> sets;
@@ -79,11 +79,11 @@ Bytes AvcConfiguration::serialise() const {
 }
 
 void AvcConfiguration::addSps(ByteView nal) {
-    addSet(spsNals, nal, mostSps);
+    addSet(spsNals, nal, maxSps);
 }
 
 void AvcConfiguration::addPps(ByteView nal) {
-    addSet(ppsNals, nal, mostPps);
+    addSet(ppsNals, nal, maxPps);
 }
 
 } // namespace zelvra::h264

@@ -18,8 +18,8 @@ constexpr int high422 = 122;
 constexpr int high444 = 244;
 constexpr int cavlc444 = 44;
 
-/// The profile that an encoder writes whose slices every decoder of `profileIdc` can read. Extended has no
-/// CABAC, but with CAVLC all that Main has; CAVLC 4:4:4 Intra is High 4:4:4 without CABAC.
+/// The profile to encode with so that every decoder of `profileIdc` can read the slices. Extended has no
+/// CABAC, but with CAVLC it has everything that Main has. CAVLC 4:4:4 Intra is High 4:4:4 without CABAC.
 std::optional<int> encoderProfile(int profileIdc) {
     switch (profileIdc) {
     case baseline:
@@ -80,11 +80,11 @@ FreezeEncoding freezeEncodingFor(const Sps& sps, const Pps& pps) {
     encoding.frameMbsOnly = sps.frameMbsOnly;
     encoding.mbAdaptiveFields = sps.mbAdaptiveFrameField;
     encoding.leastQp = sps.losslessAtQpZero ? 1 : 0;
-    encoding.mostFirstBytes = mostStillBytes(sps);
+    encoding.mostFirstBytes = maxStillBytes(sps);
     return encoding;
 }
 
-std::uint64_t mostStillBytes(const Sps& sps) {
+std::uint64_t maxStillBytes(const Sps& sps) {
     constexpr std::uint64_t stillsInBuffer = 12;
     const auto units = static_cast<std::uint64_t>(levelLimits(sps).maxCodedPictureBuffer);
     return units * static_cast<std::uint64_t>(bitsPerUnit(sps.profileIdc)) / 8 / stillsInBuffer;

@@ -6,7 +6,7 @@
 
 namespace zelvra::h264 {
 
-/// nal_unit_type values that matter here (ITU-T H.264 table 7-1); others occur.
+/// The nal_unit_type values that are handled here (ITU-T H.264 table 7-1); streams contain others too.
 enum class NalType : std::uint8_t {
     slice = 1,
     partitionA = 2,
@@ -27,7 +27,7 @@ enum class NalType : std::uint8_t {
     sliceExtension = 20,
 };
 
-/// Of a NAL unit that is not empty.
+/// Requires a NAL unit that is not empty.
 inline NalType nalType(bitstream::ByteView nal) {
     return static_cast<NalType>(nal.front() & 0x1F);
 }
@@ -35,7 +35,7 @@ inline int nalRefIdc(bitstream::ByteView nal) {
     return nal.front() >> 5 & 3;
 }
 
-/// A slice of the primary coded picture, partitioned ones included.
+/// Whether it is a slice of the primary coded picture, partitioned slices included.
 inline bool isSlice(NalType type) {
     return type >= NalType::slice && type <= NalType::idrSlice;
 }

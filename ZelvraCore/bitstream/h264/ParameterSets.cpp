@@ -28,8 +28,8 @@ bool ParameterSets::add(bitstream::ByteView nal) {
     }
     if (nalType(nal) == NalType::pps) {
         Pps pps = parsePps(nal);
-        // Only the number of scaling lists depends on the other set; where that is not known yet, it is read
-        // as in 4:2:0.
+        // Only the number of scaling lists depends on the sequence parameter set. If that is not known yet,
+        // 4:2:0 is assumed.
         const auto sps = sps_.find(pps.spsId);
         if (pps.scalingMatrixPresent && sps != sps_.end() && sps->second.chroma == ChromaFormat::yuv444) {
             pps = parsePps(nal, ChromaFormat::yuv444);

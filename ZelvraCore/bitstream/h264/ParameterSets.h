@@ -10,17 +10,17 @@
 
 namespace zelvra::h264 {
 
-/// The parameter sets known at a point of a stream, by id: the newest of an id counts.
+/// The parameter sets known at a point of a stream, by id. A newer set replaces an older one of the same id.
 class ParameterSets {
 public:
     ParameterSets() = default;
     explicit ParameterSets(const AvcConfiguration& configuration);
 
-    /// Takes a sequence or picture parameter set; NAL units of other types are passed over. Throws
-    /// BitstreamError. Returns whether it was a parameter set.
+    /// Adds a sequence or picture parameter set; ignores NAL units of other types. Returns whether it was a
+    /// parameter set. Throws BitstreamError.
     bool add(bitstream::ByteView nal);
 
-    /// Throw BitstreamError (corrupt) where there is none of that id.
+    /// Throw BitstreamError (corrupt) if there is no set of that id.
     const Sps& sps(int id) const;
     const Pps& pps(int id) const;
     /// The sequence parameter set that a picture parameter set refers to.

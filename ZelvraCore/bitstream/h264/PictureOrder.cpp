@@ -13,10 +13,10 @@ namespace zelvra::h264 {
 
 namespace {
 
-/// Counts are numbers of 32 bits (clause 8.2.1).
-constexpr std::int64_t greatestCount = std::numeric_limits<std::int32_t>::max();
+/// Counts are 32-bit numbers (clause 8.2.1).
+constexpr std::int64_t maxCount = std::numeric_limits<std::int32_t>::max();
 
-/// The count that places a picture for output, of the counts of its two fields.
+/// The count that decides a picture's output position, from the counts of its two fields.
 std::int64_t countOf(const SliceHeader& slice, std::int64_t top, std::int64_t bottom) {
     if (!slice.fieldPicture) {
         return std::min(top, bottom);
@@ -76,7 +76,7 @@ PictureOrder::Counts PictureOrder::nextByFrameNum(const Sps& sps, const SliceHea
     }
     const std::int64_t expected = expectedOfType1(sps, slice, absolute);
     const std::int64_t top = expected + slice.deltaPoc[0];
-    // A bottom field on its own has its delta in the first place; the second belongs to frames.
+    // A single bottom field has its delta in the first element; the second element is for frames.
     return {top, top + sps.offsetForTopToBottomField + (slice.fieldPicture ? 0 : slice.deltaPoc[1])};
 }
 
@@ -95,7 +95,7 @@ std::int64_t PictureOrder::expectedOfType1(const Sps& sps, const SliceHeader& sl
         };
         const std::int64_t cycles = (frames - 1) / cycleLength;
         const std::int64_t perCycle = sumOf(cycleLength);
-        if (perCycle != 0 && cycles > greatestCount / std::abs(perCycle)) {
+        if (perCycle != 0 && cycles > maxCount / std::abs(perCycle)) {
             throw bitstream::BitstreamError::corrupt("The order of the video's pictures is out of range.");
         }
         expected += cycles * perCycle + sumOf((frames - 1) % cycleLength + 1);
@@ -109,7 +109,7 @@ void PictureOrder::noteReferenceFrameNum(const Sps& sps, const SliceHeader& slic
     if (slice.isReference()) {
         previousReferenceFrameNum_ = reset ? 0 : slice.frameNum;
     } else if (slice.frameNum != previousReferenceFrameNum_ && slice.frameNum != after) {
-        // Frames are missing; decoders invent references up to this frame_num (clause 8.2.5.2).
+        // Frames are missing. Decoders invent references up to this frame_num (clause 8.2.5.2).
         previousReferenceFrameNum_ = (slice.frameNum + range - 1) % range;
     }
 }

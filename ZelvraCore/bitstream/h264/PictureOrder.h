@@ -6,17 +6,17 @@
 
 namespace zelvra::h264 {
 
-/// Picture order counts by the decoding process of ITU-T H.264 clause 8.2.1, types 0, 1 and 2. Feed it the
-/// first slice of every picture (of every field) in decode order. A value: copy it to ask what the count of a
-/// picture that is not in the stream would be.
+/// Picture order counts by the decoding process of ITU-T H.264 clause 8.2.1, types 0, 1 and 2. Call `next`
+/// with the first slice of every picture (of every field) in decode order. A value type: on a copy, `next`
+/// computes the count of a picture that is not in the stream.
 class PictureOrder {
 public:
-    /// The order count of the picture that starts with this slice: of a frame the lesser of its fields'.
-    /// After memory_management_control_operation 5 it is the one that counts for output, as if the picture
+    /// The order count of the picture that starts with this slice; for a frame, the lower one of its two
+    /// fields. After memory_management_control_operation 5 it is the count used for output, as if the picture
     /// were IDR.
     std::int64_t next(const Sps& sps, const SliceHeader& slice);
 
-    /// frame_num of the reference picture before in decode order (PrevRefFrameNum, clause 7.4.3), 0 after a
+    /// frame_num of the previous reference picture in decode order (PrevRefFrameNum, clause 7.4.3), 0 after a
     /// reset.
     std::uint32_t previousReferenceFrameNum() const { return previousReferenceFrameNum_; }
 

@@ -8,7 +8,7 @@
 
 namespace zelvra::h264 {
 
-/// What the plan of a passthrough movie needs to know of one coded picture.
+/// The facts about one coded picture that the planner of a passthrough movie needs.
 struct PictureFacts {
     bool idr = false;
     bool isReference = false;
@@ -16,39 +16,39 @@ struct PictureFacts {
     bool hasInBandParameterSets = false; ///< the sample carries sequence or picture parameter sets
     bool hasAccessUnitDelimiter = false;
     bool resetsMemory = false;     ///< memory_management_control_operation 5
-    bool frameNumGap = false;      ///< frames are missing before it, by frame_num
+    bool frameNumGap = false;      ///< frames are missing before it, according to frame_num
     SliceType type = SliceType::i; ///< of its first slice
-    int slices = 0;                ///< slice NAL units in the sample
+    int slices = 0;                ///< number of slice NAL units in the sample
     int spsId = 0;
     int ppsId = 0;
     std::uint32_t idrPicId = 0;
     std::uint32_t frameNum = 0;
     std::uint32_t pocLsb = 0; ///< pic_order_cnt_lsb as coded (POC type 0)
-    /// Output order is by (period, poc): the period counts IDR pictures and memory resets since the scan
+    /// Output order is by (period, poc). The period counts IDR pictures and memory resets since the scan
     /// began.
     std::int64_t poc = 0;
     int period = 0;
     std::optional<std::uint32_t> recoveryFrameCount; ///< of a recovery point message in the sample
-    PictureOrder orderAfter; ///< copy it and ask for the order of a picture put behind this one
+    PictureOrder orderAfter; ///< copy it to get the order of a picture inserted after this one
 };
 
-/// Reads the facts of pictures, sample by sample in decode order, beginning at any sync sample. Only the
-/// header of a picture's first slice is read (of both fields where it is coded in fields), and parameter sets
-/// and supplemental messages on the way.
+/// Reads the facts of pictures, sample by sample in decode order, beginning at any sync sample. Reads only
+/// parameter sets, supplemental messages and the header of a picture's first slice (of both fields if it is
+/// coded in fields).
 class PictureScanner {
 public:
-    /// `sets` are those of the sample entry, `nalLengthSize` its record's.
+    /// `sets` are those of the sample entry, `nalLengthSize` is that of its record.
     PictureScanner(ParameterSets sets, int nalLengthSize);
 
-    /// Throws BitstreamError: also where the sample holds no slice.
+    /// Throws BitstreamError, also if the sample contains no slice.
     PictureFacts scan(bitstream::ByteView sample);
 
     /// Parameter sets in force after the last sample.
     const ParameterSets& parameterSets() const { return sets_; }
-    /// Ids seen so far, in the sample entry or in samples: those that our own sets must not have.
+    /// Ids seen so far, in the sample entry or in samples. New sets must not use them.
     const std::set<int>& ppsIdsSeen() const { return ppsIds_; }
     const std::set<int>& spsIdsSeen() const { return spsIds_; }
-    /// Whether a sample brought a sequence parameter set that differs from the one of its id before.
+    /// Whether a sample contained a sequence parameter set that differs from the previous one of its id.
     bool spsChanged() const { return spsChanged_; }
 
 private:

@@ -17,14 +17,14 @@ using bitstream::BitWriter;
 
 namespace {
 
-/// One list of equal entries: the first is 16, and a next scale of 0 repeats the last to the end.
+/// One list of equal entries: the first is 16, and a next scale of 0 repeats it to the end.
 void writeFlatList(BitWriter& writer) {
     writer.flag(true);
     writer.se(16 - 8);
     writer.se(0 - 16);
 }
 
-/// What follows the common part, with lists that are all flat.
+/// The elements after the common part, with all lists flat.
 void writeFlatEnd(BitWriter& writer, const Pps& pps, ChromaFormat chroma) {
     writer.flag(pps.transform8x8);
     writer.flag(true);

@@ -11,7 +11,8 @@
 namespace zelvra::h264 {
 
 /// A picture parameter set (ITU-T H.264 clause 7.3.2.2). Several slice groups (flexible macroblock ordering)
-/// are refused as unsupported: only the Baseline and Extended profiles know them, and no player here does.
+/// are refused as unsupported: only the Baseline and Extended profiles have them, and no player here can
+/// decode them.
 struct Pps {
     bitstream::Bytes nal; ///< as stored, header byte included
     int id = 0;
@@ -35,14 +36,14 @@ struct Pps {
     std::uint64_t commonEnd = 0; ///< payload bit after redundant_pic_cnt_present_flag
 };
 
-/// `chroma` is that of the sequence parameter set it refers to: the number of scaling lists depends on it.
+/// `chroma` is that of the sequence parameter set it refers to, as the number of scaling lists depends on it.
 /// Throws BitstreamError.
 Pps parsePps(bitstream::ByteView nal, ChromaFormat chroma = ChromaFormat::yuv420);
 
-/// The same set under another id, for another sequence parameter set. With `flatFor` it says explicitly that
-/// all scaling lists are flat, in the number that this chroma format asks for: needed where the sequence
-/// parameter set has matrices that the slices were not coded with. Throws BitstreamError; unsupported where
-/// it has matrices of its own and flat ones are asked for.
+/// The same set with another id, referring to another sequence parameter set. With `flatFor`, flat scaling
+/// lists are written explicitly, as many as this chroma format requires. This is needed if the sequence
+/// parameter set has matrices that the slices were not coded with. Throws BitstreamError; unsupported if
+/// `flatFor` is given and the set has matrices of its own.
 bitstream::Bytes rewritePps(bitstream::ByteView nal, int newId, int newSpsId,
                             std::optional<ChromaFormat> flatFor = {});
 

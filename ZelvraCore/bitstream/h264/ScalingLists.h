@@ -6,11 +6,11 @@
 
 namespace zelvra::h264 {
 
-/// Reads over the scaling lists of a parameter set (ITU-T H.264 clause 7.3.2.1.1.1): six of 16 entries, then
-/// `count` - 6 of 64, each behind a flag that says whether it is there.
+/// Skips the scaling lists of a parameter set (ITU-T H.264 clause 7.3.2.1.1.1): six of 16 entries, then
+/// `count` - 6 of 64. A flag before each list says whether it is present.
 void skipScalingLists(bitstream::BitReader& reader, int count);
 
-/// Lists of a parameter set with the 8x8 transform: the chroma planes of 4:4:4 have their own.
+/// Number of lists in a parameter set. With the 8x8 transform, the chroma planes of 4:4:4 have their own.
 constexpr int scalingListCount(bool chroma444, bool transform8x8) {
     if (!transform8x8) {
         return 6;

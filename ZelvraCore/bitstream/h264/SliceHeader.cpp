@@ -14,9 +14,9 @@ using bitstream::BitstreamError;
 
 namespace {
 
-/// Neither list modifications nor memory operations can be more than the fields that a buffer holds, and an
+/// Limit for list modifications and for memory operations: the number of fields that a buffer holds, and an
 /// end mark.
-constexpr int mostOperations = 66;
+constexpr int maxOperations = 66;
 
 bool isB(SliceType type) {
     return type == SliceType::b;
@@ -117,7 +117,7 @@ private:
         if (!reader_.flag()) {
             return;
         }
-        for (int i = 0; i <= mostOperations; ++i) {
+        for (int i = 0; i <= maxOperations; ++i) {
             if (reader_.ue(end) == end) {
                 return;
             }
@@ -142,7 +142,7 @@ private:
         }
     }
 
-    /// A flag, and behind it weight and offset for each plane.
+    /// Skips a flag and, if it is set, weight and offset of each plane.
     void skipPairs(int planes) {
         if (!reader_.flag()) {
             return;
@@ -161,7 +161,7 @@ private:
         if (!reader_.flag()) {
             return;
         }
-        for (int i = 0; i <= mostOperations; ++i) {
+        for (int i = 0; i <= maxOperations; ++i) {
             MemoryOperation operation;
             operation.operation = static_cast<int>(reader_.ue(6));
             if (operation.operation == 0) {

@@ -18,16 +18,16 @@ struct MemoryOperation {
     std::uint32_t second = 0;
 };
 
-/// The deblocking filter of a slice, where its header says something about it.
+/// The deblocking filter of a slice, if its header sets it.
 struct Deblocking {
     std::uint32_t disableIdc = 0;
     std::int32_t alphaOffsetDiv2 = 0;
     std::int32_t betaOffsetDiv2 = 0;
 };
 
-/// A slice header (ITU-T H.264 clause 7.3.3), whole. Reference list modifications and prediction weights are
-/// read over, not kept. The defaults are those of an absent element, so that a header can be made up by hand
-/// to ask PictureOrder about a picture that does not exist yet.
+/// A whole slice header (ITU-T H.264 clause 7.3.3). Reference list modifications and prediction weights are
+/// skipped, not kept. The defaults are those of an absent element, so a caller can build a header by hand and
+/// pass it to PictureOrder for a picture that does not exist yet.
 struct SliceHeader {
     bool idr = false;
     int nalRefIdc = 0;
@@ -54,7 +54,8 @@ struct SliceHeader {
         0; ///< payload bits up to the end of the header, after the NAL unit's header byte
 
     bool isReference() const { return nalRefIdc != 0; }
-    /// memory_management_control_operation 5: forgets all references and restarts the picture order.
+    /// Whether it contains memory_management_control_operation 5, which removes all references and restarts
+    /// the picture order.
     bool resetsMemory() const;
 };
 

@@ -44,7 +44,7 @@ std::optional<std::uint32_t> recoveryFrameCount(bitstream::ByteView seiNal) {
         try {
             return bitstream::BitReader(message.payload).ue();
         } catch (const bitstream::BitstreamError&) {
-            return std::nullopt; // advice that cannot be read is no advice
+            return std::nullopt; // messages are optional, so a malformed one counts as absent
         }
     }
     return std::nullopt;

@@ -19,8 +19,8 @@ using bitstream::BitstreamError;
 
 namespace {
 
-/// Far beyond the largest level (1055 macroblocks), and small enough for all arithmetic on sizes.
-constexpr std::uint32_t mostMacroblocksAcross = 4096;
+/// Far above the largest level (1055 macroblocks), and small enough for all arithmetic on sizes.
+constexpr std::uint32_t maxMacroblocksAcross = 4096;
 
 bool hasChromaFields(int profileIdc) {
     constexpr std::array profiles{100, 110, 122, 244, 44, 83, 86, 118, 128, 138, 139, 134, 135};
@@ -69,8 +69,8 @@ CropUnit cropUnit(const Sps& sps) {
 }
 
 void parseFrame(BitReader& reader, Sps& sps) {
-    sps.widthInMacroblocks = static_cast<int>(reader.ue(mostMacroblocksAcross - 1) + 1);
-    sps.heightInMapUnits = static_cast<int>(reader.ue(mostMacroblocksAcross - 1) + 1);
+    sps.widthInMacroblocks = static_cast<int>(reader.ue(maxMacroblocksAcross - 1) + 1);
+    sps.heightInMapUnits = static_cast<int>(reader.ue(maxMacroblocksAcross - 1) + 1);
     sps.frameMbsOnly = reader.flag();
     if (!sps.frameMbsOnly) {
         sps.mbAdaptiveFrameField = reader.flag();
@@ -103,7 +103,7 @@ void skipHrd(BitReader& reader) {
     reader.skip(20);
 }
 
-/// bitstream_restriction: max_dec_frame_buffering is its last field.
+/// Reads bitstream_restriction, whose last field is max_dec_frame_buffering.
 int parseMaxDecFrameBuffering(BitReader& reader) {
     reader.skip(1);
     for (int i = 0; i < 5; ++i) {

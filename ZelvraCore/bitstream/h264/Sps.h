@@ -9,15 +9,14 @@
 
 namespace zelvra::h264 {
 
-/// The video usability information that the look and the output order of pictures depend on (ITU-T H.264
-/// annex E).
+/// The part of the video usability information that affects colours and output order (ITU-T H.264 annex E).
 struct Vui {
     bool fullRange = false;
     std::optional<int> maxDecFrameBuffering; ///< of bitstream_restriction
 };
 
-/// A sequence parameter set (ITU-T H.264 clause 7.3.2.1.1): how pictures are laid out, how their order counts
-/// are coded. Scaling lists are read over, not kept.
+/// A sequence parameter set (ITU-T H.264 clause 7.3.2.1.1): the layout of pictures and the coding of their
+/// order counts. Scaling lists are skipped, not kept.
 struct Sps {
     struct CropInUnits {
         std::uint32_t left = 0;
@@ -56,10 +55,10 @@ struct Sps {
 
     int codedWidth() const { return widthInMacroblocks * 16; }
     int codedHeight() const { return heightInMapUnits * 16 * (frameMbsOnly ? 1 : 2); }
-    /// The coded frame with what the cropping rectangle cuts away, in luma samples.
+    /// The size of the coded frame and the margins that the cropping rectangle removes, in luma samples.
     FreezeEncoding::CodedFrame codedFrame() const;
-    /// Frames the decoded picture buffer holds: what the stream says, else what its level allows
-    /// (max_dec_frame_buffering, clause E.2.1, and MaxDpbFrames, A.3.1). At least 1.
+    /// Number of frames in the decoded picture buffer: the stream's own value, otherwise the maximum of its
+    /// level (max_dec_frame_buffering, clause E.2.1, and MaxDpbFrames, A.3.1). At least 1.
     int decodedPictureBufferFrames() const;
     /// Level 1b of table A-1, which some profiles write as 1.1 with constraint_set3_flag.
     bool isLevel1b() const;

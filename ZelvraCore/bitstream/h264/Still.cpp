@@ -70,8 +70,8 @@ void writeHeader(BitWriter& writer, const SliceHeader& own, const Pps& ownPps, c
     }
 }
 
-/// What follows the header, `reader` at its beginning. After CABAC data there may be zero words behind the
-/// closing bits, which count for a decoder's rate and stay.
+/// Copies everything after the header; `reader` is at its beginning. CABAC data may be followed by zero words
+/// after the closing bits. They are kept, because they count towards a decoder's rate.
 void copySliceData(BitWriter& writer, BitReader& reader, bool cabac) {
     if (cabac) {
         reader.skipToByteBoundary();

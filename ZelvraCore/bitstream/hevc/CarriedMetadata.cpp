@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::uint32_t registeredUserData = 4;
 
-/// The NAL unit with its registered user data only; the very same bytes where it holds nothing else, empty
-/// where it holds none.
+/// The NAL unit with its registered user data only. Unchanged if it contains nothing else; empty if it
+/// contains none.
 Bytes registeredUserDataOf(ByteView nal) {
     auto messages = bitstream::parseSeiMessages(nal.subspan(nalHeaderSize));
     const auto others = std::erase_if(

@@ -6,9 +6,9 @@
 
 namespace zelvra::hevc {
 
-/// Metadata of the picture that a display maps colours by: Dolby Vision (NAL units of type 62) and HDR10+ and
-/// its like (user data registered by ITU-T T.35 in supplemental messages). A freeze of a picture must carry
-/// it in each of its pictures, or the colours jump.
+/// Metadata of a picture that displays use for colour mapping: Dolby Vision (NAL units of type 62), HDR10+
+/// and similar (user data registered by ITU-T T.35 in supplemental messages). Each picture of a freeze must
+/// repeat it, otherwise the colours jump.
 struct CarriedMetadata {
     std::vector<bitstream::Bytes> beforeSlices; ///< whole NAL units
     std::vector<bitstream::Bytes> afterSlices;
@@ -16,11 +16,11 @@ struct CarriedMetadata {
     bool empty() const { return beforeSlices.empty() && afterSlices.empty(); }
 };
 
-/// What a sample carries. Messages of other kinds that share a NAL unit are left out. Throws BitstreamError
-/// (corrupt) where the sample's NAL units do not fit; malformed messages count as none.
+/// The metadata in a sample. Messages of other kinds in the same NAL unit are left out. Throws BitstreamError
+/// (corrupt) if the sample's NAL units do not fit in it. Malformed messages count as absent.
 CarriedMetadata carriedMetadata(bitstream::ByteView sample, int nalLengthSize);
 
-/// A sample with the metadata put around its slices.
+/// A sample with the metadata inserted before and after its slices.
 bitstream::Bytes withMetadata(bitstream::ByteView sample, int nalLengthSize, const CarriedMetadata& metadata);
 
 } // namespace zelvra::hevc

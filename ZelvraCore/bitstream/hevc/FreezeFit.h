@@ -9,13 +9,14 @@
 
 namespace zelvra::hevc {
 
-/// What a freeze clip must look like to be spliced into an HEVC source. Pure functions of the source's
-/// sequence parameter set.
+/// The properties that a freeze clip must have to be spliced into an HEVC source. Pure functions of the
+/// source's sequence parameter set.
 
-/// Why no encoder of ours can match this stream; empty where it can.
+/// Why no available encoder can match this stream; `nullopt` if one can.
 std::optional<std::string> whyNoFreezeFits(const Sps& sps);
 
-/// What the encoder must match. Throws BitstreamError (unsupported) with the reason where `whyNoFreezeFits`.
+/// The properties that the encoder must match. Throws BitstreamError (unsupported) with the reason if
+/// `whyNoFreezeFits` returns one.
 FreezeEncoding freezeEncodingFor(const Sps& sps);
 
 } // namespace zelvra::hevc

@@ -39,7 +39,7 @@ void appendArray(Bytes& bytes, const HevcConfiguration::Array& array) {
     }
 }
 
-/// The record with its fields, which stand in the lowest bits, set to another value.
+/// `field` with its lowest 12 bits, min_spatial_segmentation_idc, replaced.
 std::uint16_t withSpatialSegmentation(std::uint16_t field, int idc) {
     return static_cast<std::uint16_t>((field & 0xF000) | idc);
 }
@@ -147,7 +147,7 @@ HevcConfiguration mergeForSplice(const HevcConfiguration& source, const HevcConf
         source.spatialSegmentation, std::min(source.spatialSegmentation & spatialSegmentationBits,
                                              inserted.spatialSegmentation & spatialSegmentationBits));
     merged.parallelism = source.parallelism & reservedBitsOfParallelism;
-    merged.averageFrameRate = 0; // hidden pictures count in it, and it would be wrong
+    merged.averageFrameRate = 0; // the source's rate would be wrong, because hidden pictures count too
     merged.layersAndLength = source.layersAndLength & allButConstantFrameRate;
     for (const auto& array : inserted.arrays) {
         if (isParameterSet(array.type)) {

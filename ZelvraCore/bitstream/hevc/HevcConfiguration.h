@@ -8,9 +8,9 @@
 
 namespace zelvra::hevc {
 
-/// The decoder configuration record of an HEVC sample entry, the content of `hvcC` (ISO/IEC 14496-15 clause
-/// 8.3.3.1). Parsing and serialising gives the same bytes, whatever the reserved bits hold. It does not look
-/// into the parameter sets.
+/// The decoder configuration record of an HEVC sample entry, which is the content of `hvcC` (ISO/IEC 14496-15
+/// clause 8.3.3.1). Parsing and serialising preserves every byte, including reserved bits. It does not parse
+/// the parameter sets.
 struct HevcConfiguration {
     struct Array {
         bool complete = false; ///< array_completeness: no such sets occur in samples
@@ -34,27 +34,28 @@ struct HevcConfiguration {
     std::uint8_t layersAndLength = 0x03;        ///< constantFrameRate, numTemporalLayers, temporalIdNested,
                                                 ///< lengthSizeMinusOne
     std::vector<Array> arrays;
-    bitstream::Bytes trailer; ///< bytes behind the arrays, which should not be there
+    bitstream::Bytes trailer; ///< bytes after the arrays; valid records have none
 
     int nalLengthSize() const { return (layersAndLength & 3) + 1; }
     /// All parameter sets of one type, in order, as views into this record.
     std::vector<bitstream::ByteView> nalsOfType(NalType type) const;
 
-    /// Throws BitstreamError: corrupt where lists go beyond the end, unsupported for other versions.
+    /// Throws BitstreamError: corrupt if lists go beyond the end, unsupported for other versions.
     static HevcConfiguration parse(bitstream::ByteView content);
     bitstream::Bytes serialise() const;
 
-    /// Adds a parameter set to the array of its type (a new one, after those of lesser types, where there is
-    /// none) unless it is there already. Throws BitstreamError (unsupported) where the record has no room.
+    /// Adds a parameter set to the array of its type unless it is there already. If there is no such array, a
+    /// new one is inserted after those of lower types. Throws BitstreamError (unsupported) if the record has
+    /// no room.
     void add(bitstream::ByteView nal);
 
     bool operator==(const HevcConfiguration&) const = default;
 };
 
-/// The record of a source's stream into which pieces of another were spliced: what decoders must be ready for
-/// is the greatest of both, what they may rely on is what holds for both. Parameter sets of `source` come
-/// first, then those of `inserted`, then `more` (twins). Throws BitstreamError (unsupported) where chroma
-/// format, bit depth or NAL length size differ, or where the record has no room.
+/// The record of a source's stream into which pieces of another were spliced. Requirements on the decoder are
+/// the maximum of both; guarantees hold only if both give them. Parameter sets of `source` come first, then
+/// those of `inserted`, then `more` (twins). Throws BitstreamError (unsupported) if chroma format, bit depth
+/// or NAL length size differ, or if the record has no room.
 HevcConfiguration mergeForSplice(const HevcConfiguration& source, const HevcConfiguration& inserted,
                                  const std::vector<bitstream::Bytes>& more);
 

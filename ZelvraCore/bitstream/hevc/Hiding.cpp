@@ -19,7 +19,8 @@ namespace {
 
 constexpr int ppsIdLimit = 64;
 
-/// A CRA picture at the head of a run follows pictures that it does not know, so it is a broken link.
+/// A CRA picture at the head of a run becomes a broken link, because the pictures that its leading pictures
+/// refer to are missing.
 bool breaksLink(NalType type) {
     return type == NalType::cra || isBla(type);
 }
@@ -59,7 +60,7 @@ std::size_t lastParameterSet(const std::vector<ByteView>& nals) {
     return last;
 }
 
-/// The whole NAL units of a sample, each at least a header long.
+/// The NAL units of a sample. Those shorter than a header are left out.
 std::vector<ByteView> split(ByteView sample, int nalLengthSize) {
     auto nals = bitstream::splitNalUnits(sample, nalLengthSize);
     std::erase_if(nals, [](ByteView nal) { return nal.size() < nalHeaderSize; });
@@ -95,7 +96,7 @@ TwinIds chooseTwinIds(const std::set<int>& used, const std::set<int>& reserved) 
     taken.insert(reserved.begin(), reserved.end());
     TwinIds ids;
     for (const int id : used) {
-        const int twin = bitstream::leastFreeId(taken, ppsIdLimit);
+        const int twin = bitstream::lowestFreeId(taken, ppsIdLimit);
         taken.insert(twin);
         ids.emplace(id, twin);
     }

@@ -65,7 +65,8 @@ void requireOneOfEach(const ParameterSets& own) {
     }
 }
 
-/// What both demand together. A limit of latency counts only where the clip reorders no more than the source.
+/// The requirements of both combined. A latency limit is kept only if the clip reorders no more than the
+/// source.
 SubLayerOrdering greaterOf(const SubLayerOrdering& own, const SubLayerOrdering& source) {
     SubLayerOrdering both;
     both.maxDecPicBuffering = std::max(own.maxDecPicBuffering, source.maxDecPicBuffering);
@@ -123,7 +124,7 @@ Bytes matchPictureBuffer(ByteView ownSps, const Sps& source) {
         levelBits);
     writer.copy(reader, own.orderingBegin - reader.position());
     reader.skip(own.orderingEnd - own.orderingBegin);
-    writer.flag(false); // one entry counts for all sub-layers
+    writer.flag(false); // one entry applies to all sub-layers
     writer.ue(both.maxDecPicBuffering - 1);
     writer.ue(both.maxNumReorder);
     writer.ue(both.maxLatencyIncreasePlus1);

@@ -6,8 +6,8 @@
 
 namespace zelvra::hevc {
 
-/// Giving the parameter sets of a freeze clip ids that the source does not use, so that both stand in one
-/// sample entry. The clip has one set of each kind.
+/// Gives the parameter sets of a freeze clip ids that the source does not use, so that one sample entry can
+/// contain both. The clip has one set of each kind.
 
 struct Identity {
     int vpsId = 0;
@@ -15,21 +15,22 @@ struct Identity {
     int ppsId = 0;
 };
 
-/// One parameter set or slice segment of the clip under the new ids; other NAL units unchanged. IRAP slices
+/// One parameter set or slice segment of the clip with the new ids; other NAL units unchanged. IRAP slices
 /// get no_output_of_prior_pics_flag = 0. `own` are the clip's sets as encoded. Throws BitstreamError;
-/// unsupported where the clip has several sets of a kind.
+/// unsupported if the clip has several sets of a kind.
 bitstream::Bytes reidentify(bitstream::ByteView nal, const ParameterSets& own, const Identity& identity);
 
-/// All NAL units of a sample; with parameter sets in the sample left out, as they are in the sample entry.
+/// All NAL units of a sample with the new ids. Parameter sets are left out, as they are in the sample entry.
 bitstream::Bytes reidentifySample(bitstream::ByteView sample, int nalLengthSize, const ParameterSets& own,
                                   const Identity& identity);
 
-/// The clip's sequence parameter set with the source's demands on the decoded picture buffer (the greater of
-/// both, should the clip need more) and at least the source's level, so that no decoder sets its buffers up
-/// anew, or drops pictures not yet shown, at the splice (clause C.5.2.2).
+/// The clip's sequence parameter set with the source's requirements on the decoded picture buffer (or the
+/// clip's, if greater) and at least the source's level. Otherwise decoders would set their buffers up anew at
+/// the splice, or drop pictures not yet shown (clause C.5.2.2).
 bitstream::Bytes matchPictureBuffer(bitstream::ByteView ownSps, const Sps& source);
 
-/// The clip's whole configuration record under the new ids, its sequence parameter set matched to the source.
+/// The clip's whole configuration record with the new ids. Its sequence parameter set is matched to the
+/// source.
 HevcConfiguration reidentify(const HevcConfiguration& configuration, const Identity& identity,
                              const Sps& source);
 

@@ -6,7 +6,7 @@
 
 namespace zelvra::hevc {
 
-/// nal_unit_type values that matter here (ITU-T H.265 table 7-1); others occur.
+/// The nal_unit_type values that are handled here (ITU-T H.265 table 7-1); streams contain others too.
 enum class NalType : std::uint8_t {
     trailN = 0,
     trailR = 1,
@@ -29,12 +29,12 @@ enum class NalType : std::uint8_t {
     fillerData = 38,
     prefixSei = 39,
     suffixSei = 40,
-    dolbyVisionRpu = 62, ///< unspecified by the standard; carries Dolby Vision's metadata of the picture
+    dolbyVisionRpu = 62, ///< unspecified in the standard; carries the picture's Dolby Vision metadata
 };
 
 constexpr std::size_t nalHeaderSize = 2;
 
-/// Of a NAL unit of at least `nalHeaderSize` bytes.
+/// Requires a NAL unit of at least `nalHeaderSize` bytes.
 inline NalType nalType(bitstream::ByteView nal) {
     return static_cast<NalType>(nal[0] >> 1 & 0x3F);
 }
@@ -45,7 +45,7 @@ inline int temporalId(bitstream::ByteView nal) {
     return (nal[1] & 7) - 1;
 }
 
-/// A slice segment: all types below 32, the reserved ones included.
+/// Whether it is a slice segment: all types below 32, reserved ones included.
 constexpr bool isSlice(NalType type) {
     return type < NalType::vps;
 }
@@ -67,7 +67,7 @@ constexpr bool isRadl(NalType type) {
 constexpr bool isLeading(NalType type) {
     return isRasl(type) || isRadl(type);
 }
-/// Pictures that no other of the same temporal sub-layer refers to: the even types below 16.
+/// Pictures that no other picture of the same temporal sub-layer refers to: the even types below 16.
 constexpr bool isSubLayerNonReference(NalType type) {
     return type < NalType::blaWLp && static_cast<int>(type) % 2 == 0;
 }

@@ -10,18 +10,18 @@
 
 namespace zelvra::hevc {
 
-/// The parameter sets known at a point of a stream, by id: the newest of an id counts. Those of layers above
-/// the base are unsupported.
+/// The parameter sets known at a point of a stream, by id. A newer set replaces an older one of the same id.
+/// Sets of layers above the base layer are unsupported.
 class ParameterSets {
 public:
     ParameterSets() = default;
     explicit ParameterSets(const HevcConfiguration& configuration);
 
-    /// Takes a video, sequence or picture parameter set; NAL units of other types are passed over. Throws
-    /// BitstreamError. Returns whether it was a parameter set.
+    /// Adds a video, sequence or picture parameter set; ignores NAL units of other types. Returns whether it
+    /// was a parameter set. Throws BitstreamError.
     bool add(bitstream::ByteView nal);
 
-    /// Throw BitstreamError (corrupt) where there is none of that id.
+    /// Throw BitstreamError (corrupt) if there is no set of that id.
     const Sps& sps(int id) const;
     const Pps& pps(int id) const;
     const Sps& spsOfPps(int ppsId) const { return sps(pps(ppsId).spsId); }

@@ -6,8 +6,8 @@
 
 namespace zelvra::hevc {
 
-/// Picture order counts by the decoding process of ITU-T H.265 clause 8.3.1. Feed it the first slice segment
-/// of every picture in decode order. A value: copy it to look ahead.
+/// Picture order counts by the decoding process of ITU-T H.265 clause 8.3.1. Call `next` with the first slice
+/// segment of every picture in decode order. A value type: use a copy to look ahead.
 class PictureOrder {
 public:
     /// `startsSequence`: an IRAP picture with NoRaslOutputFlag = 1 (IDR, BLA, the first of the stream, the

@@ -15,9 +15,9 @@ using bitstream::BitstreamError;
 namespace {
 
 void skipTiles(BitReader& reader) {
-    constexpr std::uint32_t mostAcross = 1023; // far beyond any level: 20 columns, 22 rows
-    const std::uint32_t columns = reader.ue(mostAcross);
-    const std::uint32_t rows = reader.ue(mostAcross);
+    constexpr std::uint32_t maxTilesAcross = 1023; // far above any level: 20 columns, 22 rows
+    const std::uint32_t columns = reader.ue(maxTilesAcross);
+    const std::uint32_t rows = reader.ue(maxTilesAcross);
     if (!reader.flag()) { // not uniformly spaced
         for (std::uint32_t i = 0; i < columns + rows; ++i) {
             reader.ue();

@@ -8,8 +8,9 @@
 
 namespace zelvra::hevc {
 
-/// A picture parameter set (ITU-T H.265 clause 7.3.2.3): what slice segment headers depend on. Scaling lists
-/// and tile sizes are read over. The multilayer, 3D and screen content extensions are unsupported.
+/// A picture parameter set (ITU-T H.265 clause 7.3.2.3): the elements that slice segment headers depend on.
+/// Scaling lists and tile sizes are skipped. The multilayer, 3D and screen content extensions are
+/// unsupported.
 struct Pps {
     bitstream::Bytes nal; ///< as stored, header included
     int id = 0;

@@ -6,7 +6,7 @@
 
 namespace zelvra::hevc {
 
-/// Reads over scaling_list_data() (ITU-T H.265 clause 7.3.4).
+/// Skips scaling_list_data() (ITU-T H.265 clause 7.3.4).
 void skipScalingLists(bitstream::BitReader& reader);
 
 } // namespace zelvra::hevc

@@ -11,16 +11,16 @@ using bitstream::BitstreamError;
 
 namespace {
 
-constexpr std::uint32_t mostRefs = 16;
-constexpr std::uint32_t greatestDistance = 0x7FFF;
+constexpr std::uint32_t maxRefs = 16;
+constexpr std::uint32_t maxDistance = 0x7FFF;
 
 struct Prediction {
     bool used = false;
     bool kept = false; ///< use_delta_flag
 };
 
-/// The entries of the set predicted from and, last, the picture that this set belongs to, which is at
-/// distance 0 of itself: each is moved by `delta`.
+/// The candidates for a predicted set: the entries of the set that it is predicted from and, last, the
+/// picture of that set, which is at distance 0. Each is shifted by `delta`.
 class Predictor {
 public:
     Predictor(const ShortTermRefs& from, std::int32_t delta, std::vector<Prediction> predictions)
@@ -30,7 +30,7 @@ public:
         }
     }
 
-    /// Nearest first, those before the picture, then those after it.
+    /// Nearest first: the pictures before the current one, then those after it.
     ShortTermRefs predict() {
         takeBackwards(after_, -1);
         take(from_.size(), -1);
@@ -74,7 +74,7 @@ ShortTermRefs parsePredicted(BitReader& reader, const std::vector<ShortTermRefs>
     }
     const ShortTermRefs& from = known[known.size() - 1 - back];
     const bool negative = reader.flag();
-    const auto distance = static_cast<std::int32_t>(reader.ue(greatestDistance) + 1);
+    const auto distance = static_cast<std::int32_t>(reader.ue(maxDistance) + 1);
     std::vector<Prediction> predictions(from.entries.size() + 1);
     for (Prediction& prediction : predictions) {
         prediction.used = reader.flag();
@@ -84,13 +84,13 @@ ShortTermRefs parsePredicted(BitReader& reader, const std::vector<ShortTermRefs>
 }
 
 ShortTermRefs parseExplicit(BitReader& reader) {
-    const std::uint32_t before = reader.ue(mostRefs);
-    const std::uint32_t after = reader.ue(mostRefs);
+    const std::uint32_t before = reader.ue(maxRefs);
+    const std::uint32_t after = reader.ue(maxRefs);
     ShortTermRefs refs;
     const auto parseHalf = [&](std::uint32_t count, std::int32_t sign) {
         std::int32_t distance = 0;
         for (std::uint32_t i = 0; i < count; ++i) {
-            distance += sign * static_cast<std::int32_t>(reader.ue(greatestDistance) + 1);
+            distance += sign * static_cast<std::int32_t>(reader.ue(maxDistance) + 1);
             refs.entries.push_back({distance, reader.flag()});
         }
     };
@@ -104,7 +104,7 @@ ShortTermRefs parseExplicit(BitReader& reader) {
 ShortTermRefs parseShortTermRefs(BitReader& reader, const std::vector<ShortTermRefs>& known, bool last) {
     const bool predicted = !known.empty() && reader.flag();
     ShortTermRefs refs = predicted ? parsePredicted(reader, known, last) : parseExplicit(reader);
-    if (refs.entries.size() > mostRefs) {
+    if (refs.entries.size() > maxRefs) {
         throw BitstreamError::corrupt("A picture of the video has too many references.");
     }
     return refs;

@@ -7,9 +7,9 @@
 
 namespace zelvra::hevc {
 
-/// st_ref_pic_set() (ITU-T H.265 clauses 7.3.7, 7.4.8). `known` are the sets of the sequence parameter set
-/// read before; `last`: the set stands in a slice segment header, behind all of them, and may be predicted
-/// from any. Throws BitstreamError.
+/// Reads st_ref_pic_set() (ITU-T H.265 clauses 7.3.7, 7.4.8). `known` are the sets of the sequence parameter
+/// set that were read before. `last`: the set is in a slice segment header, follows all of them, and may be
+/// predicted from any. Throws BitstreamError.
 ShortTermRefs parseShortTermRefs(bitstream::BitReader& reader, const std::vector<ShortTermRefs>& known,
                                  bool last);
 

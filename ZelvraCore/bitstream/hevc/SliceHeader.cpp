@@ -20,7 +20,7 @@ using bitstream::BitWriter;
 
 namespace {
 
-/// Bits of a number below `count`: Ceil(Log2(count)).
+/// Number of bits for values below `count`: Ceil(Log2(count)).
 int bitsFor(std::uint32_t count) {
     return count <= 1 ? 0 : std::bit_width(count - 1);
 }
@@ -111,10 +111,10 @@ private:
     }
 
     void skipLongTermRefs(const Sps& sps) {
-        constexpr std::uint32_t mostRefs = 33;
+        constexpr std::uint32_t maxRefs = 33;
         const auto candidates = static_cast<std::uint32_t>(sps.longTermRefUsed.size());
-        const std::uint32_t fromSet = candidates > 0 ? reader_.ue(mostRefs) : 0;
-        const std::uint32_t count = fromSet + reader_.ue(mostRefs);
+        const std::uint32_t fromSet = candidates > 0 ? reader_.ue(maxRefs) : 0;
+        const std::uint32_t count = fromSet + reader_.ue(maxRefs);
         for (std::uint32_t i = 0; i < count; ++i) {
             bool used = false;
             if (i < fromSet) {
@@ -249,7 +249,7 @@ bitstream::Bytes nalHeaderWith(bitstream::ByteView nal, const std::optional<NalT
     return header;
 }
 
-/// The bytes in front of the slice data.
+/// The bytes before the slice data.
 bitstream::Bytes rewriteHeader(bitstream::ByteView nal, const SliceHeader& header, const SliceEdits& edits) {
     BitReader reader(nal.subspan(nalHeaderSize));
     BitWriter writer;
@@ -295,8 +295,8 @@ bitstream::Bytes rewriteSlice(bitstream::ByteView nal, const SliceHeader& header
     if (!std::ranges::equal(rewriteHeader(nal, header, {}), coded)) {
         throw BitstreamError::unsupported("The headers of the video's slices are written unusually.");
     }
-    // The header's last byte holds the closing one bit, so no run of zeros reaches into the data: its own
-    // emulation prevention stays right.
+    // The header's last byte contains the closing one bit, so no run of zeros extends into the slice data.
+    // The emulation prevention of the slice data stays correct.
     bitstream::Bytes rewritten = rewriteHeader(nal, header, edits);
     bitstream::append(rewritten, nal.subspan(header.dataOffset));
     return rewritten;

@@ -19,9 +19,9 @@ using bitstream::BitstreamError;
 
 namespace {
 
-constexpr std::uint32_t mostSubLayers = 7;
-/// Beyond the largest level (8444 samples in version 2, 16888 later), small enough for all arithmetic.
-constexpr std::uint32_t mostSamplesAcross = 0x7FFF;
+constexpr std::uint32_t subLayerLimit = 7;
+/// Above the largest level (8444 samples in version 2, 16888 later), and small enough for all arithmetic.
+constexpr std::uint32_t maxSamplesAcross = 0x7FFF;
 
 void requireKind(bitstream::ByteView nal, NalType type) {
     if (nal.size() < nalHeaderSize || nalType(nal) != type) {
@@ -56,7 +56,8 @@ ProfileTierLevel parseProfileTierLevel(BitReader& reader, int maxSubLayers) {
         subLayerBits += reader.flag() ? profileBits : 0;
         subLayerBits += reader.flag() ? levelBits : 0;
     }
-    reader.skip(2 * static_cast<std::uint64_t>(9 - maxSubLayers)); // reserved_zero_2bits up to eight
+    reader.skip(2 * static_cast<std::uint64_t>(9 - maxSubLayers)); // reserved_zero_2bits, for each missing
+                                                                   // sub-layer up to eight
     reader.skip(subLayerBits);
     return general;
 }
@@ -82,8 +83,8 @@ void parseFormat(BitReader& reader, Sps& sps) {
     if (sps.chroma == ChromaFormat::yuv444) {
         sps.separateColourPlanes = reader.flag();
     }
-    sps.width = static_cast<int>(reader.ue(mostSamplesAcross));
-    sps.height = static_cast<int>(reader.ue(mostSamplesAcross));
+    sps.width = static_cast<int>(reader.ue(maxSamplesAcross));
+    sps.height = static_cast<int>(reader.ue(maxSamplesAcross));
     if (sps.width == 0 || sps.height == 0) {
         throw BitstreamError::corrupt("The video's pictures are empty.");
     }
@@ -247,7 +248,7 @@ Sps parseSps(bitstream::ByteView nal) {
     sps.nal.assign(nal.begin(), nal.end());
     sps.vpsId = static_cast<int>(reader.bits(4));
     const std::uint32_t subLayers = reader.bits(3) + 1;
-    if (subLayers > mostSubLayers) {
+    if (subLayers > subLayerLimit) {
         throw BitstreamError::corrupt("The video has too many temporal layers.");
     }
     sps.maxSubLayers = static_cast<int>(subLayers);

@@ -29,20 +29,20 @@ struct ShortTermRefs {
     std::vector<Entry> entries;
 };
 
-/// What one temporal sub-layer asks of the decoded picture buffer.
+/// The requirements of one temporal sub-layer on the decoded picture buffer.
 struct SubLayerOrdering {
     std::uint32_t maxDecPicBuffering = 1; ///< pictures, the current one included
     std::uint32_t maxNumReorder = 0;
-    std::uint32_t maxLatencyIncreasePlus1 = 0; ///< 0: no limit
+    std::uint32_t maxLatencyIncreasePlus1 = 0; ///< 0 = no limit
 };
 
-/// Of the video usability information (annex E), what decides whether and how freezes fit.
+/// The part of the video usability information (annex E) that decides whether and how freezes fit.
 struct Vui {
     bool fullRange = false;
     bool fieldSequence = false; ///< field_seq_flag: pictures are fields
 };
 
-/// A video parameter set, of which only the ids and layers matter here (clause 7.3.2.1).
+/// A video parameter set (clause 7.3.2.1). Only its ids and layers are needed.
 struct Vps {
     bitstream::Bytes nal;
     int id = 0;
@@ -50,7 +50,7 @@ struct Vps {
     int maxSubLayers = 1;
 };
 
-/// A sequence parameter set (clause 7.3.2.2). Scaling lists are read over, not kept. Sets of other layers and
+/// A sequence parameter set (clause 7.3.2.2). Scaling lists are skipped, not kept. Sets of other layers and
 /// of the multilayer, 3D and screen content extensions are unsupported.
 struct Sps {
     struct Window { ///< in luma samples
@@ -80,16 +80,17 @@ struct Sps {
     bool sampleAdaptiveOffset = false;
     std::vector<ShortTermRefs> shortTermRefs;
     bool longTermRefsPresent = false;
-    std::vector<bool> longTermRefUsed; ///< of the candidates in the set
+    std::vector<bool> longTermRefUsed; ///< one for each candidate in the set
     bool temporalMotionPrediction = false;
     std::optional<Vui> vui;
 
     std::uint64_t idBegin = 0; ///< payload bits around sps_seq_parameter_set_id
     std::uint64_t idEnd = 0;
     std::uint64_t orderingBegin = 0; ///< payload bits around sps_sub_layer_ordering_info and the flag before
+                                     ///< it
     std::uint64_t orderingEnd = 0;
 
-    /// ChromaArrayType: monochrome where the colour planes are coded apart.
+    /// ChromaArrayType: monochrome if the colour planes are coded separately.
     bool hasChromaArrays() const { return !separateColourPlanes && chroma != ChromaFormat::monochrome; }
     int pictureSizeInTreeBlocks() const;
     FreezeEncoding::CodedFrame codedFrame() const;

@@ -96,9 +96,9 @@ private:
     hevc::Identity identify(const hevc::HevcConfiguration& configuration) {
         const auto [known, isNew] = identities_.try_emplace(parameterSetsOf(configuration));
         if (isNew) {
-            known->second = {bitstream::leastFreeId(usedIds_.vps, vpsIdLimit),
-                             bitstream::leastFreeId(usedIds_.sps, spsIdLimit),
-                             bitstream::leastFreeId(usedIds_.pps, ppsIdLimit)};
+            known->second = {bitstream::lowestFreeId(usedIds_.vps, vpsIdLimit),
+                             bitstream::lowestFreeId(usedIds_.sps, spsIdLimit),
+                             bitstream::lowestFreeId(usedIds_.pps, ppsIdLimit)};
             usedIds_.vps.insert(known->second.vpsId);
             usedIds_.sps.insert(known->second.spsId);
             usedIds_.pps.insert(known->second.ppsId);

@@ -101,7 +101,7 @@ const StillCoder::OwnPps& StillCoder::ownPps(const h264::Pps& pps, const h264::S
     for (const auto& [other, set] : sets_) {
         used.insert(set.id);
     }
-    const int id = bitstream::leastFreeId(used, ppsIdLimit);
+    const int id = bitstream::lowestFreeId(used, ppsIdLimit);
     return sets_.emplace(content, OwnPps{id, h264::rewritePps(content, id, sps.id), sps}).first->second;
 }
 

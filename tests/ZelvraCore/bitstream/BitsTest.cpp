@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::uint8_t header[]{0x67};
 
-TEST(Bits, ReadBackAsWrittenThroughEmulationPrevention) {
+TEST(Bits, AreReadBackAsWrittenThroughEmulationPrevention) {
     BitWriter writer;
     writer.bits(0, 32); // three zero bytes in a row, and a fourth
     for (const std::uint32_t value : {0U, 1U, 2U, 254U, 65535U, 0xFFFFFFFEU}) {
@@ -53,7 +53,7 @@ TEST(Bits, SurviveRandomPayloadsFullOfZeros) {
         for (std::uint8_t& byte : payload) {
             byte = static_cast<std::uint8_t>(random() % 3 == 0 ? random() % 5 : 0);
         }
-        payload.push_back(0x80); // closing bits, and behind them perhaps words of zeros
+        payload.push_back(0x80); // closing bits, which words of zeros may follow
         payload.resize(payload.size() + random() % 3 * 2);
         const Bytes nal = withEmulationPrevention(header, payload);
         for (std::size_t i = 0; i + 2 < nal.size(); ++i) {
@@ -93,13 +93,13 @@ TEST(NalUnits, SplitAndJoinWithLengthsOfOneTwoAndFourBytes) {
     EXPECT_THROW(splitNalUnits(Bytes{0, 0, 1, 5}, 3), BitstreamError);
 }
 
-TEST(FreeId, IsTheLeastOneNotInUseAndRunsOut) {
-    EXPECT_EQ(leastFreeId({}, 16), 0);
-    EXPECT_EQ(leastFreeId({0, 1, 3}, 16), 2);
-    EXPECT_THROW(leastFreeId({0, 1}, 2), BitstreamError);
+TEST(FreeId, IsTheLowestOneNotInUseUntilAllAreUsed) {
+    EXPECT_EQ(lowestFreeId({}, 16), 0);
+    EXPECT_EQ(lowestFreeId({0, 1, 3}, 16), 2);
+    EXPECT_THROW(lowestFreeId({0, 1}, 2), BitstreamError);
 }
 
-TEST(RecoveryPoint, IsFoundWhereOneWasWritten) {
+TEST(RecoveryPoint, IsReadBackAsWritten) {
     EXPECT_EQ(h264::recoveryPointSei(0), (Bytes{0x06, 0x06, 0x01, 0xC4, 0x80}));
     EXPECT_EQ(h264::recoveryFrameCount(h264::recoveryPointSei(0)), 0U);
     EXPECT_EQ(h264::recoveryFrameCount(h264::recoveryPointSei(60)), 60U);

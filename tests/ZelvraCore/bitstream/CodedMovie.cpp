@@ -87,8 +87,8 @@ std::vector<std::string> decodedPictures(const std::string& format, const std::v
             pictures.push_back(line.substr(line.find_last_of(' ') + 1));
         }
     }
-    std::istringstream complaints(result.errors);
-    for (std::string line; std::getline(complaints, line);) {
+    std::istringstream warnings(result.errors);
+    for (std::string line; std::getline(warnings, line);) {
         if (line.find("imestamp") == std::string::npos) { // a byte stream has no times
             ADD_FAILURE() << line;
         }

@@ -13,7 +13,7 @@ namespace zelvra::test {
 
 /// The coded pictures of a movie's first video track, held in memory.
 struct CodedMovie {
-    std::string type; ///< of its sample entry, "avc1"
+    std::string type; ///< of its sample entry, for example "avc1"
     bitstream::Bytes sampleEntry;
     bitstream::Bytes configuration;         ///< content of avcC or hvcC; empty for other codecs
     std::vector<bitstream::Bytes> samples;  ///< in decode order
@@ -30,13 +30,13 @@ inline CodedMovie readCodedMovie(const NumberedMovie& movie) {
     return readCodedMovie(movieFile(movie));
 }
 
-/// MD5 sums of the pictures that ffmpeg decodes from parameter sets and samples put one after another as a
-/// byte stream (annex B), in output order. Any complaint of the decoder fails the test.
+/// MD5 sums of the pictures that ffmpeg decodes, in output order. The input is parameter sets and samples
+/// concatenated as a byte stream (annex B). Any warning of the decoder fails the test.
 std::vector<std::string> decodedPictures(const std::string& format,
                                          const std::vector<bitstream::Bytes>& parameterSets,
                                          const std::vector<bitstream::Bytes>& samples, int nalLengthSize = 4);
 
-/// The movies of the shared collection that can be read and are of this codec; broken ones are left out.
+/// The movies of the shared collection that can be read and have this codec; broken ones are left out.
 std::vector<std::filesystem::path> sharedMoviesOf(MovieCodec codec);
 
 } // namespace zelvra::test

@@ -22,7 +22,7 @@ using test::NumberedMovie;
 template <class Record>
 void expectSameBytesAndNoTruncation(const Bytes& content) {
     EXPECT_EQ(Record::parse(content).serialise(), content);
-    // The trailer is whatever is left, so only what precedes it can be missed.
+    // The trailer is all remaining bytes, so only the bytes before it can be missing.
     const std::size_t needed = content.size() - Record::parse(content).trailer.size();
     for (std::size_t size = 0; size < needed; ++size) {
         EXPECT_THROW(Record::parse(ByteView(content).first(size)), BitstreamError) << size;
@@ -38,7 +38,7 @@ TEST(Configuration, OfRealMoviesIsWrittenAsItWasRead) {
     }
 }
 
-TEST(AvcConfiguration, TakesMoreParameterSetsBehindItsOwnUntilItIsFull) {
+TEST(AvcConfiguration, AppendsParameterSetsUntilItIsFull) {
     const auto movie = test::readCodedMovie(NumberedMovie{.frames = 10});
     expectSameBytesAndNoTruncation<h264::AvcConfiguration>(movie.configuration);
     auto record = h264::AvcConfiguration::parse(movie.configuration);
@@ -56,7 +56,7 @@ TEST(AvcConfiguration, TakesMoreParameterSetsBehindItsOwnUntilItIsFull) {
     EXPECT_THROW(record.addPps(Bytes(70000)), BitstreamError);
 }
 
-TEST(HevcConfiguration, OfASplicePromisesOnlyWhatHoldsForBoth) {
+TEST(HevcConfiguration, OfASpliceGuaranteesOnlyWhatBothStreamsDo) {
     const auto movie = test::readCodedMovie(
         NumberedMovie{.width = 1280, .height = 720, .frames = 10, .codec = MovieCodec::hevc});
     const auto clip = test::readCodedMovie(NumberedMovie{.frames = 10, .codec = MovieCodec::hevc});
@@ -84,7 +84,7 @@ TEST(HevcConfiguration, OfASplicePromisesOnlyWhatHoldsForBoth) {
     EXPECT_THROW(mergeForSplice(source, inserted, {}), BitstreamError);
 }
 
-TEST(SampleEntry, KeepsItsOtherBoxesWhenOneIsExchanged) {
+TEST(SampleEntry, KeepsItsOtherBoxesWhenOneIsReplaced) {
     const auto movie = test::readCodedMovie(
         NumberedMovie{.frames = 10, .colorTags = {"-colorspace", "bt709"}, .pixelAspect = "4/3"});
     const Bytes& entry = movie.sampleEntry;
@@ -106,10 +106,10 @@ TEST(SampleEntry, KeepsItsOtherBoxesWhenOneIsExchanged) {
     EXPECT_EQ(again.size(), entry.size());
 
     Bytes lying = entry;
-    lying[86] = 0x7F; // the first child claims two gigabytes
+    lying[86] = 0x7F; // the first child claims a size of two gigabytes
     EXPECT_THROW(bitstream::findChildBox(lying, "avcC"), BitstreamError);
     EXPECT_THROW(bitstream::findChildBox(ByteView(entry).first(85), "avcC"), BitstreamError);
-    // QuickTime closes a list of boxes with a zero number, which stays where it is: at the end.
+    // QuickTime closes a list of boxes with four zero bytes, which must stay at the end.
     Bytes closed = entry;
     closed.insert(closed.end(), 4, 0);
     EXPECT_EQ(bitstream::replaceChildBox(closed, "free", {}).size(), closed.size() + 8);

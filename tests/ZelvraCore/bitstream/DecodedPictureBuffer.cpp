@@ -50,9 +50,9 @@ private:
         return std::int64_t{frame.frameNum} - (frame.frameNum > current_ ? frameNumRange_ : 0);
     }
 
-    void mark(const h264::SliceHeader& slice, int mostReferences, Frame& frame) {
+    void mark(const h264::SliceHeader& slice, int maxReferences, Frame& frame) {
         if (slice.memoryOperations.empty()) {
-            slide(mostReferences);
+            slide(maxReferences);
         }
         for (const h264::MemoryOperation& each : slice.memoryOperations) {
             apply(each, frame);
@@ -60,8 +60,8 @@ private:
         removeUseless();
     }
 
-    void slide(int mostReferences) {
-        while (std::ranges::count(frames_, true, &Frame::isReference) >= mostReferences) {
+    void slide(int maxReferences) {
+        while (std::ranges::count(frames_, true, &Frame::isReference) >= maxReferences) {
             Frame* oldest = nullptr;
             for (Frame& each : frames_) {
                 if (each.isReference && !each.longTermIndex &&

@@ -24,7 +24,7 @@ using bitstream::ByteView;
 using test::CodedMovie;
 using test::NumberedMovie;
 
-/// A source and a still of our own, coded like it.
+/// A source and a still of our own encoder in the same coding.
 class Freeze {
 public:
     explicit Freeze(const NumberedMovie& movie)
@@ -38,7 +38,7 @@ public:
         for (const Bytes& sample : source.samples) {
             pictures.push_back(scanner.scan(sample));
         }
-        ppsId = bitstream::leastFreeId(scanner.ppsIdsSeen(), 256);
+        ppsId = bitstream::lowestFreeId(scanner.ppsIdsSeen(), 256);
         const auto flat = sps().scalingMatrixPresent ? std::optional(sps().chroma) : std::nullopt;
         pps = h264::rewritePps(own.allPps().begin()->second.nal, ppsId, sps().id, flat);
     }
@@ -71,7 +71,7 @@ public:
         return bitstream::joinNalUnits(nals, record.nalLengthSize);
     }
 
-    /// A still that is no reference, decoded after the sample `before` and shown right after the sample
+    /// A non-reference still, decoded after the sample `before` and shown right after the sample
     /// `shownBefore`.
     Bytes stillAfter(std::size_t before, std::size_t shownBefore) const {
         h264::PictureOrder order = pictures[before].orderAfter;
@@ -113,9 +113,9 @@ struct Kind {
 
 class H264Stills : public testing::TestWithParam<Kind> {};
 
-/// Freezes in front of pictures of every type: where they stand in decode order, and that a decoder gives out
-/// every picture of the source as it was, and the still in its place.
-TEST_P(H264Stills, StandBetweenPicturesThatStayAsTheyWere) {
+/// Inserts freezes before pictures of every type. Checks their position in decode order. Checks that a
+/// decoder outputs every picture of the source unchanged, and the still in its place.
+TEST_P(H264Stills, AreInsertedBetweenUnchangedPictures) {
     const Freeze freeze(GetParam().movie);
     const CodedMovie& source = freeze.source;
     const auto shown = source.shownOrder();
@@ -162,7 +162,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Kind{"OwnMatrices", {.encoderParams = "cqm=jvt"}}),
     [](const auto& kind) { return kind.param.name; });
 
-TEST(H264Stills, InFrontOfAnIdrPictureAreIdrPicturesWithAnotherId) {
+TEST(H264Stills, BeforeAnIdrPictureAreIdrPicturesWithAnotherId) {
     for (const bool interlaced : {false, true}) {
         const Freeze freeze(NumberedMovie{.frames = 20, .interlaced = interlaced});
         const h264::StillHeader header{
@@ -176,7 +176,7 @@ TEST(H264Stills, InFrontOfAnIdrPictureAreIdrPicturesWithAnotherId) {
     }
 }
 
-TEST(H264Stills, LeadAStreamThatStartsAtARecoveryPoint) {
+TEST(H264Stills, CanStartAStreamAtARecoveryPoint) {
     const Freeze freeze(NumberedMovie{.frames = 60, .gop = 30, .openGop = true});
     const auto head = static_cast<std::size_t>(
         std::ranges::find_if(freeze.pictures.begin() + 1, freeze.pictures.end(),
@@ -189,7 +189,7 @@ TEST(H264Stills, LeadAStreamThatStartsAtARecoveryPoint) {
                                  .frameNum = (facts.frameNum - 1) % (1U << freeze.sps().frameNumBits),
                                  .pocLsb = (facts.pocLsb - 2) % (1U << freeze.sps().pocLsbBits)};
     std::vector<Bytes> samples{freeze.still(lead)};
-    // Pictures shown before the head lean on what is not there.
+    // Pictures shown before the head refer to missing pictures.
     for (std::size_t i = head; i < freeze.source.samples.size(); ++i) {
         if (freeze.source.presentation[i] >= freeze.source.presentation[head]) {
             samples.push_back(freeze.source.samples[i]);
@@ -201,7 +201,7 @@ TEST(H264Stills, LeadAStreamThatStartsAtARecoveryPoint) {
     EXPECT_TRUE(std::equal(decoded.begin() + 1, decoded.end(), original.end() + 1 - std::ssize(decoded)));
 }
 
-TEST(H264Stills, AreRefusedWhereTheStreamsDiffer) {
+TEST(H264Stills, AreRefusedIfTheStreamsDiffer) {
     const Freeze freeze(NumberedMovie{.frames = 2});
     const h264::StillHeader header{.ppsId = freeze.ppsId};
     const ByteView slice = bitstream::splitNalUnits(freeze.clip.samples[0], 4).back();
@@ -215,7 +215,7 @@ TEST(H264Stills, AreRefusedWhereTheStreamsDiffer) {
     EXPECT_THROW(rewriteSlice(inter, freeze.sets, freeze.sps(), header), bitstream::BitstreamError);
 }
 
-/// No encoder here writes order counts of type 1, so the numbers are worked out by hand from clause 8.2.1.2.
+/// No encoder here writes order counts of type 1, so the numbers are calculated by hand from clause 8.2.1.2.
 TEST(H264PictureOrder, OfTypeOneFollowsTheCycleOfOffsets) {
     h264::Sps sps;
     sps.pocType = 1;
@@ -241,7 +241,7 @@ TEST(H264PictureOrder, OfTypeOneFollowsTheCycleOfOffsets) {
     EXPECT_EQ(next(0, true), 64) << "frame_num starts again after 16";
 }
 
-TEST(H264PictureOrder, StartsAgainAfterAMemoryReset) {
+TEST(H264PictureOrder, RestartsAfterAMemoryReset) {
     for (const int type : {0, 2}) {
         h264::Sps sps;
         sps.pocType = type;
@@ -258,7 +258,7 @@ TEST(H264PictureOrder, StartsAgainAfterAMemoryReset) {
     }
 }
 
-TEST(H264ScalingLists, OfAStillAreFlatWhereTheSourceHasMatrices) {
+TEST(H264ScalingLists, OfAStillAreFlatIfTheSourceHasMatrices) {
     const Freeze freeze(NumberedMovie{.frames = 2});
     const Bytes& own = freeze.own.allPps().begin()->second.nal;
     for (const ChromaFormat chroma : {ChromaFormat::yuv420, ChromaFormat::yuv444}) {
@@ -270,7 +270,7 @@ TEST(H264ScalingLists, OfAStillAreFlatWhereTheSourceHasMatrices) {
         EXPECT_EQ(pps.secondChromaQpOffset, h264::parsePps(own).secondChromaQpOffset);
         EXPECT_THROW(h264::rewritePps(flat, 1, 0, chroma), bitstream::BitstreamError);
     }
-    // A decoder reads explicit flat lists as none: the clip decodes the same.
+    // Explicit flat lists mean the same as no lists, so the clip must decode to the same pictures.
     const auto& record = freeze.ownRecord;
     const auto plain = test::decodedPictures("h264", {record.spsNals[0], own}, freeze.clip.samples);
     const Bytes flat = h264::rewritePps(own, 0, 0, ChromaFormat::yuv420);

@@ -48,8 +48,8 @@ std::vector<std::size_t> outputOrder(const std::vector<PictureFacts>& pictures) 
     return order;
 }
 
-/// A slice header was read right when the slice data begins where it ends: with CABAC there are only one bits
-/// up to the next byte.
+/// Checks that a slice header was read completely: with CABAC, only one bits follow it up to the next byte,
+/// where the slice data starts.
 void expectAlignedHeader(ByteView nal, const h264::ParameterSets& sets) {
     const h264::SliceHeader slice = parseSliceHeader(nal, sets);
     if (!sets.pps(slice.ppsId).cabac) {
@@ -62,7 +62,7 @@ void expectAlignedHeader(ByteView nal, const h264::ParameterSets& sets) {
     }
 }
 
-/// An intra slice behind a header written anew for the same parameter sets is what it was.
+/// Rewriting an intra slice's header for the same parameter sets must not change the slice.
 void expectSameWhenRewritten(ByteView nal, const h264::ParameterSets& sets) {
     const h264::SliceHeader slice = parseSliceHeader(nal, sets);
     if (!slice.idr || slice.type != h264::SliceType::i || slice.fieldPicture || slice.deltaPocBottom != 0 ||
@@ -128,7 +128,7 @@ std::vector<Kind> kinds() {
 
 class H264Streams : public testing::TestWithParam<Kind> {};
 
-TEST_P(H264Streams, AreReadRightAndComeOutInOrder) {
+TEST_P(H264Streams, AreReadCorrectlyAndInOutputOrder) {
     const Stream stream(readCodedMovie(GetParam().movie));
     expectReadRight(stream);
     const auto output = test::bufferOutput(stream.sets, stream.record.nalLengthSize, stream.movie.samples);
@@ -140,7 +140,7 @@ TEST_P(H264Streams, AreReadRightAndComeOutInOrder) {
 INSTANTIATE_TEST_SUITE_P(Kinds, H264Streams, testing::ValuesIn(kinds()),
                          [](const auto& kind) { return kind.param.name; });
 
-TEST(H264Streams, OfRealCamerasAreReadRight) {
+TEST(H264Streams, OfRealCamerasAreReadCorrectly) {
     const auto files = test::sharedMoviesOf(test::MovieCodec::h264);
     if (files.empty()) {
         GTEST_SKIP() << "no shared movies";
@@ -151,7 +151,7 @@ TEST(H264Streams, OfRealCamerasAreReadRight) {
     }
 }
 
-TEST(H264Facts, TellHowAStreamIsMade) {
+TEST(H264Facts, DescribeTheStream) {
     const Stream stream(readCodedMovie(NumberedMovie{.frames = 60, .gop = 30, .openGop = true}));
     EXPECT_TRUE(stream.pictures[0].idr);
     EXPECT_EQ(std::ranges::count(stream.pictures, true, &PictureFacts::idr), 1);
@@ -166,7 +166,7 @@ TEST(H264Facts, TellHowAStreamIsMade) {
                     .hasAccessUnitDelimiter);
 }
 
-TEST(H264FreezeFit, AsksForTheSourcesOwnForm) {
+TEST(H264FreezeFit, RequiresTheSourcesOwnCoding) {
     const Stream film(readCodedMovie(NumberedMovie{.width = 320, .height = 180, .frames = 10}));
     const auto& sps = film.sets.sps(0);
     const auto encoding = freezeEncodingFor(sps, film.sets.pps(0));

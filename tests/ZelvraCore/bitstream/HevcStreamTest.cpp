@@ -86,13 +86,14 @@ void expectReadRight(const Stream& stream) {
             if (!hevc::isSlice(hevc::nalType(nal))) {
                 continue;
             }
-            const auto header = parseSliceHeader(nal, sets); // checks that slice data begins where it ends
+            const auto header = parseSliceHeader(nal, sets); // checks that slice data begins at the end of
+                                                             // the header
             EXPECT_EQ(rewriteSlice(nal, header, {}), Bytes(nal.begin(), nal.end()));
         }
     }
 }
 
-/// Hides pictures 20 to 29 and every fourth of the others; the decoder must give out the rest as it was.
+/// Hides pictures 20 to 29 and every fourth of the others. The decoder must output the rest unchanged.
 void expectHiddenOnly(const Stream& stream) {
     const auto shown = outputOrder(stream.pictures);
     const auto original = stream.decoded();
@@ -158,7 +159,7 @@ std::vector<Kind> kinds() {
 
 class HevcStreams : public testing::TestWithParam<Kind> {};
 
-TEST_P(HevcStreams, AreReadRightAndGiveOutAllButTheHiddenPictures) {
+TEST_P(HevcStreams, AreReadCorrectlyAndOutputAllButTheHiddenPictures) {
     const Stream stream(readCodedMovie(GetParam().movie));
     expectReadRight(stream);
     EXPECT_EQ(outputOrder(stream.pictures), stream.movie.shownOrder());
@@ -168,7 +169,7 @@ TEST_P(HevcStreams, AreReadRightAndGiveOutAllButTheHiddenPictures) {
 INSTANTIATE_TEST_SUITE_P(Kinds, HevcStreams, testing::ValuesIn(kinds()),
                          [](const auto& kind) { return kind.param.name; });
 
-TEST(HevcStreams, OfRealCamerasAreReadRightAndHidden) {
+TEST(HevcStreams, OfRealCamerasAreReadCorrectlyAndHidden) {
     const auto files = test::sharedMoviesOf(MovieCodec::hevc);
     if (files.empty()) {
         GTEST_SKIP() << "no shared movies";
@@ -178,7 +179,7 @@ TEST(HevcStreams, OfRealCamerasAreReadRightAndHidden) {
         CodedMovie movie = test::readCodedMovie(file);
         const Stream whole(movie);
         expectReadRight(whole);
-        // The camera of one of them gave a few pictures times that are not in the order of output.
+        // The camera of one of them gave a few pictures times that are not in output order.
         if (!file.filename().string().starts_with("phone-29")) {
             EXPECT_EQ(outputOrder(whole.pictures), movie.shownOrder());
         }
@@ -187,7 +188,7 @@ TEST(HevcStreams, OfRealCamerasAreReadRightAndHidden) {
     }
 }
 
-TEST(HevcFacts, TellLeadingPicturesFromOthers) {
+TEST(HevcFacts, DistinguishLeadingPicturesFromOthers) {
     const Stream stream(
         readCodedMovie(NumberedMovie{.frames = 90, .codec = MovieCodec::hevc, .gop = 30, .openGop = true}));
     const auto cra = std::ranges::find(stream.pictures, NalType::cra, &PictureFacts::nalType);
@@ -198,8 +199,8 @@ TEST(HevcFacts, TellLeadingPicturesFromOthers) {
         EXPECT_TRUE(facts.output);
     }
 
-    // Where reading starts at that CRA picture, the pictures that lead it cannot be decoded and are not given
-    // out; order counts go on from its own.
+    // If reading starts at that CRA picture, its leading pictures cannot be decoded and are not output. Order
+    // counts continue from its own.
     hevc::PictureScanner scanner(stream.sets, stream.record.nalLengthSize());
     const auto at = static_cast<std::size_t>(cra - stream.pictures.begin());
     EXPECT_TRUE(scanner.scan(stream.movie.samples[at]).startsSequence);
@@ -220,7 +221,7 @@ TEST(HevcHiding, LetsARunStartAtAPictureOfAnOpenGroup) {
     const auto head = static_cast<std::size_t>(
         std::ranges::find(stream.pictures, NalType::cra, &PictureFacts::nalType) - stream.pictures.begin());
     const auto& times = stream.movie.presentation;
-    // The whole movie, then once more from the CRA picture on, whose leading pictures are left out.
+    // The whole movie, then a second time from the CRA picture on without its leading pictures.
     hevc::ParameterSets sets = stream.sets;
     std::vector<Bytes> samples = stream.movie.samples;
     std::size_t run = 0;
@@ -250,7 +251,7 @@ TEST(HevcHiding, LetsARunStartAtAPictureOfAnOpenGroup) {
     EXPECT_FALSE(facts.output);
 }
 
-TEST(HevcIdentity, LetsAClipOfTheSameIdsStandInTheStream) {
+TEST(HevcIdentity, LetsAClipWithTheSameIdsJoinTheStream) {
     for (const std::string pixels : {"yuv420p", "yuv420p10le"}) {
         const Stream source(readCodedMovie(
             NumberedMovie{.frames = 40, .codec = MovieCodec::hevc, .gop = 20, .pixelFormat = pixels}));
@@ -260,7 +261,7 @@ TEST(HevcIdentity, LetsAClipOfTheSameIdsStandInTheStream) {
                                                        .pixelFormat = pixels,
                                                        .encoderParams = "ref=1"}));
         const hevc::Identity identity{
-            .vpsId = bitstream::leastFreeId(source.scanner.vpsIdsSeen(), 16), .spsId = 15, .ppsId = 40};
+            .vpsId = bitstream::lowestFreeId(source.scanner.vpsIdsSeen(), 16), .spsId = 15, .ppsId = 40};
         const hevc::Sps& sourceSps = source.sets.sps(0);
         const auto renamed = reidentify(clip.record, identity, sourceSps);
         const hevc::ParameterSets renamedSets(renamed);
@@ -284,7 +285,7 @@ TEST(HevcIdentity, LetsAClipOfTheSameIdsStandInTheStream) {
     }
 }
 
-TEST(HevcMetadata, OfAPictureGoesWithIt) {
+TEST(HevcMetadata, OfAPictureIsCarriedWithIt) {
     const auto movie = test::sharedMovie("phone-17-rotated_hdr_video.mov");
     if (!movie) {
         GTEST_SKIP() << "no shared movies";
@@ -309,7 +310,7 @@ TEST(HevcMetadata, LeavesOutMessagesOfOtherKindsThatShareANalUnit) {
     EXPECT_EQ(hevc::carriedMetadata(sample, 4).beforeSlices, (std::vector<Bytes>{alone}));
 }
 
-TEST(HevcFreezeFit, AsksForTheSourcesOwnForm) {
+TEST(HevcFreezeFit, RequiresTheSourcesOwnCoding) {
     const Stream film(readCodedMovie(NumberedMovie{
         .width = 322, .height = 182, .frames = 10, .codec = MovieCodec::hevc, .pixelFormat = "yuv422p10le"}));
     const auto encoding = freezeEncodingFor(film.sets.sps(0));

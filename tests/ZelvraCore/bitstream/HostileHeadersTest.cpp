@@ -16,7 +16,7 @@ using bitstream::Bytes;
 using test::MovieCodec;
 using test::NumberedMovie;
 
-/// Some bits of the first bytes turned over, or the end cut off: what a damaged or malicious file holds.
+/// Flips some bits of the first bytes, or cuts off the end, as in a damaged or malicious file.
 Bytes damaged(Bytes bytes, std::mt19937& random) {
     if (random() % 4 == 0) {
         bytes.resize(random() % bytes.size());
@@ -47,14 +47,14 @@ void expectReadOrRefused(const test::CodedMovie& movie) {
     EXPECT_GT(refused, 500);
 }
 
-TEST(HostileHeaders, AreReadOrRefusedButNeverBelieved) {
+TEST(HostileHeaders, AreReadOrRefusedWithoutACrash) {
     expectReadOrRefused<h264::AvcConfiguration, h264::ParameterSets, h264::PictureScanner>(
         readCodedMovie(NumberedMovie{.interlaced = true}));
     expectReadOrRefused<hevc::HevcConfiguration, hevc::ParameterSets, hevc::PictureScanner>(
         readCodedMovie(NumberedMovie{.codec = MovieCodec::hevc}));
 }
 
-TEST(HostileHeaders, OfLayeredOrPartitionedVideoAreNamedUnsupported) {
+TEST(HostileHeaders, OfLayeredOrPartitionedVideoAreUnsupported) {
     const auto cause = [](const auto& parse) {
         try {
             parse();

@@ -256,9 +256,9 @@ struct SampleDescriptionBox {
 template <class Transfer, class Box>
     requires std::same_as<Box, DataReferenceBox> || std::same_as<Box, SampleDescriptionBox>
 void transfer(Transfer& io, Box& box) {
-    constexpr std::size_t leastEntry = 8;
+    constexpr std::size_t minEntrySize = 8;
     io.versionAndFlags(box.version, box.flags, 1);
-    io.counted(box.entries, leastEntry);
+    io.counted(box.entries, minEntrySize);
     for (std::vector<std::uint8_t>& entry : box.entries) {
         io.box(entry);
     }

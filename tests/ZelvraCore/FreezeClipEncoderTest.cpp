@@ -131,7 +131,7 @@ TEST(FreezeClipFile, HasAtLeastOneFrameAndAsManyAsTheQuotientRounds) {
     // Beyond the cycles of frame_num and of the picture order count.
     const std::size_t many = 700;
     EXPECT_EQ(frames({1, 240}, {700, 240}), many);
-    EXPECT_TRUE(showMovie(folder / "clip.mov").complaints.empty());
+    EXPECT_TRUE(showMovie(folder / "clip.mov").faults.empty());
 }
 
 TEST(FreezeClipFile, CarriesColourTagsAndPixelAspect) {

@@ -49,7 +49,7 @@ StreamSyntax encodedWith(const FreezeEncoding& encoding, const DecodedPicture& p
     encodeFreezeClip(imageOf(picture), folder / "clip.mov", {1, 25}, {6, 25}, codec, encoding);
     const ShownMovie shown = showMovie(folder / "clip.mov");
     EXPECT_EQ(shown.frames.size(), 6u);
-    EXPECT_TRUE(shown.complaints.empty());
+    EXPECT_TRUE(shown.faults.empty());
     const DecodedClip clip = decodeClip(folder / "clip.mov");
     for (const auto& frame : clip.frames) {
         EXPECT_EQ(frame, clip.frames.front());

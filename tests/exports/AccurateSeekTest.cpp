@@ -13,7 +13,7 @@ namespace {
 
 struct Case {
     const char* name;
-    Export job;
+    ExportJob job;
     bool roomForStills = true;
 };
 
@@ -21,9 +21,9 @@ std::ostream& operator<<(std::ostream& stream, const Case& c) {
     return stream << c.name;
 }
 
-/// GStreamer takes a picture to last as long as the stream's own rate says, however soon the next one comes.
-/// Where stills are spliced in, it may so find the copy of a still that leads the hidden pictures, up to a
-/// frame late.
+/// GStreamer derives a picture's duration from the stream's constant rate, even if the next picture comes
+/// sooner. Therefore, after spliced stills, it may find the copy of a still that precedes the hidden
+/// pictures, up to a frame late.
 std::vector<PictureReading> rightAt(const std::vector<ExpectedFrame>& frames, std::size_t place,
                                     bool roomForStills) {
     std::vector<PictureReading> right{{frames[place].number, frames[place].marker}};
@@ -37,15 +37,15 @@ class AccurateSeeks : public testing::TestWithParam<Case> {};
 
 TEST_P(AccurateSeeks, FindThePictureOnScreenInTheMiddleOfEveryFrame) {
     const TemporaryFolder folder;
-    Export job = GetParam().job;
+    ExportJob job = GetParam().job;
     if (!GetParam().roomForStills) {
         job.file = withoutRoomBetweenPictures(job.movie, folder.path());
     }
     const ExportedMovie exported(job, folder.path());
     GStreamerMovie movie(exported.file());
     const std::vector<ExpectedFrame>& frames = exported.expected();
-    // Frames far apart follow one another, so that no seek is a small step on; 37 has no factor in common
-    // with their number.
+    // Consecutive seeks go to frames far apart, so that none is a small step forward. 37 and the number of
+    // frames have no common factor, so every frame is visited.
     ASSERT_NE(frames.size() % 37, 0U);
     for (std::size_t i = 0; i < frames.size(); ++i) {
         const std::size_t place = i * 37 % frames.size();

@@ -14,11 +14,11 @@
 namespace zelvra::test {
 
 namespace {
-constexpr double tolerance = 0.0015; // containers of millisecond ticks
+constexpr double tolerance = 0.0015; // some containers have ticks of a millisecond
 
-/// One past the last frame that is shown, where a freeze in a sound-only tail makes the pictures last as long
-/// as the sound.
-int endOf(const Export& job) {
+/// One past the last frame that is shown. A freeze in a sound-only tail makes the pictures last as long as
+/// the sound.
+int endOf(const ExportJob& job) {
     const NumberedMovie& movie = job.movie;
     if (job.range) {
         return job.range->second;
@@ -31,7 +31,7 @@ int endOf(const Export& job) {
 
 } // namespace
 
-ExportedMovie::ExportedMovie(const Export& job, const std::filesystem::path& folder)
+ExportedMovie::ExportedMovie(const ExportJob& job, const std::filesystem::path& folder)
     : job_(job),
       source_(job.file.empty() ? movieFile(job.movie) : job.file),
       file_(folder / ("export" + job.extension)) {
@@ -58,7 +58,7 @@ ExportedMovie::ExportedMovie(const Export& job, const std::filesystem::path& fol
         }
     };
     for (std::size_t k = 0; k < job.freezes.size(); ++k) {
-        const Export::Freeze& freeze = job.freezes[k];
+        const ExportJob::Freeze& freeze = job.freezes[k];
         const int marker = static_cast<int>(k) % 16;
         const CMTime duration = CMTime::fromSeconds(freeze.seconds, 600);
         highlights_.push_back(
@@ -83,16 +83,16 @@ void ExportedMovie::expectRightPictures(const std::filesystem::path& file, const
     SCOPED_TRACE(testing::Message() << file.filename()
                                     << (decoderArguments.empty() ? "" : " decoded strictly"));
     const ShownMovie shown = showMovie(file, decoderArguments);
-    for (const std::string& complaint : shown.complaints) {
-        EXPECT_TRUE(!tolerated.empty() && complaint.find(tolerated) != std::string::npos) << complaint;
+    for (const std::string& fault : shown.faults) {
+        EXPECT_TRUE(!tolerated.empty() && fault.find(tolerated) != std::string::npos) << fault;
     }
     ASSERT_FALSE(shown.frames.empty());
     const double start = shown.frames.front().time.seconds();
     std::size_t k = 0;
     for (const ShownFrame& frame : shown.frames) {
         const double time = frame.time.seconds() - start;
-        // Stills stand for the frames up to the next: only those of a freeze may be skipped, and not its
-        // last.
+        // A still covers the frames up to the next still. Only frames of a freeze may be skipped, and not its
+        // last one.
         while (k + 1 < expected_.size() && expected_[k].time < time - tolerance &&
                (expected_[k].goesOn ||
                 (expected_[k].marker && k > 0 && expected_[k - 1].marker == expected_[k].marker &&
@@ -115,7 +115,7 @@ void ExportedMovie::expectRightPictures(const std::filesystem::path& file, const
 void ExportedMovie::expectRightOnScreen(const std::filesystem::path& file,
                                         const std::vector<std::string>& decoderArguments) const {
     ShownMovie shown = showMovie(file, decoderArguments);
-    EXPECT_EQ(shown.complaints, std::vector<std::string>());
+    EXPECT_EQ(shown.faults, std::vector<std::string>());
     ASSERT_FALSE(shown.frames.empty());
     const CMTime start = shown.frames.front().time;
     std::ranges::stable_sort(shown.frames, {}, &ShownFrame::time);
@@ -142,7 +142,8 @@ const ExpectedFrame& ExportedMovie::at(double time) const {
 
 void ExportedMovie::expectRightSeeks(const std::filesystem::path& file, int seeks, double ahead) const {
     for (int i = 0; i < seeks; ++i) {
-        // In the middle of a frame: ffmpeg gives the next one that starts, so ask a hair before a start.
+        // Aims at the middle of a frame. ffmpeg returns the next frame that starts, so just before a start is
+        // asked for.
         const auto& target =
             expected_[expected_.size() * static_cast<std::size_t>(i) / static_cast<std::size_t>(seeks)];
         if (target.goesOn) {
@@ -158,7 +159,7 @@ void ExportedMovie::expectRightSeeks(const std::filesystem::path& file, int seek
     }
 }
 
-void ExportedMovie::expectRightSound(double apart) const {
+void ExportedMovie::expectRightSound(double maxOffset) const {
     const MovieSound sound = readSound(file_);
     ASSERT_FALSE(sound.samples.empty());
     const int rate = sound.rate;
@@ -170,7 +171,7 @@ void ExportedMovie::expectRightSound(double apart) const {
         const bool freezeAfter = k + 1 < expected_.size() && expected_[k + 1].marker.has_value();
         const auto heard = sound.between(expected_[k].time, frame);
         if (expected_[k].marker) {
-            // A packet and its overlap with the next may reach into a freeze.
+            // A packet and its overlap with the next may extend into a freeze.
             if (freezeBefore && freezeAfter && k > 1 && expected_[k - 2].marker && !heard.empty()) {
                 EXPECT_LT(peak(heard), 0.01) << "at " << expected_[k].time;
             }
@@ -183,7 +184,7 @@ void ExportedMovie::expectRightSound(double apart) const {
             static_cast<std::int64_t>(std::llround(job_.movie.timeOf(expected_[k].heard).seconds() * rate));
         const auto found = locateSound(heard, source, wanted, rate / 10);
         ASSERT_TRUE(found) << "nothing to be heard at " << expected_[k].time;
-        EXPECT_LE(std::abs(static_cast<double>(found->sample - wanted)), apart * rate + 2)
+        EXPECT_LE(std::abs(static_cast<double>(found->sample - wanted)), maxOffset * rate + 2)
             << "at " << expected_[k].time;
     }
 }

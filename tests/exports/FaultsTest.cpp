@@ -26,7 +26,7 @@ std::vector<Highlight> highlight() {
     return {markerHighlight(1, movie.timeOf(20), CMTime(300, 600), {320, 180})};
 }
 
-/// The system's temporary folder is one of its own, so that what other programs leave there does not count.
+/// Uses a temporary folder of its own as the system's, so that leftovers of other programs do not count.
 class Faults : public testing::Test {
 protected:
     Faults() { setenv("TMPDIR", temporary_.path().c_str(), 1); }
@@ -47,7 +47,7 @@ private:
     TemporaryFolder temporary_;
 };
 
-/// The line that an export fails with; empty where it does not.
+/// The error line of an export; empty if it succeeds.
 std::string Faults::failureOf(const std::filesystem::path& source, const std::filesystem::path& output,
                               const RenderOptions& options) const {
     try {
@@ -70,7 +70,7 @@ TEST_F(Faults, RefuseToReplaceTheSource) {
     EXPECT_EQ(readBytes(source), readBytes(movieFile(movie)));
 }
 
-TEST_F(Faults, LeaveTheOldOutputAndNothingElse) {
+TEST_F(Faults, KeepTheOldOutputAndLeaveNoOtherFile) {
     writeBytes(folder / "out.mp4", {1, 2, 3});
 
     RenderOptions beyond;
@@ -98,7 +98,7 @@ TEST_F(Faults, LeaveTheOldOutputAndNothingElse) {
     EXPECT_EQ(readBytes(folder / "out.mp4"), (Bytes{1, 2, 3}));
 }
 
-TEST_F(Faults, EndSoonAndCleanlyWhenAskedTo) {
+TEST_F(Faults, StopSoonAndCleanlyWhenInterrupted) {
     for (const double when : {0.0, 0.4, 0.9}) {
         const TemporaryFolder output;
         std::stop_source stop;
@@ -113,14 +113,14 @@ TEST_F(Faults, EndSoonAndCleanlyWhenAskedTo) {
             stop.request_stop();
         }
         const std::string line = failureOf(movieFile(movie), output / "out.mp4", options);
-        if (when < 0.9) { // the last step may be too quick to be stopped
+        if (when < 0.9) { // the last step may be too short to be stopped
             EXPECT_EQ(line, "cancelled");
         }
         EXPECT_THAT(output.names(), testing::AnyOf(IsEmpty(), ElementsAre("out.mp4")));
     }
 }
 
-TEST_F(Faults, SweepWhatAKilledExportLeft) {
+TEST_F(Faults, RemoveFilesLeftByAKilledExport) {
     const std::filesystem::path source = movieFile(movie);
     const pid_t child = fork();
     if (child == 0) {
@@ -144,7 +144,7 @@ TEST_F(Faults, SweepWhatAKilledExportLeft) {
     EXPECT_THAT(strays(), IsEmpty());
 }
 
-TEST_F(Faults, SayThatTheDiskIsFull) {
+TEST_F(Faults, ReportAFullDisk) {
     if (mount("tmpfs", folder.path().c_str(), "tmpfs", 0, "size=64k") != 0) {
         GTEST_SKIP() << "only root can make a tiny disk";
     }

@@ -27,7 +27,7 @@ using Message = std::unique_ptr<GstMessage, Releaser<gst_message_unref>>;
 using Bus = std::unique_ptr<GstBus, Releaser<gst_object_unref>>;
 using Text = std::unique_ptr<gchar, Releaser<g_free>>;
 
-/// A new element, owned here as well as by the pipeline that it joins.
+/// A new element. The caller shares ownership with the pipeline that it joins.
 Element makeElement(const char* factory) {
     GstElement* element = gst_element_factory_make(factory, nullptr);
     if (!element) {

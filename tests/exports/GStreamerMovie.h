@@ -10,18 +10,18 @@
 
 namespace zelvra::test {
 
-/// A movie that GStreamer's playbin has open and paused, as players on that framework do before they show a
-/// picture. Chooses its own demuxer and decoders; sound is decoded and thrown away.
+/// A movie opened and paused by GStreamer's playbin, as players on that framework do it before they show a
+/// picture. playbin chooses demuxer and decoders. Sound is decoded and discarded.
 class GStreamerMovie {
 public:
-    /// Opens `movie` and waits for its first picture. Throws std::runtime_error with what GStreamer says.
+    /// Opens `movie` and waits for its first picture. Throws std::runtime_error with GStreamer's message.
     explicit GStreamerMovie(const std::filesystem::path& movie);
     ~GStreamerMovie();
     GStreamerMovie(const GStreamerMovie&) = delete;
     GStreamerMovie& operator=(const GStreamerMovie&) = delete;
 
-    /// The picture that an accurate, flushing seek to `seconds` shows. Throws std::runtime_error where it
-    /// shows none.
+    /// The picture that an accurate, flushing seek to `seconds` shows. Throws std::runtime_error if there is
+    /// none.
     PictureReading seek(double seconds);
 
 private:

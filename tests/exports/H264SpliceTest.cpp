@@ -14,7 +14,7 @@ namespace {
 
 struct Case {
     const char* name;
-    Export job;
+    ExportJob job;
     std::function<std::filesystem::path(const NumberedMovie&, const std::filesystem::path&)> make;
 };
 
@@ -22,12 +22,12 @@ std::ostream& operator<<(std::ostream& stream, const Case& c) {
     return stream << c.name;
 }
 
-/// H.264 movies in which no still fits between two pictures pass through all the same.
+/// H.264 movies in which no still fits between two pictures. They must pass through too.
 class H264Splice : public testing::TestWithParam<Case> {};
 
 TEST_P(H264Splice, ShowsEveryPictureAtItsTime) {
     const TemporaryFolder folder;
-    Export job = GetParam().job;
+    ExportJob job = GetParam().job;
     job.file = GetParam().make(job.movie, folder.path());
     const ExportedMovie movie(job, folder.path());
     EXPECT_TRUE(movie.notices().empty()) << movie.notices().front();
@@ -76,9 +76,10 @@ INSTANTIATE_TEST_SUITE_P(
              changing("sps-id=3:ref=2")}),
     [](const testing::TestParamInfo<Case>& param) { return std::string(param.param.name); });
 
-TEST(H264SpliceLimit, ReencodesWhatWouldBeStoredTwiceForTheMostPart) {
+TEST(H264SpliceLimit, ReencodesMoviesThatWouldMostlyBeStoredTwice) {
     const TemporaryFolder folder;
-    Export job{.movie = {.frames = 60, .gop = 60, .bFrames = 0, .profile = "main"}, .freezes = {{40}, {50}}};
+    ExportJob job{.movie = {.frames = 60, .gop = 60, .bFrames = 0, .profile = "main"},
+                  .freezes = {{40}, {50}}};
     job.file = withoutRoomBetweenPictures(job.movie, folder.path());
     const ExportedMovie movie(job, folder.path());
     EXPECT_EQ(movie.notices(),
@@ -87,7 +88,7 @@ TEST(H264SpliceLimit, ReencodesWhatWouldBeStoredTwiceForTheMostPart) {
     movie.expectRightOnScreen(movie.file());
 }
 
-TEST(H264SpliceLimit, FailsInPlainWordsWhereNothingCanBeDecoded) {
+TEST(H264SpliceLimit, ReportsThatNothingCanBeDecoded) {
     const TemporaryFolder folder;
     const std::filesystem::path source =
         withPlanesApart({.frames = 30, .pixelFormat = "yuv444p"}, folder.path());

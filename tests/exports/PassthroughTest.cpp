@@ -13,8 +13,8 @@ namespace {
 
 struct Case {
     const char* name;
-    Export job;
-    /// The range starts at an intra picture that is not IDR: decoders note that references before it are
+    ExportJob job;
+    /// The range starts at an intra picture that is not IDR. Decoders then warn that earlier references are
     /// missing, as after any seek to such a picture.
     bool startsAtOpenGroup = false;
 };
@@ -29,7 +29,7 @@ std::string caseName(const testing::TestParamInfo<Case>& param) {
     return name;
 }
 
-/// Exports that must pass through: exact in every way of decoding, and bit by bit the source's pictures.
+/// Exports that must pass through: exact with every decoder, and with the source's pictures bit for bit.
 class Passthrough : public testing::TestWithParam<Case> {};
 
 TEST_P(Passthrough, ShowsEveryPictureAtItsTime) {
@@ -46,7 +46,7 @@ TEST_P(Passthrough, ShowsEveryPictureAtItsTime) {
     movie.expectSourcePicturesUntouched();
     movie.expectRightSeeks(movie.file(), 6);
     if (GetParam().job.range && GetParam().job.movie.codec == MovieCodec::h264) {
-        return; // a copy by ffmpeg loses the edit's end, and shows the references that lie behind it
+        return; // a copy by ffmpeg loses the end of the edit and shows the references stored after it
     }
     for (const char* copy : {"copy.mp4", "copy.mkv"}) {
         runChecked({"ffmpeg", "-v", "error", "-i", movie.file().string(), "-map", "0", "-c", "copy",
@@ -77,13 +77,13 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"a range from within open groups", {.movie = open, .freezes = {{59}}, .range = {{29, 62}}}}),
     caseName);
 
-/// The ways in which encoders differ, each with freezes on several kinds of pictures and a range.
+/// The variants that encoders produce, each with freezes on several kinds of pictures and a range.
 NumberedMovie varied(NumberedMovie movie) {
     movie.frames = 70;
     return movie;
 }
 
-const std::vector<Export::Freeze> four{{0}, {31}, {32}, {70}};
+const std::vector<ExportJob::Freeze> four{{0}, {31}, {32}, {70}};
 
 INSTANTIATE_TEST_SUITE_P(
     H264Variants, Passthrough,
@@ -146,7 +146,7 @@ constexpr double halfAacPacket = 512.0 / 48000;
 
 struct SoundCase {
     Case movie;
-    double apart;
+    double maxSoundOffset;
 };
 
 std::ostream& operator<<(std::ostream& stream, const SoundCase& c) {
@@ -159,12 +159,12 @@ TEST_P(PassthroughSound, StopsForFreezesAndResumesWhereItStopped) {
     const TemporaryFolder folder;
     const ExportedMovie movie(GetParam().movie.job, folder.path());
     movie.expectRightPictures(movie.file());
-    movie.expectRightSound(GetParam().apart);
+    movie.expectRightSound(GetParam().maxSoundOffset);
 }
 
 const NumberedMovie aac{.frames = 90, .sound = SoundCodec::aac, .container = "mp4"};
 const NumberedMovie pcm{.frames = 90, .sound = SoundCodec::pcm};
-const std::vector<Export::Freeze> five{{0}, {20, 1.03}, {45, 0.77}, {46, 0.31}, {90}};
+const std::vector<ExportJob::Freeze> five{{0}, {20, 1.03}, {45, 0.77}, {46, 0.31}, {90}};
 
 INSTANTIATE_TEST_SUITE_P(
     All, PassthroughSound,

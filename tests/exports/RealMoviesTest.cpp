@@ -30,8 +30,9 @@ Highlight circleAt(CMTime time) {
     return {Uuid::random(), time, CMTime(300, 600), circle};
 }
 
-/// Movies by cameras and editors of many makes pass through, whatever is odd about them: all their pictures
-/// come out bit by bit and in their order, the freezes between them, and the movie is longer by the freezes.
+/// Movies by cameras and editors of many makes pass through, whatever their peculiarities. All their pictures
+/// come out bit for bit and in order, with the freezes between them. The movie gets longer by exactly the
+/// freezes.
 TEST_P(RealMovie, PassesThroughWithItsPicturesUntouched) {
     const SourceInfo info = loadSourceInfo(source);
     const std::vector<Highlight> highlights{

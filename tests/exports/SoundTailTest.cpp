@@ -11,7 +11,7 @@ namespace {
 
 struct Case {
     const char* name;
-    Export job;
+    ExportJob job;
     double apart = 0; ///< seconds between sound and picture
     bool withoutRoom = false;
 };
@@ -25,7 +25,7 @@ class SoundTail : public testing::TestWithParam<Case> {};
 
 TEST_P(SoundTail, FreezesAtItsOwnTimeAndThenShowsTheLastPictureAgain) {
     const TemporaryFolder folder;
-    Export job = GetParam().job;
+    ExportJob job = GetParam().job;
     if (GetParam().withoutRoom) {
         job.file = withoutRoomBetweenPictures(job.movie, folder.path());
     }
@@ -52,7 +52,7 @@ const NumberedMovie h264 = withTail({.sound = SoundCodec::aac, .container = "mp4
 const NumberedMovie hevc = withTail({.codec = MovieCodec::hevc, .sound = SoundCodec::pcm});
 const NumberedMovie mpeg4 = withTail({.codec = MovieCodec::mpeg4, .sound = SoundCodec::pcm});
 const NumberedMovie main = withTail({.bFrames = 0, .profile = "main", .sound = SoundCodec::aac});
-const std::vector<Export::Freeze> several{{31}, {75}, {75, 0.7}, {90}, {120}};
+const std::vector<ExportJob::Freeze> several{{31}, {75}, {75, 0.7}, {90}, {120}};
 
 INSTANTIATE_TEST_SUITE_P(
     All, SoundTail,

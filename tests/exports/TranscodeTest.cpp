@@ -11,17 +11,17 @@ namespace {
 
 struct Case {
     const char* name;
-    Export job;
+    ExportJob job;
 };
 
 std::ostream& operator<<(std::ostream& stream, const Case& c) {
     return stream << c.name;
 }
 
-/// What happens to an export that is sent on: services and editors encode it anew at a constant rate.
+/// What services and editors do to an export that they receive: they encode it again at a constant rate.
 class Transcode : public testing::TestWithParam<Case> {};
 
-TEST_P(Transcode, ToAConstantRateHasTheRightPictureAtEveryFrame) {
+TEST_P(Transcode, ToAConstantRateShowsTheRightPictureInEveryFrame) {
     const TemporaryFolder folder;
     const ExportedMovie exported(GetParam().job, folder.path());
     const std::filesystem::path transcoded = folder / "transcoded.mp4";

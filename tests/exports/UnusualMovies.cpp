@@ -26,8 +26,8 @@ void copyNumber(BitReader& reader, BitWriter& writer) {
     writer.ue(reader.ue());
 }
 
-/// pic_order_cnt_type 2 exchanged for what it means in terms of type 1 (ITU-T H.264 clauses 8.2.1.2 and
-/// 8.2.1.3), but for pictures that are no reference: those step back by 1.
+/// Replaces pic_order_cnt_type 2 by its equivalent in type 1 (ITU-T H.264 clauses 8.2.1.2 and 8.2.1.3).
+/// Non-reference pictures differ: they step back by 1.
 void deriveOrder(BitReader& reader, BitWriter& writer) {
     copyNumber(reader, writer); // id
     copyNumber(reader, writer); // length of frame_num
@@ -49,11 +49,11 @@ void takePlanesApart(BitReader& reader, BitWriter& writer) {
     writer.flag(true); // separate_colour_plane_flag
 }
 
-/// The movie with its sequence parameter set changed behind the profile and level; what `change` leaves
+/// The movie with its sequence parameter set changed after the profile and level. Whatever `change` leaves
 /// unread stays.
 std::filesystem::path withOtherSps(const NumberedMovie& movie, const std::filesystem::path& path,
                                    void (*change)(BitReader&, BitWriter&)) {
-    BoxFile file = BoxFile::read(movieFile(movie)); // the index is behind the media, and may grow
+    BoxFile file = BoxFile::read(movieFile(movie)); // the index follows the media, so it may grow
     Bytes& descriptions = file.track("vide").at("mdia/minf/stbl/stsd").payload;
     const auto entry = bitstream::ByteView(descriptions).subspan(stsdHeader);
     auto record = h264::AvcConfiguration::parse(*bitstream::findChildBox(entry, "avcC"));
@@ -88,7 +88,8 @@ std::filesystem::path withChangingCoding(const NumberedMovie& movie, int frame,
                                          const std::filesystem::path& folder) {
     NumberedMovie other = movie;
     other.encoderParams = otherEncoderParams;
-    // By number, as times would let in pictures that are decoded before the cut and shown after it.
+    // Selects by number, because times would let in pictures that are decoded before the cut and shown after
+    // it.
     runChecked({"ffmpeg", "-v", "error", "-i", movieFile(movie).string(), "-c", "copy", "-frames:v",
                 std::to_string(frame), (folder / "first.mov").string()});
     std::ofstream(folder / "parts.txt") << "file first.mov\nfile '" << movieFile(other).string()

@@ -6,22 +6,23 @@
 
 namespace zelvra::test {
 
-/// H.264 movies that no encoder here writes, between whose pictures no still of ours can stand. Unless said
-/// otherwise they show what the movie they are made of shows.
+/// H.264 movies that no encoder here writes, and between whose pictures no still fits. Unless said otherwise
+/// they show the same as the movie they are made from.
 
-/// Its order counts follow from the frame numbers alone (POC type 1), and would put a picture that is no
-/// reference before the one that it follows. `movie` has no B pictures and no more than the Main profile.
+/// Its order counts follow from the frame numbers alone (POC type 1), and place a non-reference picture
+/// before the picture that it follows in decode order. `movie` must have no B pictures and at most the Main
+/// profile.
 std::filesystem::path withoutRoomBetweenPictures(const NumberedMovie& movie,
                                                  const std::filesystem::path& folder);
 
 /// The coding changes at picture `frame`, the first of a closed group: other encoder settings, and parameter
-/// sets in the samples. `movie` has no sound.
+/// sets in the samples. `movie` must have no sound.
 std::filesystem::path withChangingCoding(const NumberedMovie& movie, int frame,
                                          const std::string& otherEncoderParams,
                                          const std::filesystem::path& folder);
 
-/// It says that its colour planes are coded apart, which they are not: nothing can decode it. `movie` has all
-/// its chroma (4:4:4).
+/// It claims that its colour planes are coded separately, which they are not, so nothing can decode it.
+/// `movie` must have full chroma (4:4:4).
 std::filesystem::path withPlanesApart(const NumberedMovie& movie, const std::filesystem::path& folder);
 
 /// Its index says that the last picture lasts for 0 ticks, as some encoders write it. `movie` has a constant

@@ -9,19 +9,20 @@
 
 namespace zelvra::test {
 
-/// A QuickTime or MP4 file as plain boxes, to make movies that no encoder writes: turned, edited twice,
-/// beyond 4 GiB, damaged. Deliberately apart from the engine's own reader, so that neither hides the other's
-/// faults. Files are held in memory whole; they are expected to be intact.
+/// A QuickTime or MP4 file as plain boxes. Makes movies that no encoder writes: turned, edited twice, beyond
+/// 4 GiB, damaged. Deliberately independent of the engine's own reader, so that neither hides the other's
+/// faults. Files are held in memory as a whole and must be intact.
 struct Box {
     std::string type;
-    Bytes payload;             ///< of a box that holds no boxes
+    Bytes payload;             ///< of a box without child boxes
     std::vector<Box> children; ///< of moov, trak, edts, mdia, minf, stbl, udta and dinf
 
-    /// The first child, grandchild and so on of those types, "mdia/minf/stbl". Throws where there is none.
+    /// The descendant at a path of types such as "mdia/minf/stbl", taking the first child of each type.
+    /// Throws if there is none.
     Box& at(const std::string& path);
-    /// Whether `at` finds something.
+    /// Whether `at` would find a box.
     bool has(const std::string& path) const;
-    /// Bytes in the file, header included.
+    /// Size in the file in bytes, header included.
     std::uint64_t size() const;
 };
 
@@ -32,7 +33,7 @@ struct BoxFile {
     void write(const std::filesystem::path& file) const;
 
     Box& movie();
-    /// The first track whose handler is `handler` ("vide", "soun"). Throws where there is none.
+    /// The first track with that handler ("vide", "soun"). Throws if there is none.
     Box& track(const std::string& handler);
 };
 

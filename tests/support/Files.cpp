@@ -22,7 +22,7 @@ TemporaryFolder::TemporaryFolder() {
 }
 
 TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored; // leftovers in /tmp fail no test
+    std::error_code ignored; // leftovers in /tmp are no reason to fail a test
     fs::remove_all(path_, ignored);
 }
 

@@ -10,7 +10,7 @@
 
 namespace zelvra::test {
 
-/// A folder of its own for one test, gone with everything in it when the test ends.
+/// A folder for one test. It is removed with everything in it when the test ends.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -27,10 +27,10 @@ private:
     std::filesystem::path path_;
 };
 
-/// A real movie of the collection beside the source tree (../shared/media); nothing where there is none, and
-/// the test should skip itself.
+/// A real movie of the collection beside the source tree (../shared/media). `nullopt` if it is missing; the
+/// test should then skip itself.
 std::optional<std::filesystem::path> sharedMovie(const std::string& name);
-/// All files of that collection, sorted; empty where there is none.
+/// All files of that collection, sorted; empty if there is none.
 std::vector<std::filesystem::path> sharedMovies();
 
 using Bytes = std::vector<std::uint8_t>;

@@ -34,7 +34,7 @@ std::vector<std::string> lines(const std::string& text) {
     return lines;
 }
 
-/// The whole number behind `name` in a line of a showinfo filter ("pts:   512").
+/// The integer after `name` in a line of a showinfo filter ("pts:   512").
 std::optional<std::int64_t> field(const std::string& line, const std::string& name) {
     const std::size_t at = line.find(' ' + name + ':');
     if (at == std::string::npos) {
@@ -52,7 +52,7 @@ bool isComplaint(const std::string& line) {
     return line.find("showinfo") == std::string::npos && std::regex_search(line, fault);
 }
 
-/// The tick length that a showinfo filter announces: "config in time_base: 1/15360".
+/// The ticks a second that a showinfo filter reports: "config in time_base: 1/15360".
 std::int32_t timescale(const std::string& line) {
     const std::size_t at = line.find("config in time_base: 1/");
     return at == std::string::npos ? 0 : std::atoi(line.c_str() + at + 23);
@@ -69,7 +69,7 @@ std::ostream& operator<<(std::ostream& stream, const ShownFrame& frame) {
 }
 
 ShownMovie showMovie(const std::filesystem::path& movie, const Arguments& inputArguments) {
-    // Pictures are scaled to a fixed small size: enough for the numbers, and little to pipe.
+    // Pictures are scaled to a small fixed size: large enough to read the numbers, and little to pipe.
     constexpr int width = 320;
     constexpr int height = 180;
     constexpr std::size_t bytes = std::size_t{width} * height;
@@ -87,7 +87,7 @@ ShownMovie showMovie(const std::filesystem::path& movie, const Arguments& inputA
         if (pts && field(line, "n")) {
             shown.frames.push_back({.time = CMTime(*pts, ticks), .number = {}, .marker = {}});
         } else if (isComplaint(line)) {
-            shown.complaints.push_back(line);
+            shown.faults.push_back(line);
         }
     }
     if (result.output.size() != shown.frames.size() * bytes) {
@@ -105,7 +105,8 @@ ShownMovie showMovie(const std::filesystem::path& movie, const Arguments& inputA
 }
 
 std::optional<ShownFrame> seekFrame(const std::filesystem::path& movie, CMTime time) {
-    // ffmpeg takes microseconds: half of one below the time, so that a rounded-up time still finds its frame.
+    // ffmpeg takes microseconds. Half of one is subtracted, so that a time that was rounded up still finds
+    // its frame.
     const std::string seconds = std::to_string(std::max(0.0, time.seconds() - 5e-7));
     const ShownMovie shown = showMovie(movie, {"-ss", seconds, "-t", "0.5"});
     return shown.frames.empty() ? std::nullopt : std::optional(shown.frames.front());

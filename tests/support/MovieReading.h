@@ -14,32 +14,32 @@
 
 namespace zelvra::test {
 
-/// What a foreign program (ffmpeg) shows of a movie. Edit lists are applied, and times are those of the
-/// movie, not moved to start at zero.
+/// A movie as a foreign program (ffmpeg) shows it. Edit lists are applied. Times are those of the movie, not
+/// shifted to start at zero.
 
-/// One picture as it comes on the screen.
+/// One picture as it appears on the screen.
 struct ShownFrame {
     CMTime time;
-    std::optional<int> number; ///< nothing where the picture cannot be read
-    std::optional<int> marker; ///< of a freeze
+    std::optional<int> number; ///< `nullopt` if the picture cannot be read
+    std::optional<int> marker; ///< set on a freeze
     bool operator==(const ShownFrame&) const = default;
 };
-/// "12 at 0.4 s", "12 frozen (3) at 0.4 s": how a failed test names it.
+/// Used in messages of failed tests: "12 at 0.4 s", "12 frozen (3) at 0.4 s".
 std::ostream& operator<<(std::ostream& stream, const ShownFrame& frame);
 
 struct ShownMovie {
     std::vector<ShownFrame> frames;
-    std::vector<std::string> complaints; ///< lines in which ffmpeg finds fault with the file
+    std::vector<std::string> faults; ///< lines in which ffmpeg reports faults of the file
 };
 
-/// Decodes the first video track. `inputArguments` stand before the file: a seek, a number of threads.
+/// Decodes the first video track. `inputArguments` are put before the file: a seek, a number of threads.
 ShownMovie showMovie(const std::filesystem::path& movie, const std::vector<std::string>& inputArguments = {});
 
-/// The picture that an accurate seek of ffmpeg (-ss) gives: the first at or after `time`. Nothing past the
-/// last one.
+/// The picture that an accurate seek of ffmpeg (-ss) returns: the first at or after `time`; `nullopt` past
+/// the last one.
 std::optional<ShownFrame> seekFrame(const std::filesystem::path& movie, CMTime time);
 
-/// The decoded samples of each picture, untouched (not turned), as an MD5 sum: equal where bit-exact.
+/// An MD5 sum of each picture's decoded samples, not turned for display. Equal if bit-exact.
 struct HashedFrame {
     CMTime time;
     std::string md5;
@@ -51,15 +51,16 @@ std::vector<HashedFrame> hashFrames(const std::filesystem::path& movie,
 /// The sound of a movie on its own timeline.
 struct MovieSound {
     int rate = 0;
-    std::vector<float> samples; ///< first channel; sample i is heard at i / rate, 0 where nothing is stored
+    std::vector<float> samples; ///< first channel; sample i is heard at i / rate, 0 if nothing is stored for
+                                ///< it
 
-    /// What is heard from `start` on for `duration` seconds; shorter at the end.
+    /// The samples from `start` on for `duration` seconds; fewer at the end of the sound.
     std::span<const float> between(double start, double duration) const;
 };
-/// Decodes the first sound track; no samples where there is none.
+/// Decodes the first sound track; no samples if there is none.
 MovieSound readSound(const std::filesystem::path& movie);
 
-/// What ffprobe says: "-show_streams", "-show_packets" ... as JSON.
+/// The output of ffprobe as JSON for arguments such as "-show_streams" or "-show_packets".
 nlohmann::json probe(const std::filesystem::path& movie, const std::vector<std::string>& arguments);
 
 } // namespace zelvra::test

@@ -37,7 +37,7 @@ std::vector<Box*> tracks(BoxFile& file) {
     return tracks;
 }
 
-/// Adds `shift` to each chunk offset of the movie, and makes offsets of 32 bits ones of `bytes` bytes.
+/// Adds `shift` to each chunk offset of the movie, and changes 32-bit offsets to `bytes` bytes.
 void shiftChunks(BoxFile& file, std::uint64_t shift, int bytes) {
     for (Box* track : tracks(file)) {
         Box& offsets = track->at("mdia/minf/stbl/stco");
@@ -50,7 +50,7 @@ void shiftChunks(BoxFile& file, std::uint64_t shift, int bytes) {
     }
 }
 
-/// Puts the index right behind the file type box.
+/// Puts the index right after the file type box.
 void reinsertIndex(BoxFile& file) {
     const auto index =
         std::find_if(file.boxes.begin(), file.boxes.end(), [](const Box& box) { return box.type == "moov"; });
@@ -108,7 +108,7 @@ void useTwoSampleEntries(BoxFile& file) {
     if (chunks < 2) {
         throw std::runtime_error("two sample entries need two chunks");
     }
-    // Runs of chunks (8.7.4): first chunk, samples a chunk, sample entry. Written out chunk by chunk.
+    // Runs of chunks (8.7.4): first chunk, samples per chunk, sample entry. Written out chunk by chunk.
     const Bytes runs = table.at("stsc").payload;
     Bytes split;
     appendNumber(split, 4, 0);
@@ -132,7 +132,7 @@ void moveIndexToFront(BoxFile& file) {
 
 void writeBeyond4GiB(BoxFile file, const std::filesystem::path& path) {
     constexpr std::uint64_t hole = std::uint64_t{1} << 32;
-    shiftChunks(file, 0, 8); // first make the index as large as it will be
+    shiftChunks(file, 0, 8); // gives the index its final size first
     const std::uint64_t shift = file.movie().size() + hole;
     for (Box* track : tracks(file)) {
         Bytes& offsets = track->at("mdia/minf/stbl/co64").payload;
@@ -146,7 +146,7 @@ void writeBeyond4GiB(BoxFile file, const std::filesystem::path& path) {
     file.boxes.resize(2);
     file.write(path);
 
-    Bytes freeBox; // one box over the whole hole, of 64-bit size
+    Bytes freeBox; // one box with a 64-bit size over the whole hole
     appendNumber(freeBox, 4, 1);
     freeBox.insert(freeBox.end(), {'f', 'r', 'e', 'e'});
     appendNumber(freeBox, 8, hole);

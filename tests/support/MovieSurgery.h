@@ -10,10 +10,10 @@
 
 namespace zelvra::test {
 
-/// Changes to a finished movie file that make it one which no encoder here writes. All of them expect an
-/// index behind the media (as ffmpeg writes it by default) with 32-bit chunk offsets.
+/// Changes to a finished movie file that turn it into one that no encoder here writes. All of them require an
+/// index after the media (the default of ffmpeg) with 32-bit chunk offsets.
 
-/// The way the picture of the video track is turned for display.
+/// Sets how the picture of the video track is turned for display.
 void setDisplayMatrix(BoxFile& file, const AffineTransform& matrix);
 
 /// Shows these stretches of the unedited presentation, one after another, by edit lists of all tracks. A
@@ -23,11 +23,11 @@ void showOnly(BoxFile& file, std::span<const CMTimeRange> stretches);
 /// Describes the video's samples by two (equal) sample entries, the second from the middle chunk on.
 void useTwoSampleEntries(BoxFile& file);
 
-/// Puts the index in front of the media.
+/// Moves the index before the media.
 void moveIndexToFront(BoxFile& file);
 
-/// Writes the movie with its media beyond 4 GiB, behind a hole that takes no space on disk, and 64-bit chunk
-/// offsets.
+/// Writes the movie with its media beyond 4 GiB, after a hole that takes no space on disk, and with 64-bit
+/// chunk offsets.
 void writeBeyond4GiB(BoxFile file, const std::filesystem::path& path);
 
 } // namespace zelvra::test

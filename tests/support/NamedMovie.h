@@ -9,7 +9,7 @@
 
 namespace zelvra::test {
 
-/// A kind of movie that a test goes through, under the name that a failure shows.
+/// A kind of movie that a test is run with, and the name that a failure shows.
 struct NamedMovie {
     const char* name;
     NumberedMovie movie;
@@ -19,7 +19,7 @@ inline std::ostream& operator<<(std::ostream& stream, const NamedMovie& kind) {
     return stream << kind.name;
 }
 
-/// Exact, on a timescale of twice the ticks.
+/// Exact, because the timescale is doubled.
 inline CMTime middleOf(const FrameIndex::Frame& frame) {
     return {2 * frame.time.value + frame.duration.value, 2 * frame.time.timescale};
 }

@@ -82,7 +82,7 @@ Arguments soundArguments(const NumberedMovie& movie) {
     return {};
 }
 
-/// Turns upright pictures into those that are coded.
+/// Turns upright pictures into the coded ones.
 std::string turningFilter(Orientation orientation) {
     switch (orientation) {
     case Orientation::upright: return "null";
@@ -108,7 +108,7 @@ AffineTransform displayMatrix(const NumberedMovie& movie) {
     return {};
 }
 
-/// Gives each picture its time: setpts wants an expression, so this is the table of times as one.
+/// Sets the time of each picture. setpts takes an expression, so the table of times is written as one.
 std::string timingFilter(const NumberedMovie& movie) {
     if (movie.frameTicks.empty()) {
         return "null";
@@ -120,7 +120,7 @@ std::string timingFilter(const NumberedMovie& movie) {
     return filter + "'";
 }
 
-/// How ffmpeg makes the movie, but for the files that it reads and writes.
+/// The ffmpeg arguments that make the movie, without its input and output files.
 Arguments encodingArguments(const NumberedMovie& movie) {
     Arguments arguments{"-vf", turningFilter(movie.orientation) + "," + timingFilter(movie) +
                                    ",format=" + movie.pixelFormat +
@@ -151,9 +151,9 @@ double soundSeconds(const NumberedMovie& movie) {
     return movie.soundSeconds > 0 ? movie.soundSeconds : movie.timeOf(movie.frames).seconds();
 }
 
-/// A name that changes with everything the movie depends on.
+/// A name that changes with everything that the movie depends on.
 std::string cacheName(const NumberedMovie& movie) {
-    constexpr int generation = 1; // raise it when pictures, sound or surgery change
+    constexpr int generation = 1; // increase it when pictures, sound or surgery change
     std::string key = std::to_string(generation);
     for (const std::string& argument : encodingArguments(movie)) {
         key += ' ' + argument;
@@ -251,7 +251,7 @@ fs::path movieFile(const NumberedMovie& movie) {
     fs::path file = folder / cacheName(movie);
     if (!fs::exists(file)) {
         fs::create_directories(folder);
-        // Tests that run at the same time may make the same movie: whichever is ready last, stays.
+        // Tests that run at the same time may make the same movie. The one that is ready last stays.
         const std::string own = "making-" + std::to_string(::getpid()) + "-";
         const fs::path unfinished = folder / (own + file.filename().string());
         const fs::path soundFile = folder / (own + "sound.pcm");

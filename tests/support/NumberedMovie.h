@@ -30,42 +30,42 @@ struct NumberedMovie {
     int ratePer = 1;
     int frames = 60;
     std::vector<int> frameTicks = {}; ///< length of each frame in 1/timescale s; empty: constant by `rate`
-    int timescale = 0;                ///< of the video track and the movie; 0: the least multiple of `rate`
-                                      ///< from 10000
+    int timescale = 0;                ///< of the video track and the movie; 0: the lowest multiple of `rate`
+                                      ///< from 10000 on
 
     MovieCodec codec = MovieCodec::h264;
     int gop = 30;
     int bFrames = 3;
     bool openGop = false;
     bool interlaced = false;                 ///< H.264 frame pictures with MBAFF, top field first
-    std::string pixelFormat = "yuv420p";     ///< in ffmpeg's words: also yuv420p10le, yuv422p, yuv444p ...
-    std::string profile = {};                ///< in the encoder's words; empty: its choice
-    std::string encoderParams = {};          ///< more of x264's or x265's own "name=value:name=value"
+    std::string pixelFormat = "yuv420p";     ///< as ffmpeg names it: also yuv420p10le, yuv422p, yuv444p ...
+    std::string profile = {};                ///< as the encoder names it; empty: its choice
+    std::string encoderParams = {};          ///< further options of x264 or x265 as "name=value:name=value"
     std::string sampleEntry = {};            ///< "hev1", "avc3"; empty: avc1 or hvc1
-    std::vector<std::string> colorTags = {}; ///< in ffmpeg's words: "-colorspace", "bt709" ...
-    std::string pixelAspect = {};            ///< "4/3"; empty: square, untagged
+    std::vector<std::string> colorTags = {}; ///< as ffmpeg names them: "-colorspace", "bt709" ...
+    std::string pixelAspect = {};            ///< for example "4/3"; empty: square, untagged
 
     SoundCodec sound = SoundCodec::none;
     int soundRate = 48000;
     int channels = 2;
-    double soundDelay = 0;   ///< seconds that the sound starts after the picture
+    double soundDelay = 0;   ///< seconds from the start of the picture to the start of the sound
     double soundSeconds = 0; ///< its length; 0: as long as the picture
 
     std::string container = "mov"; ///< or "mp4", "m4v"
     Orientation orientation = Orientation::upright;
-    std::vector<CMTimeRange> shown = {}; ///< edit list: stretches of the presentation that are shown
+    std::vector<CMTimeRange> shown = {}; ///< edit list: the stretches of the presentation that are shown
     bool fragmented = false;
     bool twoSampleEntries = false;
     bool indexFirst = false;
     bool beyond4GiB = false;                    ///< a sparse file whose media need 64-bit offsets
-    std::vector<std::string> muxArguments = {}; ///< more output options of ffmpeg, such as "-metadata" ...
+    std::vector<std::string> muxArguments = {}; ///< further output options of ffmpeg, such as "-metadata" ...
 
-    int ticksPerSecond() const;     ///< `timescale`, or what stands for 0
-    CMTime timeOf(int frame) const; ///< when picture `frame` comes on, unedited; of `frames`: the end
+    int ticksPerSecond() const;     ///< `timescale`, or the value chosen for 0
+    CMTime timeOf(int frame) const; ///< when picture `frame` appears, unedited; for `frames`: the end
 };
 
-/// The movie's file. Made on first use and kept under the build folder, shared by all tests: do not change
-/// it.
+/// The movie's file. It is made on first use, kept under the build folder and shared by all tests: do not
+/// change it.
 std::filesystem::path movieFile(const NumberedMovie& movie);
 
 } // namespace zelvra::test

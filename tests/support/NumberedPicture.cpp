@@ -21,7 +21,7 @@ constexpr std::uint8_t white = 235;
 constexpr std::uint8_t dark = 60;
 
 constexpr double scrollPerFrame = 3.0 / 640;
-constexpr double leastContrast = 60;
+constexpr double minContrast = 60;
 constexpr double markerThreshold = 125;
 
 /// Random greys, smoothed so that an encoder predicts them by their motion.
@@ -45,7 +45,7 @@ std::vector<std::uint8_t> makeTexture(int width, int height) {
     return {values.begin(), values.end()};
 }
 
-/// Mean of the inner part of a cell, away from the neighbours that coding and scaling let bleed in.
+/// Mean of the inner part of a cell, because coding and scaling blur its edges into its neighbours.
 double cellMean(const std::uint8_t* luma, int width, int height, std::size_t stride, int row, int column) {
     const auto inner = [](int index, int size, int cells, double part) {
         return static_cast<int>((index + part) * size / cells);
@@ -114,7 +114,7 @@ PictureReading readPicture(const std::uint8_t* luma, int width, int height, std:
     for (int column = 0; column < columns; ++column) {
         const double bit = cellMean(luma, width, height, stride, numberRow, column);
         const double complement = cellMean(luma, width, height, stride, complementRow, column);
-        if (std::abs(bit - complement) < leastContrast) {
+        if (std::abs(bit - complement) < minContrast) {
             return {};
         }
         *reading.number |= bit > complement ? 1 << column : 0;

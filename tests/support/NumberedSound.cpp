@@ -11,7 +11,7 @@
 namespace zelvra::test {
 namespace {
 
-/// Keeps what changes slower than `cutoff` Hz: one pole.
+/// A one-pole low-pass filter at `cutoff` Hz.
 class LowPass {
 public:
     LowPass(double cutoff, int rate) : share_(1 - std::exp(-2 * std::numbers::pi * cutoff / rate)) {}

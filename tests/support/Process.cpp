@@ -53,7 +53,7 @@ struct Pipe {
     }
 };
 
-/// The start-up instructions of a child: which of its descriptors are which of ours.
+/// The start-up instructions of a child process: how its descriptors map to ours.
 class SpawnActions {
 public:
     SpawnActions() { posix_spawn_file_actions_init(&actions_); }
@@ -86,7 +86,7 @@ pid_t spawn(const std::vector<std::string>& arguments, const SpawnActions& actio
     return child;
 }
 
-/// Appends what is there to be read; closes the descriptor at its end.
+/// Appends the data that can be read; closes the descriptor at its end.
 void drain(Descriptor& from, std::string& to) {
     std::array<char, 65536> piece{};
     const ssize_t count = ::read(from.get(), piece.data(), piece.size());
@@ -97,7 +97,7 @@ void drain(Descriptor& from, std::string& to) {
     }
 }
 
-/// Writes as much of the input as the pipe takes; closes it at the input's end or when nobody reads.
+/// Writes as much of the input as the pipe takes. Closes it at the input's end or if nothing reads it.
 void feed(Descriptor& to, const ProcessInput& input, std::string& pending) {
     if (pending.empty() && input) {
         pending = input();
@@ -117,7 +117,7 @@ void feed(Descriptor& to, const ProcessInput& input, std::string& pending) {
 } // namespace
 
 ProcessResult runProcess(const std::vector<std::string>& arguments, const ProcessInput& input) {
-    std::signal(SIGPIPE, SIG_IGN); // a child that stops reading is told by its exit status
+    std::signal(SIGPIPE, SIG_IGN); // a child that stops reading shows in its exit status
     Pipe in, out, err;
     SpawnActions actions;
     actions.connect(in.read, STDIN_FILENO);

@@ -20,7 +20,7 @@ inline SoundPiece silence(CMTime duration) {
     return {SoundPiece::Kind::silence, {}, duration};
 }
 
-/// A movie of nothing but `seconds` of numbered sound, coded as ffmpeg's `arguments` say.
+/// A movie with `seconds` of numbered sound only, coded with ffmpeg's `arguments`.
 inline void makeSoundMovie(const std::filesystem::path& file, int rate, int channels, double seconds,
                            const std::vector<std::string>& arguments) {
     std::string pcm = numberedSoundBytes(static_cast<std::int64_t>(seconds * rate), rate, channels);

@@ -15,7 +15,7 @@ namespace {
 /// Every frame in order, each at its time.
 void expectWhole(const NumberedMovie& movie) {
     const ShownMovie shown = showMovie(movieFile(movie));
-    EXPECT_TRUE(shown.complaints.empty()) << shown.complaints.front();
+    EXPECT_TRUE(shown.faults.empty()) << shown.faults.front();
     ASSERT_EQ(shown.frames.size(), static_cast<std::size_t>(movie.frames));
     for (int n = 0; n < movie.frames; ++n) {
         const ShownFrame& frame = shown.frames[static_cast<std::size_t>(n)];
@@ -23,7 +23,7 @@ void expectWhole(const NumberedMovie& movie) {
     }
 }
 
-TEST(NumberedMovie, TellsItsFramesInEveryKindOfFile) {
+TEST(NumberedMovie, HasReadableNumbersInEveryKindOfFile) {
     for (const MovieCodec codec :
          {MovieCodec::h264, MovieCodec::hevc, MovieCodec::mpeg4, MovieCodec::proRes, MovieCodec::vp9}) {
         expectWhole({.codec = codec, .container = codec == MovieCodec::vp9 ? "mp4" : "mov"});
@@ -53,7 +53,7 @@ TEST(NumberedMovie, ShowsOnlyTheStretchesOfItsEditList) {
     EXPECT_EQ(seekFrame(movieFile(movie), CMTime(20, 30)), shown.frames[20]);
 }
 
-TEST(NumberedMovie, TellsTheTimeOfItsSoundToTheSample) {
+TEST(NumberedMovie, HasSoundWhoseTimeIsFoundToTheSample) {
     for (const SoundCodec codec : {SoundCodec::aac, SoundCodec::pcm, SoundCodec::ac3, SoundCodec::eac3,
                                    SoundCodec::alac, SoundCodec::opus}) {
         const NumberedMovie movie{.sound = codec, .container = codec == SoundCodec::pcm ? "mov" : "mp4"};
@@ -70,7 +70,7 @@ TEST(NumberedMovie, TellsTheTimeOfItsSoundToTheSample) {
     EXPECT_EQ(locateSound(late.between(0.25, 0.02), numberedSound(48000, 48000), 100, 300)->sample, 0);
 }
 
-TEST(Process, GivesExitCodeAndBothOutputs) {
+TEST(Process, ReturnsExitCodeAndBothOutputs) {
     const ProcessResult result =
         runProcess({"sh", "-c", "cat; echo bad >&2; exit 3"}, [sent = false]() mutable -> std::string {
             return std::exchange(sent, true) ? "" : "good";

@@ -12,7 +12,7 @@ const QString packaging = QStringLiteral(ZELVRA_PACKAGING);
 const QString built = QStringLiteral(ZELVRA_PACKAGING_BUILT);
 
 /// Whatever the program complains of; empty where it is content.
-QByteArray complaints(const QString& program, const QStringList& arguments) {
+QByteArray warnings(const QString& program, const QStringList& arguments) {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(program, arguments);
@@ -23,9 +23,9 @@ QByteArray complaints(const QString& program, const QStringList& arguments) {
 }
 
 TEST(Packaging, DescribesTheProgramAsDesktopsWantIt) {
-    EXPECT_EQ(complaints("desktop-file-validate", {packaging + "/desktop/com.corvath.Zelvra.desktop"}), "");
-    EXPECT_EQ(
-        complaints("appstreamcli", {"validate", "--no-net", built + "/com.corvath.Zelvra.metainfo.xml"}), "");
+    EXPECT_EQ(warnings("desktop-file-validate", {packaging + "/desktop/com.corvath.Zelvra.desktop"}), "");
+    EXPECT_EQ(warnings("appstreamcli", {"validate", "--no-net", built + "/com.corvath.Zelvra.metainfo.xml"}),
+              "");
     QProcess groff;
     groff.start("groff", {"-man", "-Tutf8", "-P-cbou", "-ww", packaging + "/man/zelvra.1"});
     groff.waitForFinished();

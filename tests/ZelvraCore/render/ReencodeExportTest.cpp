@@ -135,7 +135,7 @@ TEST_P(Reencode, ShowsEveryPictureAtItsTimeAndFreezesInBetween) {
 
     const Expected expected = expectedOf(test, job.frameDuration);
     const ShownMovie shown = showMovie(job.output);
-    EXPECT_TRUE(shown.complaints.empty()) << shown.complaints.front();
+    EXPECT_TRUE(shown.faults.empty()) << shown.faults.front();
     EXPECT_THAT(shown.frames, testing::ElementsAreArray(expected.frames));
     const nlohmann::json streams = probe(job.output, {"-show_streams"}).at("streams");
     const nlohmann::json& video = streams.at(0);

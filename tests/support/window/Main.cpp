@@ -12,7 +12,8 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     qputenv("ZELVRA_AUDIO", "null");
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"); // the tester's own desktop is left alone
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"); // keeps tests away from the developer's
+                                                                   // own desktop
     qputenv("ZELVRA_APPEARANCE", "dark");
     zelvra::Application::prepare();
     const QGuiApplication program(argc, argv);

@@ -20,7 +20,7 @@ namespace zelvra::test {
 
 namespace {
 
-/// The item of that name below `root`, the last drawn first.
+/// The topmost item of that name below `root`.
 QQuickItem* findBelow(QQuickItem* root, const QString& name) {
     if (!root->isVisible()) {
         return nullptr;
@@ -43,9 +43,9 @@ void collectBelow(QQuickItem* root, const QString& name, std::vector<QQuickItem*
     }
 }
 
-/// Waits until the item has come to rest: what has just been shown is laid out a moment later. False where it
-/// went away meanwhile.
-bool rests(QQuickItem& item) {
+/// Waits until the item stops moving, because a new item is laid out a moment later. False if it disappears
+/// meanwhile.
+bool settles(QQuickItem& item) {
     const QPointer<QQuickItem> still(&item);
     const auto isGone = [&] { return !still || still->window() == nullptr; };
     std::optional<QRectF> before;
@@ -141,7 +141,7 @@ std::vector<QQuickItem*> WindowFixture::items(const QString& objectName) {
 }
 
 bool WindowFixture::clickIfItStays(QQuickItem& item, std::optional<QPointF> at) {
-    if (!rests(item)) {
+    if (!settles(item)) {
         return false;
     }
     QTest::mouseMove(item.window(), inWindow(item, at));
@@ -158,7 +158,7 @@ void WindowFixture::hover(QQuickItem& item, std::optional<QPointF> at) {
 }
 
 void WindowFixture::drag(QQuickItem& item, QPointF from, QPointF to, int steps) {
-    // The item may move with the drag; the pointer's way is fixed to the window.
+    // The item may move with the drag, so the pointer's path is relative to the window.
     QQuickWindow* window = item.window();
     const QPointF start = item.mapToScene(from);
     const QPointF end = item.mapToScene(to);

@@ -24,9 +24,9 @@
 
 namespace zelvra::test {
 
-/// The application in its real window on the offscreen platform, with preferences and a folder of its own,
-/// used as a person uses it. Items are found by their objectName; those of a dialog or a second window too.
-/// Positions are in an item's own coordinates, its middle where none is given.
+/// The application in its real window on the offscreen platform, with its own preferences and folder,
+/// controlled like a user would. Items are found by their objectName, also those of a dialog or a second
+/// window. Positions are in an item's own coordinates; the default is its middle.
 class WindowFixture : public testing::Test {
 protected:
     WindowFixture();
@@ -45,14 +45,14 @@ protected:
     /// Sets the trim, and makes a marked clip of it; seconds of the source.
     void trim(double start, double end);
     void mark(double start, double end);
-    /// Runs the program until the condition holds; false after 20 s.
+    /// Runs the event loop until the condition holds; false after 20 s.
     static bool comesTrue(const std::function<bool()>& condition);
-    /// Lets events and animations pass.
+    /// Runs the event loop, and so animations, for that time.
     static void letPass(int milliseconds);
 
-    /// The visible item of that name that is nearest to the front; null where there is none.
+    /// The topmost visible item of that name; null if there is none.
     QQuickItem* find(const QString& objectName);
-    /// The same; waits for it, and fails the test where it does not come.
+    /// The same, but waits for it and fails the test if it does not appear.
     QQuickItem& item(const QString& objectName);
     /// All visible items of that name in the main window, from top to bottom.
     std::vector<QQuickItem*> items(const QString& objectName);
@@ -61,7 +61,8 @@ protected:
     QString textOf(const QString& objectName) { return item(objectName).property("text").toString(); }
 
     void click(QQuickItem& item, std::optional<QPointF> at = {});
-    /// False, and no click, where the item went away before it came to rest, as a row of a list may.
+    /// Does not click and returns false if the item disappears before it stops moving, as a row of a list
+    /// may.
     bool clickIfItStays(QQuickItem& item, std::optional<QPointF> at = {});
     void click(const QString& objectName) { click(item(objectName)); }
     void hover(QQuickItem& item, std::optional<QPointF> at = {});
@@ -70,12 +71,12 @@ protected:
     void press(QQuickItem& item, QPointF at);
     void move(QQuickItem& item, QPointF to);
     void release(QQuickItem& item, QPointF at);
-    /// To the window in front.
+    /// Sends the key to the active window.
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void type(const QString& text);
     /// Drags the URLs over the item and drops them there. True if the drop was accepted.
     bool drop(QQuickItem& item, const QList<QUrl>& urls);
-    /// What the window shows now.
+    /// The window's current contents.
     QImage picture() { return window().grabWindow(); }
 
     TemporaryFolder folder_;

@@ -10,7 +10,7 @@ namespace {
 constexpr double frame = 1.0 / 30;
 constexpr int frames = static_cast<int>(clipSeconds * 30) - 1;
 
-TEST(Game, MovesEverybodyAsPeopleMove) {
+TEST(Game, MovesPlayersLikePeople) {
     const Game game;
     for (int player = 0; player < playerCount; ++player) {
         for (int i = 0; i < frames; ++i) {
@@ -26,7 +26,7 @@ TEST(Game, MovesEverybodyAsPeopleMove) {
     }
 }
 
-TEST(Game, LetsTheBallFlyWithoutJumps) {
+TEST(Game, MovesTheBallWithoutJumps) {
     const Game game;
     for (int i = 0; i < frames; ++i) {
         const double time = i * frame;

@@ -30,8 +30,8 @@ TEST(Annotations, ReadsHighlightsRangeAndSound) {
     EXPECT_FALSE(parseAnnotations("{}").from);
 }
 
-TEST(Annotations, SaysWhereTheMistakeIs) {
-    const auto complaint = [](const char* json) -> std::string {
+TEST(Annotations, ReportsWhereTheMistakeIs) {
+    const auto errorFor = [](const char* json) -> std::string {
         try {
             parseAnnotations(json);
         } catch (const BadRequest& error) {
@@ -39,18 +39,18 @@ TEST(Annotations, SaysWhereTheMistakeIs) {
         }
         return "understood";
     };
-    EXPECT_EQ(complaint("{"), "no JSON at byte 2");
-    EXPECT_EQ(complaint("[]"), "an object is expected, not []");
-    EXPECT_EQ(complaint(R"({"highlight": []})"), "unknown name \"highlight\"");
-    EXPECT_EQ(complaint(R"({"highlights": [{"at": 1}, {"at": -1}]})"),
+    EXPECT_EQ(errorFor("{"), "no JSON at byte 2");
+    EXPECT_EQ(errorFor("[]"), "an object is expected, not []");
+    EXPECT_EQ(errorFor(R"({"highlight": []})"), "unknown name \"highlight\"");
+    EXPECT_EQ(errorFor(R"({"highlights": [{"at": 1}, {"at": -1}]})"),
               "highlight 2: invalid timestamp: -1.000000");
-    EXPECT_EQ(complaint(R"({"highlights": [{"at": 1, "shape": {"p1": [1]}}]})"),
+    EXPECT_EQ(errorFor(R"({"highlights": [{"at": 1, "shape": {"p1": [1]}}]})"),
               "highlight 1: a point [x, y] is expected, not [1]");
-    EXPECT_EQ(complaint(R"({"highlights": [{"at": 1, "shape": {"color": 7}}]})"),
+    EXPECT_EQ(errorFor(R"({"highlights": [{"at": 1, "shape": {"color": 7}}]})"),
               "highlight 1: a text is expected, not 7");
-    EXPECT_EQ(complaint(R"({"range": {"from": "x"}})"), "range: invalid timestamp: x");
-    EXPECT_EQ(complaint(R"({"includeAudio": 1})"), "includeAudio: true or false is expected, not 1");
-    EXPECT_EQ(complaint(R"({"highlights": [{"at": 1e999}]})"), "no JSON: a number is too large");
+    EXPECT_EQ(errorFor(R"({"range": {"from": "x"}})"), "range: invalid timestamp: x");
+    EXPECT_EQ(errorFor(R"({"includeAudio": 1})"), "includeAudio: true or false is expected, not 1");
+    EXPECT_EQ(errorFor(R"({"highlights": [{"at": 1e999}]})"), "no JSON: a number is too large");
 }
 
 } // namespace

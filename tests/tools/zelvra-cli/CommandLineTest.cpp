@@ -14,7 +14,7 @@
 namespace zelvra::test {
 namespace {
 
-/// The program itself, as a script would run it.
+/// Runs the real program, as a script would.
 ProcessResult cli(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), ZELVRA_CLI);
     return runProcess(arguments);
@@ -22,7 +22,7 @@ ProcessResult cli(std::vector<std::string> arguments) {
 
 const NumberedMovie numbered{.frames = 60, .sound = SoundCodec::aac, .container = "mp4"};
 
-/// The disc of a marker as the command line spells it.
+/// The disc of a marker in the syntax of the command line.
 std::string marker(int cell, const std::string& at, const std::string& duration) {
     const Highlight disc = markerHighlight(cell, CMTime::zero(), CMTime(1, 1), {320, 180});
     const auto place = [](Point point) { return std::to_string(point.x) + ":" + std::to_string(point.y); };
@@ -77,7 +77,7 @@ TEST(CommandLine, ExportsHighlightsOfBothKindsWithinARange) {
     EXPECT_EQ(cli({"export", movieFile(numbered), "--output", folder / "out.mp4", "--quiet"}).errors, "");
 }
 
-TEST(CommandLine, TellsFailureFromWrongUsageInOneLine) {
+TEST(CommandLine, DistinguishesFailureFromWrongUsageInOneLine) {
     const TemporaryFolder folder;
     const std::string movie = movieFile(numbered);
     const std::string out = folder / "out.mp4";
@@ -134,7 +134,7 @@ TEST(CommandLine, ExportsEachMarkedClipAsTheApplicationDoes) {
     }
 }
 
-TEST(CommandLine, IsCompletedAndExplainedOptionByOption) {
+TEST(CommandLine, HasEveryOptionInItsCompletionAndManualPage) {
     const std::string packaging = ZELVRA_PACKAGING;
     const ProcessResult manual =
         runProcess({"groff", "-man", "-Tutf8", "-P-cbou", "-ww", packaging + "/man/zelvra-cli.1"});
@@ -168,11 +168,11 @@ ProcessResult interrupted(const TemporaryFolder& folder, const std::string& argu
 
 const NumberedMovie large{.width = 1280, .height = 720, .frames = 30};
 
-TEST(CommandLine, LeavesNothingBehindWhenInterrupted) {
+TEST(CommandLine, LeavesNoFilesWhenInterrupted) {
     const TemporaryFolder folder;
     std::string arguments =
         "export " + movieFile(large).string() + " --output " + (folder / "out.mp4").string();
-    for (int i = 0; i < 40; ++i) { // enough to be busy with when the signal comes
+    for (int i = 0; i < 40; ++i) { // enough work to be still running when the signal arrives
         arguments += " --highlight at=0.5,duration=0.1";
     }
     const ProcessResult result = interrupted(folder, arguments);

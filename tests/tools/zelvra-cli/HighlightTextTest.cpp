@@ -9,7 +9,7 @@
 namespace zelvra::cli {
 namespace {
 
-TEST(HighlightText, HasTheProgramsStyleWhereNothingIsSaid) {
+TEST(HighlightText, HasTheDefaultStyleIfNothingElseIsGiven) {
     const Highlight plain = parseHighlight("at=01:15.5");
     EXPECT_EQ(plain.timestamp, CMTime(151, 2));
     EXPECT_EQ(plain.duration, CMTime(3, 1));
@@ -35,7 +35,7 @@ TEST(HighlightText, ReadsEveryPartInAnyOrder) {
     EXPECT_EQ(full.shape.strokeWidthRatio, 0.01);
 }
 
-TEST(HighlightText, SaysWhatItDoesNotUnderstand) {
+TEST(HighlightText, ReportsWhatItDoesNotUnderstand) {
     const auto complaint = [](const char* text) -> std::string {
         try {
             parseHighlight(text);

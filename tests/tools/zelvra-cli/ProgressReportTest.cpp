@@ -9,7 +9,7 @@
 namespace zelvra::cli {
 namespace {
 
-TEST(ProgressBar, TellsShareAndTimeLeft) {
+TEST(ProgressBar, ShowsShareAndTimeLeft) {
     EXPECT_EQ(progressBar(0, 0), "[>                             ]   0 %");
     EXPECT_EQ(progressBar(0.5, 30), "[===============>              ]  50 %  0:30 left");
     EXPECT_EQ(progressBar(0.25, 0.4), "[=======>                      ]  25 %") << "too early to tell";
@@ -32,11 +32,11 @@ TEST(ProgressReport, WritesALineForEachTenthInALog) {
     EXPECT_EQ(reported(ProgressReport::Style::lines), "10 %\n30 %\n100 %\nnote\n");
 }
 
-TEST(ProgressReport, IsQuietButForNoticesWhereAskedTo) {
+TEST(ProgressReport, PrintsOnlyNoticesWhenQuiet) {
     EXPECT_EQ(reported(ProgressReport::Style::quiet), "note\n");
 }
 
-TEST(ProgressReport, LeavesNoBarBehindOnATerminal) {
+TEST(ProgressReport, ClearsItsBarOnATerminal) {
     const std::string text = reported(ProgressReport::Style::bar);
     EXPECT_NE(text.find("] 100 %"), std::string::npos);
     EXPECT_TRUE(text.ends_with("\r\033[Knote\n"));

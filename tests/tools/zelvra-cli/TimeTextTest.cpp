@@ -20,14 +20,14 @@ TEST(TimeText, ReadsSecondsMinutesHoursAndTicks) {
     EXPECT_EQ(ticks.timescale, 600);
 }
 
-TEST(TimeText, MeansTheFrameWhoseTimeWasPrintedWithSixDecimals) {
+TEST(TimeText, FindsTheFrameWhoseTimeWasPrintedWithSixDecimals) {
     EXPECT_EQ(parseTime("8.533333"), CMTime(256, 30));
     EXPECT_EQ(parseTime("8.541867"), CMTime(256256, 30000));
     EXPECT_EQ(parseTime("0.016683"), CMTime(1001, 60000));
     EXPECT_EQ(timeFromSeconds(256256 / 24000.0), CMTime(256256, 24000));
 }
 
-TEST(TimeText, RefusesWhatIsNoTime) {
+TEST(TimeText, RefusesTextsThatAreNoTimes) {
     for (const char* text : {"",           ".",        "-1",      "+1",   "1e3",  "12.5s",
                              "1:60",       "1:2:3:4",  ":30",     "1:",   "900/", "/600",
                              "900/0",      "900/-600", "9/600/1", "0x10", " 1",   "99999999999999999999",

@@ -81,7 +81,7 @@ TEST(MovieFileWriter, WritesMoviesThatShowAndSoundTheSame) {
         writeMovieFile(copy.plan, copy.stores(), folder / test.name);
         EXPECT_EQ(test::hashFrames(folder / test.name), test::hashFrames(source));
         EXPECT_EQ(test::readSound(folder / test.name).samples, test::readSound(source).samples);
-        EXPECT_TRUE(test::showMovie(folder / test.name).complaints.empty());
+        EXPECT_TRUE(test::showMovie(folder / test.name).faults.empty());
     }
 }
 

@@ -2,7 +2,7 @@
 
 // Grabs one frame of a movie, as a script would:
 //     frame-grab MOVIE SECONDS-INTO-IT
-// No picture is written, so that what is timed is the grab and not the compression of a PNG.
+// It writes no picture, so that only the grab is timed and not the compression of a PNG.
 
 #include "ZelvraCore/FrameGrab.h"
 

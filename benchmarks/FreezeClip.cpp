@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Grabs one frame of a movie, then encodes it as freeze clips and prints how long each took, in seconds:
+// Grabs one frame of a movie, encodes it as freeze clips and prints how long each took, in seconds:
 //     freeze-clip MOVIE SECONDS-INTO-IT CLIP.mov LENGTH-IN-SECONDS TIMES
-// The grab is left out of the times, as its peer gets a frame that is decoded already.
+// The grab is not timed, because the peer gets a decoded frame.
 
 #include "ZelvraCore/FrameGrab.h"
 #include "ZelvraCore/FreezeClipEncoder.h"

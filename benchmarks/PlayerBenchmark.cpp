@@ -17,8 +17,8 @@
 #include <sys/resource.h>
 #include <vector>
 
-// Opening a clip, from the call to its first picture: the session (probe, index, player) and a bare libmpv
-// that only loads it, in turns. Prints both medians in milliseconds.
+// Times the opening of a clip, from the call to the first picture, alternating between the session (probe,
+// index, player) and a bare libmpv that only loads the clip. Prints both medians in milliseconds.
 
 namespace zelvra {
 namespace {
@@ -101,7 +101,7 @@ int main(int argc, char** argv) {
     qputenv("ZELVRA_AUDIO", "null");
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
+    std::setlocale(LC_NUMERIC, "C"); // required by libmpv
     const std::string command = argc == 4 ? argv[1] : "";
     if (command == "open") {
         zelvra::open(argv[2], std::atoi(argv[3]));

@@ -14,10 +14,10 @@
 namespace zelvra {
 namespace {
 
-/// Any movie; it only has to be playing.
+/// Any movie; its content does not matter.
 std::filesystem::path movie;
 
-/// One report of the player's position, 30 of which come a second, with that many highlights on the clip.
+/// One update of the player's position (30 come each second) with that many highlights on the clip.
 void observePlaybackTime(benchmark::State& state) {
     const QTemporaryDir folder;
     PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
@@ -38,7 +38,7 @@ void observePlaybackTime(benchmark::State& state) {
     }
     std::int64_t tick = 0;
     for (auto _ : state) {
-        session.observePlaybackTime(CMTime(++tick, 30)); // crosses none: all highlights are looked at
+        session.observePlaybackTime(CMTime(++tick, 30)); // passes no highlight, so all are examined
         tick %= 3000;
     }
 }
@@ -50,7 +50,7 @@ BENCHMARK(observePlaybackTime)->Arg(10)->Arg(1000);
 int main(int argc, char** argv) {
     qputenv("ZELVRA_AUDIO", "null");
     const QCoreApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
+    std::setlocale(LC_NUMERIC, "C"); // required by libmpv
     benchmark::Initialize(&argc, argv);
     if (argc != 2) {
         std::cerr << "usage: session-benchmark MOVIE\n";

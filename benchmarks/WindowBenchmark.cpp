@@ -26,7 +26,7 @@
 #include <unistd.h>
 #include <vector>
 
-// The application in its real window, measured from inside. Each command prints numbers on one line:
+// Measures the application in its real window from inside. Each command prints numbers on one line:
 //
 //     window-benchmark start
 //         milliseconds from the process's start to the first frame on screen, resident MiB
@@ -34,7 +34,7 @@
 //         processor seconds a second, pictures shown a second, resident MiB
 //     window-benchmark drag-shape MOVIE
 //     window-benchmark drag-trim MOVIE MARKS
-//         milliseconds from a move of the pointer to the frame that shows it, median and 95th of 100; with
+//         milliseconds from a pointer movement to the frame that shows it, median and 95th of 100; with
 //         that many marked clips and highlights on the strip
 
 namespace zelvra {
@@ -46,7 +46,7 @@ double millisecondsSinceStart() {
     std::getline(file, line);
     std::istringstream fields(line.substr(line.rfind(')') + 2));
     std::string field;
-    constexpr int startTime = 20; // fields after the program's name; clock ticks since the machine started
+    constexpr int startTime = 20; // index after the program's name; in clock ticks since the machine started
     for (int i = 0; i < startTime; ++i) {
         fields >> field;
     }
@@ -178,7 +178,7 @@ void dragTrim(Application& application, const char* movie, int marks) {
     }
     MarkedClip edited{Uuid::random(), range(0, length / 20), {}};
     for (int i = 0; i < marks; ++i) {
-        // Behind the handle, but on the strip: a dot over the handle would be pressed instead.
+        // On the strip after the handle, because a dot over the handle would be pressed instead.
         const double moment = length * (0.1 + 0.1 * i / marks);
         edited.highlights.push_back({Uuid::random(), sessionTime(moment), sessionTime(3), {}});
     }

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# Every package that the build looks for, in one place. What needs which is said where it is linked.
+# All packages that the build needs. The targets that use one link it themselves.
 
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)

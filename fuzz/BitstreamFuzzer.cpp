@@ -15,9 +15,9 @@
 #include <cstddef>
 #include <cstdlib>
 
-/// Feeds bytes of any kind to everything that reads coded video. The input: a byte that chooses the codec,
-/// the length of a configuration record in two bytes, the record, then a sample. Whatever is wrong must end
-/// in a BitstreamError.
+/// Passes arbitrary bytes to all parsers of coded video. The input is a byte that chooses the codec, the
+/// length of a configuration record in two bytes, the record, then a sample. Malformed input must end in a
+/// BitstreamError.
 
 using zelvra::bitstream::ByteView;
 namespace bitstream = zelvra::bitstream;
@@ -31,7 +31,7 @@ void attempt(Operation operation) {
     try {
         operation();
     } catch (const bitstream::BitstreamError&) {
-        return; // the right answer to wrong bytes
+        return; // the expected result of malformed input
     }
 }
 

@@ -12,7 +12,7 @@ using namespace zelvra::isobmff;
 
 namespace {
 
-/// What readMovie promises of every sample, whatever the file says.
+/// Checks what readMovie guarantees for every sample.
 void requirePromises(const Movie& movie, std::uint64_t fileSize) {
     for (const Track& track : movie.tracks) {
         for (const Sample& sample : track.samples) {
@@ -24,7 +24,7 @@ void requirePromises(const Movie& movie, std::uint64_t fileSize) {
     }
 }
 
-/// Timelines are in order, and their pieces do not overlap.
+/// Checks that timelines are in order and that their pieces do not overlap.
 void requireOrder(const TrackTimeline& timeline) {
     for (std::size_t i = 1; i < timeline.shown().size(); ++i) {
         if (timeline.shown()[i].start < timeline.shown()[i - 1].end()) {
@@ -40,8 +40,8 @@ void requireOrder(const TrackTimeline& timeline) {
 
 } // namespace
 
-/// Any bytes as a movie file: read, put on their timelines, their entries looked into. Only MediaError may
-/// come out of it.
+/// Reads arbitrary bytes as a movie file, builds its timelines and parses its sample entries. The only
+/// exception allowed is MediaError.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {
         const files::MemoryByteSource source({data, data + size});
@@ -53,7 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 track.isVideo() ? visualEntryBoxes(entry.box) : soundEntryBoxes(entry.box);
             }
         }
-    } catch (const MediaError&) { // refused, as it should be
+    } catch (const MediaError&) { // refused, as expected
     }
     return 0;
 }

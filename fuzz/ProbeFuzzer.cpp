@@ -13,7 +13,7 @@ using namespace zelvra;
 
 namespace {
 
-/// A file in memory that has a path as long as the object lives.
+/// A file in memory. Its path is valid as long as the object lives.
 class MemoryFile {
 public:
     MemoryFile(const std::uint8_t* data, std::size_t size) : descriptor_(::memfd_create("movie.mp4", 0)) {
@@ -33,8 +33,8 @@ private:
 
 } // namespace
 
-/// Any bytes as a movie: what the program learns of a file when it opens it, decoding its first picture
-/// included. Only the errors that it shows may come out of it.
+/// Opens arbitrary bytes as a movie like the program does, and decodes the first picture. The only exceptions
+/// allowed are those that the program shows to the user.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const MemoryFile file(data, size);
     try {
@@ -42,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!info.frameDuration.isNumeric() || info.frameDuration <= CMTime::zero()) {
             std::abort();
         }
-    } catch (const MediaError&) { // refused, as it should be
+    } catch (const MediaError&) { // refused, as expected
     } catch (const ZVError&) {
     }
     return 0;

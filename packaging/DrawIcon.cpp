@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// zelvra-draw-icon IN.svg SIZE OUT.png: draws the icon as a square picture, while the program is built.
+// zelvra-draw-icon IN.svg SIZE OUT.png: draws the icon as a square picture. Runs during the build.
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-# Completion of zelvra-cli for bash; belongs into /usr/share/bash-completion/completions as "zelvra-cli".
+# Completion of zelvra-cli for bash; install it in /usr/share/bash-completion/completions as "zelvra-cli".
 
 _zelvra_cli() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
@@ -9,7 +9,7 @@ _zelvra_cli() {
         return
     fi
     case $previous in
-    --at | --from | --to) return ;; # a time: nothing to propose
+    --at | --from | --to) return ;; # a time: no proposals
     --mode)
         mapfile -t COMPREPLY < <(compgen -W "sameAsSource subfolder custom" -- "$current")
         return

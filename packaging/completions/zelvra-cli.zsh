@@ -1,5 +1,5 @@
 #compdef zelvra-cli
-# Completion of zelvra-cli for zsh; belongs into a folder of $fpath as "_zelvra-cli".
+# Completion of zelvra-cli for zsh; install it in a folder of $fpath as "_zelvra-cli".
 
 _arguments -C \
     '--help[show a summary with examples]' \

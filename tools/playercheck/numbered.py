@@ -1,10 +1,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""Movies whose pictures carry their number, and the means to read it back from any screen.
+"""Movies whose pictures show their number, and functions that read it back from any screen.
 
 A picture is a grid of 16 x 9 cells. The first row holds the 16 bits of the number, white for one and black for zero,
-the second row their complement; the third is dark and free for the marker of a freeze. Below, a texture scrolls, so
-that the movie is coded with real motion. (The tests' pictures are laid out alike, see tests/support/NumberedPicture.h.)
+the second row their complement. The third row is dark and free for the marker of a freeze. Below it a texture scrolls,
+so that the movie is coded with real motion. (The pictures of the tests have the same layout, see
+tests/support/NumberedPicture.h.)
 """
 
 import subprocess
@@ -15,7 +16,7 @@ import numpy
 COLUMNS, ROWS, READ_ROWS = 16, 9, 3
 WIDTH, HEIGHT, RATE = 640, 360, 30
 CELL_WIDTH, CELL_HEIGHT = WIDTH // COLUMNS, HEIGHT // ROWS
-LEAST_CONTRAST, MARKER_THRESHOLD = 60, 125
+MIN_CONTRAST, MARKER_THRESHOLD = 60, 125
 
 
 class Picture(NamedTuple):
@@ -27,9 +28,9 @@ class Picture(NamedTuple):
 
 
 def read_cells(cells):
-    """The picture that 3 x 16 cell means tell, or None where it cannot be told with certainty."""
+    """The picture with these 3 x 16 cell means, or None if they are not certain."""
     bits, complements, free = numpy.asarray(cells, dtype=float).reshape(READ_ROWS, COLUMNS)
-    if numpy.abs(bits - complements).min() < LEAST_CONTRAST:
+    if numpy.abs(bits - complements).min() < MIN_CONTRAST:
         return None
     number = sum(1 << int(column) for column in numpy.flatnonzero(bits > complements))
     marked = numpy.flatnonzero(free > MARKER_THRESHOLD)
@@ -37,15 +38,15 @@ def read_cells(cells):
 
 
 def cell_means(grey):
-    """The means of the cells' inner parts in the upper third of a picture, away from what bleeds in at their edges."""
+    """The means of the cells' inner parts in the upper third of a picture. Their edges are blurred by coding."""
     cells = grey.reshape(READ_ROWS, CELL_HEIGHT, COLUMNS, CELL_WIDTH)
     inner = cells[:, CELL_HEIGHT * 3 // 10 : CELL_HEIGHT * 7 // 10, :, CELL_WIDTH * 3 // 10 : CELL_WIDTH * 7 // 10]
     return inner.mean(axis=(1, 3))
 
 
 def marker_shape(marker):
-    """The drawing part of a highlight that puts a white disc into the free cell `marker`: a circle whose stroke is as
-    wide as its diameter is a disc of twice its radius."""
+    """The shape of a highlight that draws a white disc into the free cell `marker`. A circle whose stroke is as wide
+    as its diameter is a disc of twice its radius."""
     x, y = (marker + 0.5) / COLUMNS, 2.5 / ROWS
     radius = 0.45 * min(CELL_WIDTH, CELL_HEIGHT)
     return f"kind=circle,p1={x}:{y},p2={x + radius / 2 / WIDTH}:{y},color=#FFFFFF,stroke={radius / HEIGHT}"
@@ -59,7 +60,7 @@ def draw(number, texture):
 
 
 def make_movie(path, frames, encoder):
-    """Encodes numbers 0 to `frames` - 1 by ffmpeg with the arguments `encoder`, with a sound as long."""
+    """Encodes numbers 0 to `frames` - 1 with ffmpeg and its arguments `encoder`, with sound of the same length."""
     noise = numpy.random.default_rng(7).integers(60, 200, (HEIGHT, WIDTH * 2))
     texture = sum(numpy.roll(noise, (y, x), (0, 1)) for y in range(4) for x in range(4)) // 16
     ffmpeg = subprocess.Popen(

@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""The players: each plays a movie and tells which pictures were on its screen, and for how long.
+"""The players. Each plays a movie and returns the pictures that it showed, and for how long.
 
-mpv and VLC play in the only window of an X server of their own, whose screen is recorded meanwhile. Chromium runs
-without a screen; a page in it reads the pictures (see page.html).
+mpv and VLC play in the only window of an X server, whose screen is recorded meanwhile. Chromium runs without a screen,
+and a page in it reads the pictures (see page.html).
 """
 
 import http.server
@@ -27,7 +27,7 @@ LONGEST_PLAY = 90  # seconds until the browser counts as stuck
 
 
 class Stand(NamedTuple):
-    """A picture that stood on the screen; without picture: something that cannot be read."""
+    """A picture that was shown, and for how long. Without picture: something unreadable was shown."""
     picture: Optional[Picture]
     seconds: float
 
@@ -42,7 +42,7 @@ class NoDecoder(Exception):
 
 
 def joined(moments):
-    """Stands from (picture, time) as read one after another; the last one only ends the one before."""
+    """Joins consecutive readings (picture, time). The last reading only ends the one before it."""
     stands = []
     for (picture, start), (_, end) in zip(moments, moments[1:]):
         if stands and stands[-1].picture == picture:
@@ -53,7 +53,7 @@ def joined(moments):
 
 
 class Screen:
-    """An X server whose screen is as large as a test picture, and nothing on it but a player."""
+    """An X server with a screen of the size of a test picture, for one player."""
 
     def __init__(self):
         self.server = subprocess.Popen(
@@ -69,8 +69,8 @@ class Screen:
         self.server.wait()
 
     def play(self, command, seconds, folder):
-        """Runs a player that rests on the last picture, for `seconds` and what it takes to start. Gives what stood on
-        the screen from the first readable picture on."""
+        """Runs a player that stays on the last picture, for `seconds` plus the time to start. Returns what was shown
+        from the first readable picture on."""
         recording = folder / "screen.gray"
         recorder = subprocess.Popen(
             ["ffmpeg", "-v", "error", "-y", "-f", "x11grab", "-draw_mouse", "0", "-framerate", str(round(1 / REFRESH)),
@@ -108,7 +108,7 @@ class Mpv:
     def check(self, movie, seconds, seek_times, folder):
         with Screen() as screen:
             command = ["mpv", "--no-config", "--vo=x11", "--ao=null", "--osc=no", "--osd-level=0",
-                                "--no-border", "--geometry=0:0", "--keep-open=yes", str(movie)]
+                       "--no-border", "--geometry=0:0", "--keep-open=yes", str(movie)]
             return screen.play(command, seconds, folder), []
 
 
@@ -121,7 +121,7 @@ class Vlc:
 
     @staticmethod
     def unprivileged():
-        """VLC refuses to run as root: there it runs as nobody."""
+        """VLC refuses to run as root, so root runs it as the user nobody."""
         home = os.path.join(tempfile.gettempdir(), "playercheck-vlc")
         os.makedirs(home, mode=0o700, exist_ok=True)
         if os.geteuid() != 0:
@@ -133,7 +133,7 @@ class Vlc:
     def check(self, movie, seconds, seek_times, folder):
         with Screen() as screen:
             command = [*self.unprivileged(), "cvlc", "--vout=xcb_x11", "--aout=dummy", "--no-osd", "--no-spu",
-                                "--no-video-title-show", "--play-and-pause", str(movie)]
+                       "--no-video-title-show", "--play-and-pause", str(movie)]
             return screen.play(command, seconds, folder), []
 
 
@@ -154,7 +154,7 @@ class Chromium:
 
     @staticmethod
     def visit(movie, seek_times, folder):
-        """Lets the page play the movie and waits for what it saw."""
+        """Lets the page play the movie and waits for its report."""
         answers = {"/": (pathlib.Path(__file__).with_name("page.html").read_bytes(), "text/html"),
                    "/movie": (movie.read_bytes(), "video/mp4"),
                    "/seeks": (json.dumps(seek_times).encode(), "application/json")}
@@ -187,7 +187,7 @@ class Chromium:
                 stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             try:
                 if not arrived.wait(LONGEST_PLAY):
-                    raise RuntimeError("Chromium did not come to the movie's end")
+                    raise RuntimeError("Chromium did not reach the end of the movie")
             finally:
                 browser.terminate()
                 browser.wait()

@@ -6,12 +6,13 @@
 
 namespace zelvra::sample {
 
-/// A point of a picture, in pixels from its top left; `scale` is pixels a metre there, `depth` metres away.
+/// A point of a picture, in pixels from its top left. `scale` is pixels per metre at that point, `depth` is
+/// its distance in metres.
 struct Projected {
     double x = 0, y = 0, scale = 0, depth = 0;
 };
 
-/// A television camera on its tripod in the stand: it turns and zooms, and never leaves its place.
+/// A television camera on a tripod in the stand. It turns and zooms, but never moves.
 class Camera {
 public:
     static constexpr Vec place{14, -13.5, 8.6};
@@ -20,10 +21,10 @@ public:
     Camera(int width, int height, double pan, double tilt, double focal);
 
     Projected project(Vec point) const;
-    /// The direction in which the pixel (x, y) looks.
+    /// The direction from the camera through the pixel (x, y).
     Vec ray(double x, double y) const;
 
-    /// A direction by the camera's own axes: x to the right, y up, z ahead.
+    /// A direction in the camera's own axes: x to the right, y up, z ahead.
     Vec inView(Vec direction) const {
         return {dot(direction, right_), dot(direction, up_), dot(direction, forward_)};
     }

@@ -32,15 +32,15 @@ inline void setColour(cairo_t* cr, Colour colour) {
     cairo_set_source_rgba(cr, colour.red, colour.green, colour.blue, colour.alpha);
 }
 
-/// A limb from (ax, ay) to (bx, by), `aRadius` and `bRadius` thick at its ends, lit from above.
+/// Draws a limb from (ax, ay) to (bx, by), `aRadius` and `bRadius` thick at its ends, lit from above.
 void drawLimb(cairo_t* cr, double ax, double ay, double aRadius, double bx, double by, double bRadius,
               Colour colour);
 
-/// A soft dark ellipse.
+/// Draws a soft dark ellipse.
 void drawShadow(cairo_t* cr, double x, double y, double radiusX, double radiusY, double darkness);
 
 enum class Align { left, centre, right };
-/// Text in the bold face of the clip with its base line at y. Returns its width.
+/// Draws text in the clip's bold face with its base line at y. Returns its width.
 double drawText(cairo_t* cr, const std::string& text, double x, double y, double size, Colour colour,
                 Align align = Align::left);
 

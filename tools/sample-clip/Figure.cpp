@@ -17,7 +17,7 @@ struct Skeleton {
     struct Side {
         Vec hip, knee, ankle, toe, shoulder, elbow, hand;
     };
-    std::array<Side, 2> sides; ///< his left, his right
+    std::array<Side, 2> sides; ///< the player's left and right
     Vec pelvis, neck, head, facing;
 };
 
@@ -32,7 +32,7 @@ Vec joint(Vec root, Vec& target, double upper, double lower, Vec bend) {
     return root + direction * along + unit(bend - direction * dot(bend, direction), up) * aside;
 }
 
-/// A foot's place in its cycle relative to the body: on the floor going back, in the air coming forward.
+/// A foot's place in its cycle relative to the body: on the floor it moves back, in the air forward.
 struct Step {
     double forward = 0, lift = 0;
 };
@@ -169,7 +169,7 @@ private:
     Skeleton skeleton_;
 };
 
-/// Something to be drawn when its turn comes.
+/// A part of the body, queued so that parts are drawn in order of depth.
 struct Part {
     double depth;
     Vec a, b;
@@ -203,7 +203,7 @@ void fillPart(cairo_t* cr, const Camera& camera, const Part& part) {
     drawLimb(cr, a.x, a.y, part.aRadius * a.scale, b.x, b.y, part.bRadius * b.scale, part.colour);
 }
 
-/// The trunk from hips to shoulders, with the number on the side that is seen.
+/// Draws the trunk from hips to shoulders, with the number on the visible side.
 void drawTrunk(cairo_t* cr, const Camera& camera, const Skeleton& body, const Looks& looks) {
     const Vec across = body.sides[1].shoulder - body.sides[0].shoulder;
     const Vec spine = body.neck - body.pelvis;
@@ -261,10 +261,10 @@ void drawTrunk(cairo_t* cr, const Camera& camera, const Skeleton& body, const Lo
         setColour(cr, looks.trim);
         cairo_stroke(cr);
     }
-    // The number, on the face towards the camera.
+    // Draws the number on the side towards the camera.
     const bool front = dot(body.facing, Camera::place - body.neck) > 0;
     const double z = front == (dot(depthwise, body.facing) > 0) ? 1.25 : -1.25;
-    const double toRight = front ? -1 : 1; // his right is on the left of who looks at his chest
+    const double toRight = front ? -1 : 1; // the player's right is on the left seen from the front
     const Projected origin = at(0, 0.52, z);
     const Projected right = at(0.5 * toRight, 0.52, z);
     const Projected above = at(0, 0.92, z);
@@ -308,7 +308,7 @@ void drawHead(cairo_t* cr, const Camera& camera, const Skeleton& body, const Loo
     skull();
     cairo_set_source(cr, light.get());
     cairo_fill(cr);
-    // Hair covers what is not the face: a cap pushed away from where he looks.
+    // Hair covers everything but the face: a cap shifted away from the direction of view.
     cairo_save(cr);
     skull();
     cairo_clip(cr);
@@ -317,7 +317,7 @@ void drawHead(cairo_t* cr, const Camera& camera, const Skeleton& body, const Loo
     setColour(cr, looks.hair);
     cairo_fill(cr);
     cairo_restore(cr);
-    // A hint of a face where it can be seen.
+    // A hint of a face, if it is visible.
     if (dot(body.facing, Camera::place - body.head) > 0) {
         cairo_arc(cr, nose.x, nose.y, radius * 0.16, 0, 2 * pi);
         setColour(cr, shaded(looks.skin, 0.78));
@@ -388,7 +388,7 @@ void drawPlayerOnFloor(cairo_t* cr, const Camera& camera, const PlayerState& sta
     fillPart(cr, camera, trunk);
 
     const Projected ground = camera.project({state.place.x, state.place.y, 0});
-    const double flat = 0.40; // how much the floor is foreshortened from up there
+    const double flat = 0.40; // foreshortening of the floor seen from the camera
     const double fade = 1 / (1 + 1.4 * state.place.z);
     drawShadow(cr, ground.x, ground.y, 0.62 * ground.scale, 0.62 * flat * ground.scale, 0.34 * fade);
     for (const Skeleton::Side& side : body.sides) {

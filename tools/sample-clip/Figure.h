@@ -8,7 +8,7 @@
 
 namespace zelvra::sample {
 
-/// How a player looks, whatever he does.
+/// The look of a player, independent of what he does.
 struct Looks {
     Colour jersey, trim, skin, hair, shoes;
     int number = 0;
@@ -16,10 +16,11 @@ struct Looks {
 };
 Looks looksOf(int player);
 
-/// Draws a player: a skeleton posed by what he does, its hands at the ball where he has it, clad in limbs.
+/// Draws a player: a skeleton posed for his current action, its hands at the ball if he has it, covered with
+/// limbs.
 void drawPlayer(cairo_t* cr, const Camera& camera, const PlayerState& state, const Looks& looks, Vec ball);
 
-/// The shadow and the dim reflection on the polished floor, below everybody.
+/// Draws the shadow and the dim reflection on the polished floor, to be drawn before all players.
 void drawPlayerOnFloor(cairo_t* cr, const Camera& camera, const PlayerState& state, const Looks& looks,
                        Vec ball);
 

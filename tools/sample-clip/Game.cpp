@@ -15,7 +15,7 @@ struct Waypoint {
     double time, x, y;
 };
 
-/// Smooth through all waypoints; stands still between two at the same place.
+/// The position on a smooth curve through all waypoints. It rests between two waypoints at the same place.
 Vec along(std::span<const Waypoint> path, double time) {
     if (time <= path.front().time) {
         return {path.front().x, path.front().y, 0};
@@ -109,7 +109,7 @@ const std::array<std::vector<Waypoint>, 5> whitePaths{{
      {24, 9.6, 5.2}},
 }};
 
-/// What the red team does once it has the ball.
+/// The red team's paths once it has the ball.
 const std::array<std::vector<Waypoint>, 5> redPaths{{
     {{12.3, 23.9, 9.2},
      {13.4, 22.4, 6.2},
@@ -151,12 +151,12 @@ const std::array<std::vector<Waypoint>, 5> redPaths{{
      {24, 16.6, 4.8}},
 }};
 
-/// A stretch in which the ball does one thing.
+/// A stretch of time in which the ball does one thing.
 struct BallPiece {
     enum class Kind { dribble, hold, pass, shot, drop };
     Kind kind;
     double from, to;
-    int player;         ///< who has it, or gives it away
+    int player;         ///< who has it, or passes it
     int receiver = -1;  ///< of a pass
     double apex = 0.35; ///< of a pass: metres above the straight line
 };
@@ -186,7 +186,7 @@ const BallPiece& pieceAt(double time) {
     return ballPieces.back();
 }
 
-/// A time in the air, for a player, and what for.
+/// A jump of a player: its time and its purpose.
 struct Jump {
     int player;
     double from, to, height;
@@ -215,12 +215,12 @@ Vec hoopOf(const BallPiece& shot) {
     return shot.player < 5 ? rightHoop : leftHoop;
 }
 
-/// Dribbles bounce twice in about a second: the fraction of this is 0 on the floor.
+/// Phase of the dribble, with two bounces in about a second. Its fraction is 0 on the floor.
 double dribblePhase(const BallPiece& piece, double time) {
     return (time - piece.from) / 0.52 + 0.5;
 }
 
-/// Red players stay between their man and the basket, a little behind his moves.
+/// Red players stay between their opponent and the basket, and follow his moves with a short delay.
 Vec guardPlace(int man, double time) {
     const bool screened = man == 0 && time > 8.1;
     const double lag = screened ? mix(0.2, 0.75, smoothStep(8.1, 8.8, time)) : 0.2;
@@ -278,7 +278,7 @@ void Game::walkTracks() {
                 interest = (time < 13 ? rightHoop : leftHoop) - placeOf(player, time);
             }
             interest.z = 0;
-            // Runners look where they run, everybody else where the ball is.
+            // Runners look where they run, all others look at the ball.
             Vec wanted = unit(interest) + velocity * smoothStep(1.5, 4.5, speed);
             wanted.z = 0;
             if (i == 0) {
@@ -356,7 +356,7 @@ Vec Game::handsOf(int index, double time) const {
 Vec Game::dribblePlace(int index, double time) const {
     const Moment now = moment(index, time);
     const Vec right{now.facing.y, -now.facing.x, 0};
-    // After the screen he goes with the other hand.
+    // After the screen he dribbles with the other hand.
     const double side = index == 0 && time > 5 && time < 12 ? -0.38 : 0.38;
     return now.place + now.facing * 0.42 + right * side + now.velocity * 0.03;
 }
@@ -388,7 +388,7 @@ BallState Game::ball(double time) const {
         break;
     }
     case BallPiece::Kind::drop: {
-        // Through the net, down, and up again until somebody takes it.
+        // Through the net, down, and up again until a player takes it.
         const Vec hoop = piece.from < 15 ? rightHoop : leftHoop;
         const double fallen = time - piece.from;
         const double landing = std::sqrt(2 * (hoop.z - ballRadius) / gravity);
@@ -407,7 +407,7 @@ BallState Game::ball(double time) const {
 }
 
 double Game::focus(double time) const {
-    // The mean of where the ball is going to be: an operator who reads the game.
+    // The mean of the ball's future positions, as a good camera operator anticipates.
     double sum = 0;
     double weights = 0;
     for (int tenth = -16; tenth <= 22; ++tenth) {

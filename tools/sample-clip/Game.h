@@ -10,8 +10,8 @@
 
 namespace zelvra::sample {
 
-/// What happens: where the ten players and the ball are at any moment, and what a player does. A pure
-/// function of time, worked out once. Drawing and sound only follow it.
+/// The action of the clip: the positions of the ten players and the ball at any time, and what each player
+/// does. A pure function of time, computed once. Drawing and sound are derived from it.
 
 constexpr double clipSeconds = 24;
 constexpr double courtLength = 28;
@@ -21,17 +21,17 @@ constexpr Vec leftHoop{1.575, 7.5, 3.05};
 constexpr Vec rightHoop{26.425, 7.5, 3.05};
 constexpr int playerCount = 10; ///< 0 to 4 play in white towards the right, 5 to 9 in red towards the left
 
-/// What the upper body is busy with.
+/// What the upper body does.
 enum class Act { moving, guarding, dribbling, holding, shooting, contesting, celebrating };
 
 struct PlayerState {
     Vec place;         ///< between the feet, on the floor; z while jumping
     Vec velocity;      ///< metres a second
     Vec facing;        ///< level and of length 1
-    double stride = 0; ///< position in the cycle of two steps; its fraction counts
+    double stride = 0; ///< position in the cycle of two steps; only its fraction matters
     double crouch = 0; ///< 0 upright to 1 deep
     Act act = Act::moving;
-    double actShare = 0; ///< how far the act has come, 0 to 1
+    double actShare = 0; ///< progress of the act, 0 to 1
 };
 
 struct BallState {
@@ -39,7 +39,7 @@ struct BallState {
     double spin = 0; ///< radians
 };
 
-/// A moment that can be heard, or seen on the scoreboard.
+/// An event that is heard, or shown on the scoreboard.
 struct GameEvent {
     enum class Kind { bounce, catching, shot, basket, whistle };
     double time = 0;
@@ -55,7 +55,7 @@ public:
 
     PlayerState player(int index, double time) const;
     BallState ball(double time) const;
-    /// Where the camera operator looks: along the court, following the ball with calm.
+    /// The camera's aim along the court. It follows the ball smoothly.
     double focus(double time) const;
     /// In order of time.
     const std::vector<GameEvent>& events() const { return events_; }

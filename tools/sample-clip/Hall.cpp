@@ -26,7 +26,7 @@ constexpr double boardLeft = -apronEnd;
 constexpr double boardRight = courtLength + apronEnd;
 constexpr int pixelsPerMetre = 130;
 
-/// A painted picture that is looked up by place.
+/// A painted picture that is sampled by position.
 class Texture {
 public:
     Texture(double width, double height)
@@ -64,7 +64,7 @@ void fillRectangle(cairo_t* cr, double x, double y, double width, double height,
 /// Maple planks along the court, each board of its own tone.
 void paintPlanks(cairo_t* cr) {
     constexpr double plank = 0.075;
-    setColour(cr, {0.62, 0.45, 0.28}); // what shows in the joints
+    setColour(cr, {0.62, 0.45, 0.28}); // colour of the joints
     cairo_paint(cr);
     const int rows = static_cast<int>((boardY + apronNear) / plank) + 1;
     for (int row = 0; row < rows; ++row) {
@@ -134,7 +134,7 @@ void paintMarkings(cairo_t* cr) {
     setColour(cr, white);
     cairo_stroke(cr);
 
-    // Letters stand upright for the camera: y grows away from it.
+    // Letters are upright for the camera: y grows away from it.
     const auto write = [&](const char* text, double x, double y, double size, Colour colour) {
         cairo_save(cr);
         cairo_translate(cr, x, y);
@@ -155,7 +155,7 @@ Texture paintFloor() {
     return floor;
 }
 
-/// Advertising of firms that never were, lit from within. y runs down from the upper edge.
+/// Back-lit advertising of invented companies. y runs down from the upper edge.
 Texture paintBoards() {
     struct Board {
         const char* text;
@@ -182,8 +182,7 @@ Texture paintBoards() {
     return texture;
 }
 
-/// The lamps under the roof, mirrored in the varnish: what they add where the ray from the camera meets the
-/// floor.
+/// Light that the mirrored roof lamps add where the ray from the camera meets the floor.
 double varnishGlow(Vec ray) {
     constexpr double roof = 13;
     const Vec floor = Camera::place + ray * (-Camera::place.z / ray.z);
@@ -216,7 +215,7 @@ struct Painting {
 
     Colour boardAt(double along, double z) const { return boards.at(along - boardLeft, boardHeight - z); }
 
-    /// What a ray from the camera meets before it could meet the stands; nothing where it passes above.
+    /// What a ray from the camera hits before the stands; `nullopt` if it passes above everything.
     std::optional<Colour> seenAlong(Vec ray) const {
         double nearest = 1e9;
         if (ray.z < 0) {
@@ -283,7 +282,7 @@ Colour complexion(int seed) {
     return shaded({0.86, 0.64, 0.50}, 0.45 + 0.6 * chance(seed, 12));
 }
 
-/// A spectator who sits (or, excited, stands) at `seat`.
+/// Draws a spectator who sits (or stands, if excited) at `seat`.
 void drawSpectator(cairo_t* cr, const Camera& camera, Vec seat, int seed, int moment, bool excited,
                    double light) {
     const double sway = 2 * pi * (moment / 4.0 + chance(seed, 3));
@@ -326,7 +325,7 @@ void drawSpectator(cairo_t* cr, const Camera& camera, Vec seat, int seed, int mo
     }
 }
 
-/// Softens what is out of focus: a box of (2 radius + 1) pixels, along rows and then columns.
+/// Blurs what is out of focus: a box of (2 radius + 1) pixels, along rows and then columns.
 void soften(std::vector<std::uint32_t>& pixels, int width, int height, int radius) {
     const auto pass = [&](int lines, int count, std::ptrdiff_t lineStep, std::ptrdiff_t step) {
         std::vector<std::uint32_t> line(static_cast<std::size_t>(count));
@@ -353,7 +352,7 @@ void soften(std::vector<std::uint32_t>& pixels, int width, int height, int radiu
     pass(width, height, 1, width);
 }
 
-/// Table and chairs in front of the far boards.
+/// Draws the table and chairs in front of the far boards.
 void drawBenches(cairo_t* cr, const Camera& camera) {
     const double y = courtWidth + 1.55;
     const auto sitting = [&](double x, int seed, Colour jersey) {
@@ -444,7 +443,7 @@ void Hall::paintGround() {
 }
 
 Hall::Layer Hall::paintStands(int moment, bool excited) const {
-    // The stands end where the boards begin; below, nobody looks.
+    // The stands end at the upper edge of the boards, which hide everything below.
     Layer layer{wide_.width(), 900, {}};
     layer.pixels.resize(static_cast<std::size_t>(layer.width) * static_cast<std::size_t>(layer.height));
     const Surface surface(
@@ -505,7 +504,7 @@ Hall::Layer Hall::paintStands(int moment, bool excited) const {
 
 namespace {
 
-/// Mixes two pixels channel by channel; `share` of 256 of the second.
+/// Mixes two pixels channel by channel, with `share` / 256 of the second.
 std::uint32_t mixPixels(std::uint32_t a, std::uint32_t b, std::uint32_t share) {
     const std::uint32_t redBlue = ((a & 0xFF00FF) * (256 - share) + (b & 0xFF00FF) * share) >> 8 & 0xFF00FF;
     const std::uint32_t alphaGreen =
@@ -513,7 +512,7 @@ std::uint32_t mixPixels(std::uint32_t a, std::uint32_t b, std::uint32_t share) {
     return redBlue | alphaGreen;
 }
 
-/// The layer's pixel at (x, y), between its neighbours.
+/// The layer's pixel at (x, y), interpolated between its neighbours.
 std::uint32_t sample(const std::vector<std::uint32_t>& pixels, int width, int height, double x, double y) {
     const double cx = std::clamp(x - 0.5, 0.0, width - 1.001);
     const double cy = std::clamp(y - 0.5, 0.0, height - 1.001);
@@ -558,7 +557,7 @@ void Hall::paint(std::uint32_t* frame, const Camera& camera, double time, double
             std::uint32_t pixel = sample(ground_.pixels, ground_.width, ground_.height, px, py);
             const std::uint32_t alpha = pixel >> 24;
             if (alpha < 255) {
-                // The ground's colours are already weighted by its alpha.
+                // The ground's colours are already multiplied by its alpha.
                 const std::uint32_t behind = mixPixels(crowdAt(px, py), 0, alpha);
                 pixel = (pixel & 0xFFFFFF) + (behind & 0xFFFFFF);
             }

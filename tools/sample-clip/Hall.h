@@ -11,14 +11,14 @@
 
 namespace zelvra::sample {
 
-/// The court, its boards, and the crowd in the stands. As the camera only turns in its place, all of this is
-/// painted once, as a wide panorama, and each frame looks at a part of it.
+/// The court, its boards, and the crowd in the stands. The camera only turns, so all of this is painted once
+/// as a wide panorama, and each frame shows a part of it.
 class Hall {
 public:
     Hall();
 
-    /// Fills `frame` (width * height pixels of 0xFFRRGGBB) with what `camera` sees. `excitement` from 0 to 1
-    /// brings the crowd to its feet.
+    /// Fills `frame` (width * height pixels of 0xFFRRGGBB) with the camera's view. `excitement` from 0 to 1
+    /// makes the crowd stand up.
     void paint(std::uint32_t* frame, const Camera& camera, double time, double excitement) const;
 
 private:
@@ -32,11 +32,11 @@ private:
     void paintGround();
 
     Camera wide_;
-    Layer ground_;                              ///< opaque where it is nearer than the crowd
-    std::array<Layer, crowdMoments * 2> crowd_; ///< calm moments, then excited ones
+    Layer ground_;                              ///< opaque where it covers the crowd
+    std::array<Layer, crowdMoments * 2> crowd_; ///< calm pictures first, then excited ones
 };
 
-/// A basket with its board, stand and net; `swish` from 0 to 1 while a ball goes through it.
+/// Draws a basket with its board, stand and net; `swish` runs from 0 to 1 while a ball goes through it.
 void drawBasket(cairo_t* cr, const Camera& camera, bool right, double swish);
 
 } // namespace zelvra::sample

@@ -10,7 +10,7 @@
 namespace zelvra::sample {
 namespace {
 
-/// How high the crowd is, from a basket on: higher and longer for the home team.
+/// Excitement of the crowd after each basket: higher and longer for the home team.
 double excitement(const Game& game, double time) {
     double most = 0;
     for (const GameEvent& event : game.events()) {
@@ -22,7 +22,7 @@ double excitement(const Game& game, double time) {
     return most;
 }
 
-/// How far the net at that end is through its swing after a basket; 0 at rest.
+/// Progress of the net's swing at that end after a basket; 0 at rest.
 double swish(const Game& game, bool right, double time) {
     for (const GameEvent& event : game.events()) {
         const double since = time - event.time;
@@ -56,7 +56,7 @@ void drawScoreboard(cairo_t* cr, const Game& game, double time) {
     std::snprintf(clock, sizeof clock, "0:%04.1f", left);
     drawText(cr, "Q4", 526, 91, 28, {0.62, 0.72, 0.90});
     drawText(cr, clock, 722, 92, 34, {1, 1, 1}, Align::right);
-    // The shot clock starts anew when the other team has the ball.
+    // The shot clock restarts when the other team gets the ball.
     const double possession = time < 13.45  ? 21.4 - time
                               : time < 21.1 ? 24 - (time - 13.45)
                                             : 24 - (time - 21.1);

@@ -7,7 +7,7 @@
 
 namespace zelvra::sample {
 
-/// Draws whole frames: hall, players, ball, and the scoreboard over them. May be used by several threads.
+/// Draws whole frames: hall, players, ball, and the scoreboard over them. Several threads may use it at once.
 class Scene {
 public:
     static constexpr int width = 1920;
@@ -17,7 +17,7 @@ public:
 
     /// width * height pixels of 0xFFRRGGBB, row after row.
     using Pixels = std::vector<std::uint32_t>;
-    /// Draws the moment `time` over whatever `pixels` holds.
+    /// Draws the frame at `time` and replaces the contents of `pixels`.
     void draw(double time, Pixels& pixels) const;
     Camera camera(double time) const;
 

@@ -12,7 +12,7 @@ namespace {
 
 using std::numbers::pi;
 
-/// A resonance: lets pass what is near `frequency`, the nearer the sharper (two-pole band pass).
+/// A resonance: a two-pole band pass around `frequency`. The sharper it is, the narrower the band.
 class Resonance {
 public:
     Resonance(double frequency, double sharpness) {
@@ -48,7 +48,7 @@ public:
                 const double noise = random_() / 2147483648.0 - 1;
                 double murmur = 0;
                 for (std::size_t v = 0; v < voices.size(); ++v) {
-                    // Each band breathes at its own pace.
+                    // Each band swells at its own pace.
                     const double breath = 1 + 0.22 * std::sin(time * (1.3 + 0.7 * static_cast<double>(v)) +
                                                               (side == &left_ ? 0 : 2.1));
                     murmur += voices.at(v)(noise) * weights.at(v) * breath;
@@ -70,7 +70,7 @@ public:
         }
     }
 
-    /// Soles that squeak when somebody changes his direction.
+    /// Soles that squeak when a player changes direction.
     void shoes() {
         for (int player = 0; player < playerCount; ++player) {
             for (int seed = 30; seed < static_cast<int>(clipSeconds * 100); seed += 11) {
@@ -113,7 +113,7 @@ private:
         return level;
     }
 
-    /// Adds `wave` (of seconds since `start`) at the place where it sounds.
+    /// Adds `wave`, a function of seconds since `start`, at its place in the stereo picture.
     template <class Wave>
     void add(double start, double duration, Vec place, double gain, Wave wave) {
         const double pan = std::clamp((place.x - game_.focus(start)) / 16 + 0.5, 0.15, 0.85);

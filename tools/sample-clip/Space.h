@@ -52,7 +52,8 @@ inline double bump(double from, double to, double at) {
     return share <= 0 || share >= 1 ? 0 : 4 * share * (1 - share);
 }
 
-/// The same for the same numbers, evenly spread from 0 to 1: chance without a generator's state.
+/// A pseudo-random number, evenly distributed from 0 to 1, the same for the same arguments. Needs no
+/// generator state.
 inline double chance(int a, int b = 0, int c = 0) {
     unsigned hash = static_cast<unsigned>(a) * 0x9E3779B1U ^ static_cast<unsigned>(b) * 0x85EBCA77U ^
                     static_cast<unsigned>(c) * 0xC2B2AE3DU;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Draws the sample clip: half a minute of basketball that never took place, as H.264 and AAC at 1080p30.
+// Draws the sample clip: half a minute of an invented basketball game, as H.264 and AAC at 1080p30.
 //
-//     zelvra-sample-clip OUTPUT.mp4        the movie (calls the ffmpeg command for the encoding)
+//     zelvra-sample-clip OUTPUT.mp4        the movie (encoded by the ffmpeg command)
 //     zelvra-sample-clip OUTPUT.png TIME   one frame of it
 
 #include "tools/sample-clip/Scene.h"
@@ -53,7 +53,7 @@ void writeMovie(const Game& game, const Scene& scene, const std::filesystem::pat
         .write(reinterpret_cast<const char*>(samples.data()),
                static_cast<std::streamsize>(samples.size() * sizeof(std::int16_t)));
 
-    // The movie appears under its name when it is whole.
+    // The movie gets its name only when it is complete.
     const std::filesystem::path unfinished =
         output.parent_path() / ("unfinished-" + output.filename().string());
     const std::string command =
@@ -69,7 +69,7 @@ void writeMovie(const Game& game, const Scene& scene, const std::filesystem::pat
     if (!encoder) {
         throw std::runtime_error("cannot start ffmpeg");
     }
-    // Each thread draws into a picture of its own, which is then used anew.
+    // Each thread draws into a picture of its own and reuses it.
     std::vector<Scene::Pixels> pictures(std::max(1U, std::thread::hardware_concurrency()));
     const int atOnce = static_cast<int>(pictures.size());
     for (int first = 0; first < frameCount; first += atOnce) {

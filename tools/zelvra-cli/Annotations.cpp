@@ -18,7 +18,7 @@ namespace {
 
 using nlohmann::json;
 
-/// An object with nothing in it but `names`.
+/// `value`, checked to be an object with no members other than `names`.
 const json& object(const json& value, std::initializer_list<std::string_view> names) {
     if (!value.is_object()) {
         throw BadRequest("an object is expected, not " + value.dump());
@@ -63,7 +63,7 @@ Point point(const json& value) {
     return {number(value[0]), number(value[1])};
 }
 
-/// Calls `use` with the member of that name where there is one.
+/// Calls `use` with the member of that name if there is one.
 template <class Use>
 void with(const json& value, const char* name, Use use) {
     const auto found = value.find(name);
@@ -117,7 +117,7 @@ AnnotatedClip clip(const json& value) {
     return result;
 }
 
-/// Runs `read`; what is wrong there is told with `where` in front.
+/// Runs `read` and puts `where` before the text of its errors.
 template <class Read>
 void reading(const std::string& where, Read read) {
     try {

@@ -11,14 +11,14 @@
 
 namespace zelvra::cli {
 
-/// A stretch that becomes a movie of its own.
+/// A stretch that is exported as a movie of its own.
 struct AnnotatedClip {
     CMTime start;
-    CMTime end; ///< after `start`
+    CMTime end; ///< greater than `start`
     std::vector<Highlight> highlights;
 };
 
-/// What a file of annotations asks for. The form:
+/// The contents of a file of annotations. The form:
 ///
 ///     {"highlights": [{"at": 12.5, "duration": 3,
 ///                      "shape": {"kind": "circle", "p1": [0.5, 0.5], "p2": [0.6, 0.5],
@@ -26,8 +26,8 @@ struct AnnotatedClip {
 ///      "range": {"from": 10, "to": 20}, "includeAudio": true,
 ///      "clips": [{"start": 60, "end": 75, "highlights": []}]}
 ///
-/// Times are seconds, or texts as on the command line ("01:15.5", "900/600"). Everything but "at", "start"
-/// and "end" may be left out. Names that are not known are refused, as they are misspelt ones.
+/// Times are seconds, or texts as on the command line ("01:15.5", "900/600"). All members except "at",
+/// "start" and "end" are optional. Unknown names are refused, because they are likely misspelt.
 struct Annotations {
     std::vector<Highlight> highlights;
     std::optional<CMTime> from;
@@ -36,7 +36,7 @@ struct Annotations {
     std::vector<AnnotatedClip> clips;
 };
 
-/// Reads the text of such a file. Throws BadRequest with one line that says what is wrong and where.
+/// Reads the text of such a file. Throws BadRequest with one line that names the mistake and its place.
 Annotations parseAnnotations(std::string_view json);
 
 /// Reads such a file. Throws ZVError::fileNotFound, MediaError `unreadable` and `corrupt`.

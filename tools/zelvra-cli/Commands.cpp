@@ -18,7 +18,7 @@
 namespace zelvra::cli {
 
 void requireFile(const std::filesystem::path& file) {
-    std::error_code unknown; // then opening it tells
+    std::error_code unknown; // opening the file then reports the error
     if (!std::filesystem::exists(file, unknown) && !unknown) {
         throw ZVError::fileNotFound(file.string());
     }

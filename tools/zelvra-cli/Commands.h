@@ -11,10 +11,10 @@
 
 namespace zelvra::cli {
 
-/// What the program does when its command line is understood. Each prints its result on standard output, and
-/// throws what the engine throws.
+/// The commands of the program, after its command line is parsed. Each prints its result on standard output
+/// and throws the engine's exceptions.
 
-/// Throws ZVError::fileNotFound for a file that is not there.
+/// Throws ZVError::fileNotFound if the file does not exist.
 void requireFile(const std::filesystem::path& file);
 
 void probeCommand(const std::filesystem::path& movie);
@@ -30,7 +30,7 @@ struct ExportRequest {
     std::vector<Highlight> highlights;
     bool quiet = false;
 };
-/// Adds what a file of annotations asks for; what the request says already about the range stays.
+/// Adds the contents of a file of annotations. A range that the request already has is kept.
 void addAnnotations(ExportRequest& request, const std::filesystem::path& file);
 /// Throws BadRequest for a range that ends before it starts.
 void exportCommand(const ExportRequest& request);

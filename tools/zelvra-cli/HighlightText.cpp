@@ -11,7 +11,7 @@
 namespace zelvra::cli {
 namespace {
 
-constexpr double defaultRadius = 0.06; ///< of the picture's height
+constexpr double defaultRadius = 0.06; ///< fraction of the picture's height
 
 std::string quoted(std::string_view text) {
     return "\"" + std::string(text) + "\"";
@@ -55,11 +55,12 @@ void setPart(HighlightRequest& request, std::string_view name, std::string_view 
     }
 }
 
-/// Where the figure stands, from what was said of it.
+/// The two points of the figure, from the given ones and defaults.
 std::pair<Point, Point> ends(const HighlightRequest& request) {
     if (request.kind == HighlightShapeKind::circle) {
         const Point centre = request.p1.value_or(Point{0.5, 0.5});
-        // A point above or below the centre makes the radius a share of the height, whatever the width.
+        // The second point is above or below the centre, so the radius is a fraction of the height at any
+        // width.
         return {centre, request.p2.value_or(Point{centre.x, centre.y + defaultRadius})};
     }
     if (request.p1.has_value() != request.p2.has_value()) {

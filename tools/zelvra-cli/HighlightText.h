@@ -17,7 +17,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// A highlight as it is asked for. What was not said has the program's own style: a blue circle of radius
+/// A highlight as the user requests it. The defaults are the program's own style: a blue circle of radius
 /// 0.06 (of the picture's height) at the centre, stroke 0.004, for 3 s.
 struct HighlightRequest {
     std::optional<CMTime> at;
@@ -29,8 +29,8 @@ struct HighlightRequest {
     double strokeWidthRatio = 0.004;
 };
 
-/// Fills in the places that were not said and checks the rest. Throws BadRequest: no time, no positive
-/// duration, only one end of an arrow or rectangle, a stroke below zero.
+/// Fills in missing points and checks the rest. Throws BadRequest: no time, no positive duration, only one
+/// end of an arrow or rectangle, a stroke below zero.
 Highlight makeHighlight(const HighlightRequest& request);
 
 /// Reads "at=12.5,duration=2,kind=arrow,p1=0.2:0.4,p2=0.5:0.5,color=#FFCC00,stroke=0.006": names in any

@@ -34,7 +34,7 @@ void watch(int wakeUp, std::stop_source& source) {
         signalfd_siginfo arrival{};
         [[maybe_unused]] const ssize_t taken = ::read(arrivals, &arrival, sizeof arrival);
         source.request_stop();
-        // From now on the default applies, to this thread: whoever insists ends the process.
+        // From now on this thread has the default action, so that a second signal ends the process.
         ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
         pollfd rest{wakeUp, POLLIN, 0};
         while (::poll(&rest, 1, -1) < 0 && errno == EINTR) {

@@ -7,10 +7,10 @@
 
 namespace zelvra::cli {
 
-/// While it lives, Ctrl-C (and a polite request to end) stops what holds `token()` instead of the process, so
-/// that it can clean up. A second Ctrl-C ends the process at once.
+/// While an object exists, Ctrl-C (or SIGTERM) stops the operation that holds `token()` instead of the
+/// process, so that it can clean up. A second Ctrl-C ends the process at once.
 ///
-/// Make it before other threads start: they inherit that these signals are not theirs.
+/// Create it before other threads start, because they inherit that these signals are blocked.
 class Interrupt {
 public:
     Interrupt();
@@ -22,7 +22,7 @@ public:
 
 private:
     std::stop_source source_;
-    int wakeUp_; ///< an event descriptor that tells the watcher to end
+    int wakeUp_; ///< an event descriptor that wakes and ends the watcher thread
     std::thread watcher_;
 };
 

@@ -18,7 +18,7 @@ struct SurfaceClose {
 };
 using Surface = std::unique_ptr<cairo_surface_t, SurfaceClose>;
 
-/// Cairo keeps a pixel as one number, 0x00RRGGBB.
+/// Cairo stores a pixel as one number, 0x00RRGGBB.
 Surface opaqueSurface(const Image::Raster& raster) {
     Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, raster.width, raster.height));
     cairo_surface_flush(surface.get());
@@ -47,7 +47,7 @@ void writePng(const Image& image, const std::filesystem::path& file) {
         std::filesystem::rename(sibling, file, error);
     }
     if (status != CAIRO_STATUS_SUCCESS || error) {
-        std::error_code ignored; // the first failure is the one to tell
+        std::error_code ignored; // the first failure is the one that is reported
         std::filesystem::remove(sibling, ignored);
         throw MediaError(MediaError::Cause::unwritable,
                          "cannot write " + file.string() + ": " +

@@ -8,8 +8,8 @@
 
 namespace zelvra::cli {
 
-/// Writes an opaque picture as a PNG file. The file appears when it is whole; one of that name is replaced.
-/// Throws MediaError::unwritable.
+/// Writes an opaque picture as a PNG file. The file appears only when it is complete, and replaces an
+/// existing one. Throws MediaError::unwritable.
 void writePng(const Image& image, const std::filesystem::path& file);
 
 } // namespace zelvra::cli

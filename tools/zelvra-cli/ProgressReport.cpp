@@ -66,7 +66,7 @@ ProgressReport::~ProgressReport() {
 
 void ProgressReport::wipeBar() {
     if (barOnScreen_) {
-        stream_ << "\r\033[K"; // back to the line's start, and clear it
+        stream_ << "\r\033[K"; // clears the line
         barOnScreen_ = false;
     }
 }

@@ -9,8 +9,8 @@
 
 namespace zelvra::cli {
 
-/// How an export tells how far it is: a bar that redraws itself on a terminal, a line for every tenth in a
-/// log, nothing where quiet is asked for. `update` and `notice` may be called from any thread.
+/// Shows the progress of an export: a bar that redraws itself on a terminal, a line for every tenth in a log,
+/// nothing if quiet. `update` and `notice` may be called from any thread.
 class ProgressReport {
 public:
     enum class Style { bar, lines, quiet };
@@ -21,7 +21,7 @@ public:
     ~ProgressReport();
 
     void update(double fraction);
-    /// A line of its own, in every style.
+    /// Prints a line of its own, in every style.
     void notice(const std::string& line);
 
 private:
@@ -37,11 +37,11 @@ private:
     bool barOnScreen_ = false;
 };
 
-/// What suits standard error: a bar on a terminal, lines elsewhere.
+/// The style that suits standard error: a bar on a terminal, lines otherwise.
 ProgressReport::Style progressStyle(bool quiet);
 
-/// "[=====>    ]  52 %  0:12 left": what a bar shows after `elapsed` seconds; no time before there is enough
-/// to judge by.
+/// "[=====>    ]  52 %  0:12 left": the text of the bar after `elapsed` seconds. The time left is omitted
+/// until it can be estimated.
 std::string progressBar(double fraction, double elapsed);
 
 } // namespace zelvra::cli

@@ -9,7 +9,7 @@
 namespace zelvra::cli {
 namespace {
 
-using nlohmann::ordered_json; // members stay in the order in which they are named
+using nlohmann::ordered_json; // members keep the order in which they are added
 
 ordered_json sizeJson(Size size) {
     return {{"width", size.width}, {"height", size.height}};
@@ -19,7 +19,7 @@ ordered_json timeJson(CMTime time) {
     return {{"value", time.value}, {"timescale", time.timescale}, {"seconds", time.seconds()}};
 }
 
-/// The double that prints as short as the float does: 29.97003, not 29.9700298309...
+/// The double whose shortest form equals that of the float: 29.97003, not 29.9700298309...
 double shortest(float number) {
     std::array<char, 32> text{};
     const char* end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
@@ -43,7 +43,7 @@ std::string sourceInfoJson(const SourceInfo& info) {
     if (info.videoCodec) {
         json["videoCodec"] = fourCharString(*info.videoCodec);
     }
-    // A codec of bytes that are no text is shown as far as it is.
+    // Bytes of a codec name that are not valid text are replaced.
     return json.dump(2, ' ', false, ordered_json::error_handler_t::replace);
 }
 

@@ -8,7 +8,7 @@
 
 namespace zelvra::cli {
 
-/// The facts of a movie as a JSON object of several lines, without a line break at its end. Sizes are in
+/// The properties of a movie as a JSON object of several lines, without a final line break. Sizes are in
 /// square pixels, times in ticks and in seconds; an unknown codec is null.
 std::string sourceInfoJson(const SourceInfo& info);
 

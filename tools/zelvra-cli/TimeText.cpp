@@ -13,10 +13,10 @@
 namespace zelvra::cli {
 namespace {
 
-/// Ample for any recording, and far from where 64 bits end.
-constexpr std::int64_t mostSeconds = 1'000'000'000;
+/// Longer than any recording, and far below the limit of 64 bits.
+constexpr std::int64_t maxSeconds = 1'000'000'000;
 
-/// A number of nothing but digits.
+/// A number that consists of digits only.
 template <class Number>
 std::optional<Number> wholeNumber(std::string_view text) {
     Number number = 0;
@@ -35,7 +35,7 @@ std::optional<CMTime> fractionOfTicks(std::string_view text, std::size_t slash) 
     return CMTime(*ticks, *timescale);
 }
 
-/// Ticks of ".25", to the nearest; digits beyond the twelfth do not matter to it.
+/// Ticks of ".25", rounded to nearest. Digits after the twelfth cannot change the result.
 std::optional<std::int64_t> decimalTicks(std::string_view digits) {
     if (digits.find_first_not_of("0123456789") != std::string_view::npos) {
         return std::nullopt;
@@ -60,7 +60,7 @@ std::optional<CMTime> clockTime(std::string_view text) {
     while (true) {
         const std::size_t colon = rest.find(':');
         const auto part = wholeNumber<std::int64_t>(rest.substr(0, colon));
-        if (!part || *part > mostSeconds || (parts > 0 && *part >= 60)) {
+        if (!part || *part > maxSeconds || (parts > 0 && *part >= 60)) {
             return std::nullopt;
         }
         seconds = seconds * 60 + *part;
@@ -70,7 +70,7 @@ std::optional<CMTime> clockTime(std::string_view text) {
         }
         rest.remove_prefix(colon + 1);
     }
-    if (!decimals || parts > 3 || seconds > mostSeconds) {
+    if (!decimals || parts > 3 || seconds > maxSeconds) {
         return std::nullopt;
     }
     return CMTime(seconds * typedTimescale + *decimals, typedTimescale);
@@ -89,7 +89,7 @@ CMTime parseTime(std::string_view text) {
 }
 
 CMTime timeFromSeconds(double seconds) {
-    if (!(seconds >= 0 && seconds <= static_cast<double>(mostSeconds))) {
+    if (!(seconds >= 0 && seconds <= static_cast<double>(maxSeconds))) {
         throw ZVError::invalidTimestamp(std::to_string(seconds));
     }
     return CMTime::fromSeconds(seconds, typedTimescale);

@@ -102,7 +102,7 @@ int run(int argc, char** argv) {
         return program.exit(request_) == 0 ? 0 : wrongUsage;
     }
 
-    // The texts are read first: what is wrong with them is wrong usage, not a failure of the engine.
+    // Parse all texts first, because errors in them are wrong usage and not a failure of the engine.
     const auto timeIn = [](const std::string& text) {
         return text.empty() ? std::nullopt : std::optional(parseTime(text));
     };
@@ -142,8 +142,8 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     using namespace zelvra;
-    // Pictures and the tables of long movies go back to the system as soon as they are freed; left alone, the
-    // library raises this to 32 MiB with use, and keeps them.
+    // Returns the memory of pictures and of long movies' tables to the system as soon as it is freed. By
+    // default the library raises this threshold to 32 MiB with use and keeps the memory.
     constexpr int returnedAtOnce = 1 << 20;
     ::mallopt(M_MMAP_THRESHOLD, returnedAtOnce);
     try {

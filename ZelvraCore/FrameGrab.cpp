@@ -3,6 +3,7 @@
 #include "ZelvraCore/FrameGrab.h"
 
 #include "ZelvraCore/media/grab/ImageGenerator.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 
 namespace zelvra {

@@ -8,6 +8,7 @@
 #include "ZelvraCore/media/still/StillEncoder.h"
 #include "ZelvraCore/media/still/StillPicture.h"
 #include "ZelvraCore/media/still/StillQuality.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <limits>

@@ -5,6 +5,7 @@
 #include "ZelvraCore/media/Image.h"
 #include "ZelvraCore/records/CMTime.h"
 #include "ZelvraCore/records/FreezeEncoding.h"
+#include "ZelvraCore/records/VideoCodec.h"
 
 #include <filesystem>
 #include <stop_token>

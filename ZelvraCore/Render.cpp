@@ -11,6 +11,8 @@
 #include "ZelvraCore/files/AtomicFile.h"
 #include "ZelvraCore/files/FileCopy.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
+#include "ZelvraCore/records/MediaError.h"
+#include "ZelvraCore/records/ZVError.h"
 #include "ZelvraCore/render/PassthroughRender.h"
 #include "ZelvraCore/render/ReencodeExport.h"
 #include "ZelvraCore/render/TemporaryClips.h"

@@ -4,10 +4,10 @@
 
 #include "ZelvraCore/media/FrameIndex.h"
 #include "ZelvraCore/records/CMTimeRange.h"
-#include "ZelvraCore/records/FreezeEncoding.h"
 #include "ZelvraCore/records/Highlight.h"
 #include "ZelvraCore/records/SoundPiece.h"
 #include "ZelvraCore/records/SourceInfo.h"
+#include "ZelvraCore/records/VideoCodec.h"
 
 #include <filesystem>
 #include <optional>

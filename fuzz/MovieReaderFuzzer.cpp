@@ -3,7 +3,7 @@
 #include "ZelvraCore/isobmff/MovieReader.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"
 #include "ZelvraCore/isobmff/TrackTimeline.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <cstdlib>
 

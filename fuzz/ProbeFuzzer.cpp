@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraCore/SourceProbe.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include "ZelvraApp/player/Mpv.h"
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 
 #include "ZelvraApp/player/OpenGLPicture.h"
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <QOpenGLContext>
 

@@ -4,7 +4,7 @@
 
 #include "ZelvraApp/player/OpenGLPicture.h"
 #include "ZelvraApp/player/Player.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <QDir>
 #include <QGuiApplication>

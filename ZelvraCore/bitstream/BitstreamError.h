@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 namespace zelvra::bitstream {
 

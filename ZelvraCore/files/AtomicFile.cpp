@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/files/AtomicFile.h"
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <cerrno>
 #include <cstring>

@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/files/ByteSource.h"
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <cerrno>
 #include <cstring>

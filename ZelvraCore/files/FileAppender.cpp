@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/files/FileAppender.h"
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <algorithm>
 #include <cerrno>

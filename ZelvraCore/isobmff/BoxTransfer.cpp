@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/isobmff/BoxTransfer.h"
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <limits>
 

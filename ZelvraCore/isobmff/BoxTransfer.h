@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "ZelvraCore/records/SourceInfo.h"
+#include "ZelvraCore/records/FourCharCode.h"
 
 #include <algorithm>
 #include <array>

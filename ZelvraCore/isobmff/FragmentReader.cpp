@@ -3,7 +3,7 @@
 #include "ZelvraCore/isobmff/FragmentReader.h"
 
 #include "ZelvraCore/isobmff/TrackReader.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 namespace zelvra::isobmff {
 

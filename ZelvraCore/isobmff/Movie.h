@@ -2,8 +2,8 @@
 
 #pragma once
 
+#include "ZelvraCore/records/FourCharCode.h"
 #include "ZelvraCore/records/Geometry.h"
-#include "ZelvraCore/records/SourceInfo.h"
 
 #include <cstdint>
 #include <vector>

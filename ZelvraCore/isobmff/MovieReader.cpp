@@ -5,7 +5,7 @@
 #include "ZelvraCore/isobmff/FragmentReader.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"
 #include "ZelvraCore/isobmff/TrackReader.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <set>
 

@@ -3,7 +3,7 @@
 #include "ZelvraCore/isobmff/RawBoxes.h"
 
 #include "ZelvraCore/isobmff/BoxTransfer.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/isobmff/SampleBounds.h"
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 namespace zelvra::isobmff {
 

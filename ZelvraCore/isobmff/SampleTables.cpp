@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/isobmff/SampleTables.h"
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 namespace zelvra::isobmff {
 

@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <algorithm>
 #include <limits>

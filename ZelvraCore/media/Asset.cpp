@@ -8,6 +8,7 @@
 #include "ZelvraCore/media/HiddenPictures.h"
 #include "ZelvraCore/media/ffmpeg/LibraryVersions.h"
 #include "ZelvraCore/media/ffmpeg/PictureDecoder.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <algorithm>

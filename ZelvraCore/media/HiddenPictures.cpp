@@ -4,7 +4,7 @@
 
 #include "ZelvraCore/bitstream/SampleEntry.h"
 #include "ZelvraCore/bitstream/hevc/SliceHeader.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <algorithm>
 

@@ -2,7 +2,9 @@
 
 #pragma once
 
-#include "ZelvraCore/records/FreezeEncoding.h"
+#include "ZelvraCore/records/ChromaFormat.h"
+#include "ZelvraCore/records/ColorDescription.h"
+#include "ZelvraCore/records/PixelAspect.h"
 
 #include <array>
 #include <cstddef>
@@ -11,23 +13,6 @@
 #include <vector>
 
 namespace zelvra {
-
-/// How sample values are to be understood; code points of ISO/IEC 23091-2 (2 = unspecified).
-struct ColorDescription {
-    int primaries = 2;
-    int transfer = 2;
-    int matrix = 2;
-    bool fullRange = false;
-    int chromaLocation = 0; ///< chroma_sample_loc_type + 1 of the coded stream; 0 = not stated
-    bool operator==(const ColorDescription&) const = default;
-};
-
-/// Width of a pixel divided by its height.
-struct PixelAspect {
-    int horizontal = 1;
-    int vertical = 1;
-    bool operator==(const PixelAspect&) const = default;
-};
 
 /// The planes of one decoded picture, in its own chroma format and bit depth.
 /// Samples above 8 bits are 16-bit native-endian words with the value in the low bits.

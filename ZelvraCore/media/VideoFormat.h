@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include "ZelvraCore/media/Image.h"
 #include "ZelvraCore/media/Orientation.h"
+#include "ZelvraCore/records/PixelAspect.h"
 
 namespace zelvra {
 

@@ -2,15 +2,12 @@
 
 #pragma once
 
+#include "ZelvraCore/records/ChromaFormat.h"
+
 #include <cstdint>
 #include <optional>
 
 namespace zelvra {
-
-/// The two codecs that freeze clips are encoded in, and that pass through.
-enum class VideoCodec { h264, hevc };
-
-enum class ChromaFormat : std::uint8_t { monochrome = 0, yuv420 = 1, yuv422 = 2, yuv444 = 3 };
 
 /// What the encoder of a freeze clip must match so that its pictures can stand in the source's own coded
 /// stream. Every field left empty is the encoder's to choose. Values as in ITU-T H.264 clause 7.4.2 and H.265

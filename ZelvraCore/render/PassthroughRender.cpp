@@ -11,7 +11,7 @@
 #include "ZelvraCore/passthrough/video/HevcSpliceTrack.h"
 #include "ZelvraCore/passthrough/video/SourceVideo.h"
 #include "ZelvraCore/passthrough/video/StillTrack.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/render/SoundTrackBuilder.h"
 
 #include <algorithm>

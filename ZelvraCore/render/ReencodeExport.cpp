@@ -10,6 +10,7 @@
 #include "ZelvraCore/media/reencode/RateFactor.h"
 #include "ZelvraCore/media/reencode/VideoEncoder.h"
 #include "ZelvraCore/media/sound/SoundEncoder.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "ZelvraCore/render/PictureSchedule.h"
 

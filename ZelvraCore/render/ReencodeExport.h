@@ -5,6 +5,7 @@
 #include "ZelvraCore/RenderPlan.h"
 #include "ZelvraCore/media/Asset.h"
 #include "ZelvraCore/media/ffmpeg/MovieWriter.h"
+#include "ZelvraCore/records/VideoCodec.h"
 
 #include <filesystem>
 #include <functional>

@@ -4,7 +4,7 @@
 
 #include "ZelvraCore/Render.h"
 #include "ZelvraCore/SourceProbe.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "tests/support/Files.h"
 #include "tests/support/MovieReading.h"
 #include "tests/support/MovieSurgery.h"

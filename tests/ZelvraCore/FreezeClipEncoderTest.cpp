@@ -3,6 +3,7 @@
 #include "ZelvraCore/FreezeClipEncoder.h"
 #include "ZelvraCore/OverlayRasteriser.h"
 #include "ZelvraCore/media/still/StillPicture.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/ZelvraCore/media/still/TestPictures.h"
 #include "tests/support/Files.h"

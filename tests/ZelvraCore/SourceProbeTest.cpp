@@ -2,6 +2,7 @@
 
 #include "ZelvraCore/SourceProbe.h"
 
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/support/Files.h"
 #include "tests/support/MovieSurgery.h"

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraCore/Render.h"
-#include "ZelvraCore/records/ZVError.h"
 #include "tests/support/Files.h"
 #include "tests/support/NumberedMovie.h"
 #include "tests/support/NumberedPicture.h"

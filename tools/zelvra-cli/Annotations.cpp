@@ -2,6 +2,7 @@
 
 #include "tools/zelvra-cli/Annotations.h"
 
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tools/zelvra-cli/Commands.h"
 #include "tools/zelvra-cli/HighlightText.h"

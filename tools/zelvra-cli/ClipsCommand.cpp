@@ -4,7 +4,7 @@
 
 #include "ZelvraCore/Render.h"
 #include "ZelvraCore/SourceProbe.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "tools/zelvra-cli/Annotations.h"
 #include "tools/zelvra-cli/HighlightText.h"
 #include "tools/zelvra-cli/Interrupt.h"

@@ -2,7 +2,7 @@
 
 #include "tools/zelvra-cli/PngFile.h"
 
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <cairo.h>
 #include <cstdint>

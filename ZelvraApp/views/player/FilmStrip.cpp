@@ -4,7 +4,6 @@
 
 #include "ZelvraApp/session/Background.h"
 #include "ZelvraCore/Thumbnails.h"
-#include "ZelvraCore/records/ZVError.h"
 
 #include <QCoreApplication>
 #include <QPainter>

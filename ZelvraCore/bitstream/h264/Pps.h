@@ -3,7 +3,7 @@
 #pragma once
 
 #include "ZelvraCore/bitstream/Bytes.h"
-#include "ZelvraCore/records/FreezeEncoding.h"
+#include "ZelvraCore/records/ChromaFormat.h"
 
 #include <array>
 #include <optional>

@@ -6,7 +6,7 @@
 /// ticks as CMTime. Internal to this folder: no public header includes it.
 
 #include "ZelvraCore/records/CMTime.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>

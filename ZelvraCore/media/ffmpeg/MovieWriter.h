@@ -2,8 +2,10 @@
 
 #pragma once
 
-#include "ZelvraCore/media/Image.h"
+#include "ZelvraCore/records/ColorDescription.h"
 #include "ZelvraCore/records/MovieContainer.h"
+#include "ZelvraCore/records/PixelAspect.h"
+#include "ZelvraCore/records/VideoCodec.h"
 
 #include <cstdint>
 #include <filesystem>

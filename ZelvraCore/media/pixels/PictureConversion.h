@@ -8,6 +8,8 @@
 #include "ZelvraCore/media/Image.h"
 #include "ZelvraCore/media/VideoFormat.h"
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
+#include "ZelvraCore/records/ColorDescription.h"
+#include "ZelvraCore/records/PixelAspect.h"
 
 #include <memory>
 

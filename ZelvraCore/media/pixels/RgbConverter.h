@@ -6,8 +6,8 @@
 /// honours where chroma was sampled. Formats that it does not take go through libswscale first. Internal to
 /// this folder.
 
-#include "ZelvraCore/media/Image.h"
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
+#include "ZelvraCore/records/ColorDescription.h"
 
 extern "C" {
 #include <libavutil/pixdesc.h>

@@ -4,9 +4,11 @@
 
 /// Makes every picture of an export fit its encoder. Internal to this folder.
 
-#include "ZelvraCore/media/Image.h"
 #include "ZelvraCore/media/Orientation.h"
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
+#include "ZelvraCore/records/ColorDescription.h"
+#include "ZelvraCore/records/PixelAspect.h"
+#include "ZelvraCore/records/VideoCodec.h"
 
 namespace zelvra::ffmpeg {
 

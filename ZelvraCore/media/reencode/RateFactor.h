@@ -6,6 +6,7 @@
 
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 #include "ZelvraCore/media/reencode/PictureFitter.h"
+#include "ZelvraCore/records/VideoCodec.h"
 
 #include <span>
 

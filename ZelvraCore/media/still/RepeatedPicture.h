@@ -3,7 +3,7 @@
 #pragma once
 
 #include "ZelvraCore/bitstream/Bytes.h"
-#include "ZelvraCore/records/FreezeEncoding.h"
+#include "ZelvraCore/records/VideoCodec.h"
 
 #include <cstdint>
 #include <span>

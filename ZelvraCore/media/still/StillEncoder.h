@@ -5,6 +5,8 @@
 #include "ZelvraCore/media/still/RepeatedPicture.h"
 #include "ZelvraCore/media/still/StillPicture.h"
 #include "ZelvraCore/records/CMTime.h"
+#include "ZelvraCore/records/FreezeEncoding.h"
+#include "ZelvraCore/records/VideoCodec.h"
 
 #include <array>
 #include <cstddef>

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "ZelvraCore/media/Image.h"
+#include "ZelvraCore/records/ChromaFormat.h"
+#include "ZelvraCore/records/FreezeEncoding.h"
 
 #include <array>
 #include <memory>

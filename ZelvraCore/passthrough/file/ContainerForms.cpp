@@ -4,7 +4,7 @@
 
 #include "ZelvraCore/bitstream/SampleEntry.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 namespace zelvra::passthrough {
 

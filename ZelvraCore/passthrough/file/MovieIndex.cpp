@@ -4,7 +4,7 @@
 
 #include "ZelvraCore/isobmff/Boxes.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <numeric>
 #include <string_view>

@@ -6,7 +6,7 @@
 #include "ZelvraCore/isobmff/RawBoxes.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/passthrough/sound/AudioSpecificConfig.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <algorithm>
 #include <array>

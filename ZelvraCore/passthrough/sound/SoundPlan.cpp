@@ -3,7 +3,7 @@
 #include "ZelvraCore/passthrough/sound/SoundPlan.h"
 
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraCore/FrameGrab.h"
-#include "ZelvraCore/records/ZVError.h"
 #include "tests/ZelvraApp/player/PlayedMovie.h"
 #include "tests/support/Files.h"
 

@@ -3,7 +3,7 @@
 #include "ZelvraCore/isobmff/Boxes.h"
 
 #include "ZelvraCore/isobmff/RawBoxes.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include "ZelvraCore/isobmff/MovieReader.h"
 
 #include "ZelvraCore/isobmff/RawBoxes.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "tests/support/BoxTree.h"
 #include "tests/support/MovieReading.h"
 #include "tests/support/NumberedMovie.h"

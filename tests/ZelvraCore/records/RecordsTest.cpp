@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraCore/records/FourCharCode.h"
 #include "ZelvraCore/records/Highlight.h"
-#include "ZelvraCore/records/SourceInfo.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <gtest/gtest.h>

@@ -5,6 +5,7 @@
 #include "ZelvraCore/FreezeClipEncoder.h"
 #include "ZelvraCore/OverlayRasteriser.h"
 #include "ZelvraCore/SourceProbe.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/support/Files.h"
 #include "tests/support/MovieReading.h"

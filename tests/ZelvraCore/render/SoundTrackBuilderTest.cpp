@@ -4,7 +4,7 @@
 
 #include "ZelvraCore/isobmff/MovieReader.h"
 #include "ZelvraCore/passthrough/file/MovieFileWriter.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "tests/support/BoxTree.h"
 #include "tests/support/MovieReading.h"
 #include "tests/support/NumberedMovie.h"

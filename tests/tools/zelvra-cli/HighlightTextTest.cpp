@@ -2,8 +2,6 @@
 
 #include "tools/zelvra-cli/HighlightText.h"
 
-#include "ZelvraCore/records/ZVError.h"
-
 #include <gtest/gtest.h>
 
 namespace zelvra::cli {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraCore/media/sound/SoundEncoder.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "tests/support/NumberedMovie.h"
 #include "tests/support/SoundFixtures.h"
 

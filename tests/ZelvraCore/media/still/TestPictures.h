@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ZelvraCore/media/Image.h"
+#include "ZelvraCore/records/ChromaFormat.h"
 #include "ZelvraCore/records/Highlight.h"
 
 #include <array>

@@ -3,7 +3,7 @@
 #include "ZelvraCore/passthrough/file/MovieFileWriter.h"
 
 #include "ZelvraCore/isobmff/MovieReader.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "tests/ZelvraCore/passthrough/file/CopyPlan.h"
 #include "tests/support/Files.h"
 #include "tests/support/MovieReading.h"

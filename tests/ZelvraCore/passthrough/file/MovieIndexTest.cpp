@@ -4,7 +4,7 @@
 
 #include "ZelvraCore/isobmff/MovieReader.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 
 #include <gtest/gtest.h>
 

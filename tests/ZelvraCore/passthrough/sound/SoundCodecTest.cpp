@@ -5,7 +5,7 @@
 #include "ZelvraCore/passthrough/file/SpoolStore.h"
 #include "ZelvraCore/passthrough/sound/AudioSpecificConfig.h"
 #include "ZelvraCore/passthrough/sound/SoundSampleEntry.h"
-#include "ZelvraCore/records/ZVError.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "tests/support/Files.h"
 
 #include <gtest/gtest.h>

@@ -31,7 +31,7 @@ Image extractFrame(const Asset& asset, const CMTime& time) {
         throw MediaError(MediaError::Cause::outOfRange,
                          "there is no frame at that time of '" + asset.path().string() + "'");
     }
-    return generateImage(asset, *frames.containing(time));
+    return media::generateImage(asset, *frames.containing(time));
 }
 
 } // namespace zelvra

@@ -3,7 +3,7 @@
 #include "ZelvraCore/FreezeClipEncoder.h"
 
 #include "ZelvraCore/RenderPlan.h"
-#include "ZelvraCore/media/ffmpeg/MovieWriter.h"
+#include "ZelvraCore/media/ffmpeg/Muxer.h"
 #include "ZelvraCore/media/still/RepeatedPicture.h"
 #include "ZelvraCore/media/still/StillEncoder.h"
 #include "ZelvraCore/media/still/StillPicture.h"
@@ -17,6 +17,8 @@
 namespace zelvra {
 
 namespace {
+
+using namespace media;
 
 namespace fs = std::filesystem;
 
@@ -89,7 +91,7 @@ NalUnits encodeFirst(StillEncoder& encoder, const StillComparison& comparison, c
     return tried.contains(quantiser) ? tried.at(quantiser) : encoder.encodeFirst(quantiser).nals;
 }
 
-void writeFrames(MovieWriter& writer, std::size_t track, const NalUnits& first, const RepeatedPicture& repeat,
+void writeFrames(Muxer& writer, std::size_t track, const NalUnits& first, const RepeatedPicture& repeat,
                  std::int64_t frames, std::int64_t frameTicks, const std::stop_token& stop) {
     writer.write(track, {byteStreamOf(first), 0, 0, frameTicks, true});
     for (std::int64_t i = 1; i < frames; ++i) {
@@ -108,9 +110,9 @@ void encodeFreezeClip(const Image& image, const fs::path& output, const CMTime& 
     throwIfStopped(stop);
     deleteExisting(output);
     UnfinishedFile unfinished(output);
-    MovieWriter::Options options;
+    Muxer::Options options;
     options.timescale = frameDuration.timescale;
-    MovieWriter writer(output, options);
+    Muxer writer(output, options);
 
     const StillPicture still = stillPicture(image);
     const CodedPictureFormat format = codedFormat(*still.picture, codec, encoding);

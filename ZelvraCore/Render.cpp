@@ -10,6 +10,7 @@
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/files/AtomicFile.h"
 #include "ZelvraCore/files/FileCopy.h"
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
@@ -59,7 +60,7 @@ public:
 
     void run() {
         if (plan_.copyOnly) {
-            files::copyFile(source_.bytes(), output_, {}, options_.stop);
+            files::copyFile(media::bytesOf(source_), output_, {}, options_.stop);
             return report(1);
         }
         refuseAbsurdRange(plan_, info_);

@@ -2,8 +2,8 @@
 
 #include "ZelvraCore/SourceProbe.h"
 
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/media/FrameDuration.h"
-#include "ZelvraCore/records/ZVError.h"
 
 namespace zelvra {
 
@@ -24,10 +24,7 @@ SourceInfo loadSourceInfo(const std::filesystem::path& movie) {
 }
 
 SourceInfo loadSourceInfo(const Asset& asset) {
-    const isobmff::Track* track = asset.videoTrack();
-    if (track == nullptr) {
-        throw ZVError::noVideoTrack();
-    }
+    const isobmff::Track& track = media::requiredVideoTrackOf(asset);
     const VideoFormat& format = asset.videoFormat();
     const FrameIndex& frames = asset.frames();
 
@@ -37,13 +34,13 @@ SourceInfo loadSourceInfo(const Asset& asset) {
     info.displaySize = info.preferredTransform.boundingSize(info.naturalSize);
     info.duration = asset.duration();
     info.nominalFrameRate = nominalRate(frames);
-    info.frameDuration = typicalFrameDuration(frames.durations(), frames.timescale());
+    info.frameDuration = media::typicalFrameDuration(frames.durations(), frames.timescale());
     if (!info.frameDuration.isValid()) {
-        info.frameDuration = frameDurationFromRate(info.nominalFrameRate);
+        info.frameDuration = media::frameDurationFromRate(info.nominalFrameRate);
     }
     info.hasAudio = asset.hasAudio();
-    if (!track->sampleEntries.empty()) {
-        info.videoCodec = track->sampleEntries.front().type;
+    if (!track.sampleEntries.empty()) {
+        info.videoCodec = track.sampleEntries.front().type;
     }
     return info;
 }

@@ -10,7 +10,7 @@
 namespace zelvra {
 
 /// What a movie is: the facts that the rest of the engine decides by. Of several video tracks the first
-/// enabled one is told of (see Asset::videoTrack).
+/// enabled one is described (see Asset::videoTrackNumber).
 ///
 /// - `naturalSize` is that of the decoded picture in square pixels, `displaySize` the same after turning.
 /// - `preferredTransform` is one of the eight turns and mirrors, moved so that the picture's corner is at the

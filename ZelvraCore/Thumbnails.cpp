@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/Thumbnails.h"
 
-#include "ZelvraCore/media/AssetInternals.h"
+#include "ZelvraCore/media/AssetDemuxers.h"
 #include "ZelvraCore/media/ffmpeg/PictureDecoder.h"
 #include "ZelvraCore/media/pixels/PictureConversion.h"
 
@@ -15,7 +15,7 @@ namespace zelvra {
 
 namespace {
 
-using namespace ffmpeg;
+using namespace media;
 
 /// The size before turning of a thumbnail that is `height` high after it.
 Size storedThumbnailSize(const VideoFormat& format, int height) {
@@ -95,7 +95,7 @@ void makeThumbnails(const Asset& asset, const ThumbnailRequest& request, const T
             receive(static_cast<std::size_t>(index), *thumbnail);
         }
     }
-    asset.internals().demuxers.giveBack(std::move(demuxer));
+    giveBack(asset, std::move(demuxer));
 }
 
 } // namespace zelvra

@@ -32,18 +32,6 @@ std::string spelled(double seconds) {
     return QByteArray::number(seconds, 'f', decimals).toStdString();
 }
 
-/// The number by which the core knows the engine's video track among the file's.
-int videoNumber(const Asset& asset) {
-    int number = 0;
-    for (const isobmff::Track& track : asset.movie().tracks) {
-        number += track.isVideo() ? 1 : 0;
-        if (&track == asset.videoTrack()) {
-            break;
-        }
-    }
-    return number;
-}
-
 QSize wholePixels(const Size& size) {
     return {static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height))};
 }
@@ -107,7 +95,7 @@ void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
     if (item_) {
         state_ = State::loading;
         restingTime_ = CMTime(0, frames().timescale());
-        syncTimes_ = syncTimes(*item_->asset);
+        syncTimes_ = item_->asset->syncTimes();
         picture_->setNaturalSize(wholePixels(item_->info.naturalSize));
         load();
     } else {
@@ -126,7 +114,7 @@ void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
 void Player::load() {
     entry_ = 0;
     if (item_ && picture_->isStarted()) {
-        entry_ = mpv_->load(item_->path, videoNumber(*item_->asset));
+        entry_ = mpv_->load(item_->path, item_->asset->videoTrackNumber());
     }
 }
 

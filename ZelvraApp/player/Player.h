@@ -168,7 +168,7 @@ private:
     void observe();
 
     std::optional<PlayerItem> item_;
-    std::vector<std::int64_t> syncTimes_; ///< of the item, see SeekAim.h
+    std::vector<std::int64_t> syncTimes_; ///< of the item, see Asset::syncTimes
     State state_ = State::empty;
     std::int64_t entry_ = 0; ///< the core's name of the item; its events of earlier ones are ignored
     bool entryStarted_ = false;

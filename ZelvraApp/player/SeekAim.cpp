@@ -2,8 +2,6 @@
 
 #include "ZelvraApp/player/SeekAim.h"
 
-#include "ZelvraCore/isobmff/TrackTimeline.h"
-
 #include <algorithm>
 
 namespace zelvra {
@@ -22,20 +20,6 @@ double timeToSeek(const FrameIndex& frames, std::size_t index) {
 }
 
 } // namespace
-
-std::vector<std::int64_t> syncTimes(const Asset& asset) {
-    const isobmff::Track* track = asset.videoTrack();
-    std::vector<std::int64_t> times;
-    if (track != nullptr) {
-        const isobmff::TrackTimeline timeline(*track, asset.movie().timescale);
-        for (const isobmff::ShownSample& shown : timeline.shown()) {
-            if (track->samples[shown.sample].sync) {
-                times.push_back(shown.start);
-            }
-        }
-    }
-    return times;
-}
 
 SeekAim aimAt(const FrameIndex& frames, const std::vector<std::int64_t>& syncs, std::size_t index) {
     const CMTime time = frames.frame(index).time;

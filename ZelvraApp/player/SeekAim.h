@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include "ZelvraCore/media/Asset.h"
 #include "ZelvraCore/media/FrameIndex.h"
 
 #include <cstddef>
@@ -21,11 +20,7 @@ struct SeekAim {
     double demuxerOffset = 0;
 };
 
-/// When the pictures appear that decoding can start at, in ticks of the video track and in order. Without the
-/// hidden ones. One pass over the track's samples.
-std::vector<std::int64_t> syncTimes(const Asset& asset);
-
-/// `index` < frames.count(); `syncs` of the same movie.
+/// `index` < frames.count(); `syncs` are Asset::syncTimes of the same movie.
 SeekAim aimAt(const FrameIndex& frames, const std::vector<std::int64_t>& syncs, std::size_t index);
 
 } // namespace zelvra

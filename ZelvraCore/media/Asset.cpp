@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ZelvraCore/media/AssetInternals.h"
+#include "ZelvraCore/media/Asset.h"
 
 #include "ZelvraCore/isobmff/MovieReader.h"
 #include "ZelvraCore/isobmff/TrackTimeline.h"
+#include "ZelvraCore/media/AssetDemuxers.h"
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/media/FrameDuration.h"
 #include "ZelvraCore/media/HiddenPictures.h"
 #include "ZelvraCore/media/ffmpeg/LibraryVersions.h"
@@ -16,6 +18,7 @@
 #include <cstring>
 #include <iterator>
 #include <limits>
+#include <mutex>
 #include <utility>
 
 extern "C" {
@@ -24,40 +27,61 @@ extern "C" {
 
 namespace zelvra {
 
-namespace ffmpeg {
+namespace media {
 
-std::unique_ptr<Demuxer> DemuxerPool::take(const files::ByteSource& bytes, std::uint32_t trackId) {
-    {
+namespace {
+
+/// Demuxers that are not in use. Any thread.
+class DemuxerPool {
+public:
+    std::unique_ptr<Demuxer> take() {
         const std::scoped_lock lock(mutex_);
-        if (!idle_.empty()) {
-            std::unique_ptr<Demuxer> demuxer = std::move(idle_.back());
-            idle_.pop_back();
-            return demuxer;
+        if (idle_.empty()) {
+            return nullptr;
+        }
+        std::unique_ptr<Demuxer> demuxer = std::move(idle_.back());
+        idle_.pop_back();
+        return demuxer;
+    }
+
+    void giveBack(std::unique_ptr<Demuxer> demuxer) {
+        constexpr std::size_t mostIdle = 4;
+        const std::scoped_lock lock(mutex_);
+        if (idle_.size() < mostIdle) {
+            idle_.push_back(std::move(demuxer));
         }
     }
-    return std::make_unique<Demuxer>(bytes, trackId);
-}
 
-void DemuxerPool::giveBack(std::unique_ptr<Demuxer> demuxer) {
-    constexpr std::size_t mostIdle = 4;
-    const std::scoped_lock lock(mutex_);
-    if (idle_.size() < mostIdle) {
-        idle_.push_back(std::move(demuxer));
+    void clear() {
+        const std::scoped_lock lock(mutex_);
+        idle_.clear();
     }
-}
 
-void DemuxerPool::clear() {
-    const std::scoped_lock lock(mutex_);
-    idle_.clear();
-}
+private:
+    std::mutex mutex_;
+    std::vector<std::unique_ptr<Demuxer>> idle_;
+};
 
-std::unique_ptr<Demuxer> takeDemuxer(const Asset& asset) {
-    const isobmff::Track* track = asset.videoTrack();
-    if (track == nullptr) {
-        throw ZVError::noVideoTrack();
-    }
-    return asset.internals().demuxers.take(asset.bytes(), track->id);
-}
+} // namespace
+
+struct AssetContents {
+    explicit AssetContents(const std::filesystem::path& file) : path(file), bytes(file) {}
+
+    std::filesystem::path path;
+    files::FileByteSource bytes;
+
+    /// Each is made on first use. A failure leaves its flag unset, so that the next use fails likewise.
+    std::once_flag movieOnce;
+    isobmff::Movie movie;
+    std::once_flag formatOnce;
+    VideoFormat format;
+    std::once_flag framesOnce;
+    FrameIndex frames;
+    std::once_flag durationOnce;
+    CMTime duration;
+
+    DemuxerPool demuxers; ///< of the video track; last, as they read `bytes`
+};
 
 namespace {
 
@@ -117,12 +141,6 @@ VideoFormat readFormat(Demuxer& demuxer) {
     return format;
 }
 
-} // namespace
-
-} // namespace ffmpeg
-
-namespace {
-
 bool illustratesChapters(const isobmff::Movie& movie, const isobmff::Track& track) {
     return std::ranges::any_of(movie.tracks, [&](const isobmff::Track& other) {
         return std::ranges::any_of(other.references, [&](const isobmff::TrackReference& reference) {
@@ -169,9 +187,9 @@ void leaveOutHidden(std::vector<isobmff::ShownSample>& pictures, const HiddenPic
 
 FrameIndex readFrames(const Asset& asset, const isobmff::Track& track) {
     const std::int32_t timescale = ticksASecond(track);
-    const isobmff::TrackTimeline timeline(track, asset.movie().timescale);
+    const isobmff::TrackTimeline timeline(track, movieOf(asset).timescale);
     auto pictures = shownPictures(timeline);
-    leaveOutHidden(pictures, HiddenPictures(asset.bytes(), track), track, timescale);
+    leaveOutHidden(pictures, HiddenPictures(bytesOf(asset), track), track, timescale);
 
     std::vector<std::int64_t> starts;
     starts.reserve(pictures.size());
@@ -190,10 +208,10 @@ CMTime presentationEnd(const isobmff::Movie& movie, const isobmff::Track& track)
 
 /// The end of what plays, the pictures that are shown and all sound.
 CMTime presentationEnd(const Asset& asset) {
-    CMTime end = asset.videoTrack() != nullptr ? asset.frames().end() : CMTime::zero();
-    for (const isobmff::Track& track : asset.movie().tracks) {
+    CMTime end = videoTrackOf(asset) != nullptr ? asset.frames().end() : CMTime::zero();
+    for (const isobmff::Track& track : movieOf(asset).tracks) {
         if (track.isSound()) {
-            end = maximum(end, presentationEnd(asset.movie(), track));
+            end = maximum(end, presentationEnd(movieOf(asset), track));
         }
     }
     return end;
@@ -201,26 +219,21 @@ CMTime presentationEnd(const Asset& asset) {
 
 } // namespace
 
-Asset::Asset(const std::filesystem::path& movie) : internals_(std::make_shared<Internals>(movie)) {}
-
-const std::filesystem::path& Asset::path() const {
-    return internals_->path;
+const files::ByteSource& bytesOf(const Asset& asset) {
+    return asset.contents().bytes;
 }
 
-const files::ByteSource& Asset::bytes() const {
-    return internals_->bytes;
+const isobmff::Movie& movieOf(const Asset& asset) {
+    AssetContents& contents = asset.contents();
+    std::call_once(contents.movieOnce, [&] { contents.movie = isobmff::readMovie(contents.bytes); });
+    return contents.movie;
 }
 
-const isobmff::Movie& Asset::movie() const {
-    std::call_once(internals_->movieOnce,
-                   [this] { internals_->movie = isobmff::readMovie(internals_->bytes); });
-    return internals_->movie;
-}
-
-const isobmff::Track* Asset::videoTrack() const {
+const isobmff::Track* videoTrackOf(const Asset& asset) {
+    const isobmff::Movie& movie = movieOf(asset);
     const isobmff::Track* first = nullptr;
-    for (const isobmff::Track& track : movie().tracks) {
-        if (!track.isVideo() || illustratesChapters(movie(), track)) {
+    for (const isobmff::Track& track : movie.tracks) {
+        if (!track.isVideo() || illustratesChapters(movie, track)) {
             continue;
         }
         if (track.enabled) {
@@ -231,37 +244,85 @@ const isobmff::Track* Asset::videoTrack() const {
     return first;
 }
 
+const isobmff::Track& requiredVideoTrackOf(const Asset& asset) {
+    const isobmff::Track* track = videoTrackOf(asset);
+    if (track == nullptr) {
+        throw ZVError::noVideoTrack();
+    }
+    return *track;
+}
+
+std::unique_ptr<Demuxer> takeDemuxer(const Asset& asset) {
+    const std::uint32_t trackId = requiredVideoTrackOf(asset).id;
+    std::unique_ptr<Demuxer> idle = asset.contents().demuxers.take();
+    return idle ? std::move(idle) : std::make_unique<Demuxer>(bytesOf(asset), trackId);
+}
+
+void giveBack(const Asset& asset, std::unique_ptr<Demuxer> demuxer) {
+    asset.contents().demuxers.giveBack(std::move(demuxer));
+}
+
+} // namespace media
+
+Asset::Asset(const std::filesystem::path& movie) : contents_(std::make_shared<media::AssetContents>(movie)) {}
+
+const std::filesystem::path& Asset::path() const {
+    return contents_->path;
+}
+
+int Asset::videoTrackNumber() const {
+    const isobmff::Track* shown = media::videoTrackOf(*this);
+    int number = 0;
+    for (const isobmff::Track& track : media::movieOf(*this).tracks) {
+        number += track.isVideo() ? 1 : 0;
+        if (&track == shown) {
+            return number;
+        }
+    }
+    return 0;
+}
+
 bool Asset::hasAudio() const {
-    return std::ranges::any_of(movie().tracks, &isobmff::Track::isSound);
+    return std::ranges::any_of(media::movieOf(*this).tracks, &isobmff::Track::isSound);
 }
 
 const VideoFormat& Asset::videoFormat() const {
-    std::call_once(internals_->formatOnce, [this] {
-        auto demuxer = ffmpeg::takeDemuxer(*this);
-        internals_->format = ffmpeg::readFormat(*demuxer);
-        internals_->demuxers.giveBack(std::move(demuxer));
+    std::call_once(contents_->formatOnce, [this] {
+        auto demuxer = media::takeDemuxer(*this);
+        contents_->format = media::readFormat(*demuxer);
+        media::giveBack(*this, std::move(demuxer));
     });
-    return internals_->format;
+    return contents_->format;
 }
 
 const FrameIndex& Asset::frames() const {
-    std::call_once(internals_->framesOnce, [this] {
-        const isobmff::Track* track = videoTrack();
-        if (track == nullptr) {
-            throw ZVError::noVideoTrack();
-        }
-        internals_->frames = readFrames(*this, *track);
+    std::call_once(contents_->framesOnce, [this] {
+        contents_->frames = media::readFrames(*this, media::requiredVideoTrackOf(*this));
     });
-    return internals_->frames;
+    return contents_->frames;
 }
 
-void Asset::closeIdleReaders() const {
-    internals_->demuxers.clear();
+std::vector<std::int64_t> Asset::syncTimes() const {
+    const isobmff::Track* track = media::videoTrackOf(*this);
+    std::vector<std::int64_t> times;
+    if (track != nullptr) {
+        const isobmff::TrackTimeline timeline(*track, media::movieOf(*this).timescale);
+        for (const isobmff::ShownSample& shown : timeline.shown()) {
+            if (track->samples[shown.sample].sync) {
+                times.push_back(shown.start);
+            }
+        }
+    }
+    return times;
 }
 
 CMTime Asset::duration() const {
-    std::call_once(internals_->durationOnce, [this] { internals_->duration = presentationEnd(*this); });
-    return internals_->duration;
+    std::call_once(contents_->durationOnce, [this] { contents_->duration = media::presentationEnd(*this); });
+    return contents_->duration;
+}
+
+void Asset::closeIdleReaders() const {
+    contents_->demuxers.clear();
 }
 
 } // namespace zelvra

@@ -2,16 +2,20 @@
 
 #pragma once
 
-#include "ZelvraCore/files/ByteSource.h"
-#include "ZelvraCore/isobmff/Movie.h"
 #include "ZelvraCore/media/FrameIndex.h"
 #include "ZelvraCore/media/VideoFormat.h"
+#include "ZelvraCore/records/CMTime.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <optional>
+#include <vector>
 
 namespace zelvra {
+
+namespace media {
+struct AssetContents;
+} // namespace media
 
 /// An opened movie: the one object through which the engine reads a source. It keeps the file open, so that
 /// everything that uses one asset reads the same bytes, and remembers what was costly to find out (the parsed
@@ -24,42 +28,42 @@ namespace zelvra {
 /// operation that failed fails again in the same way.
 class Asset {
 public:
-    /// Opens the file; its content is looked at when it is first needed. Throws MediaError::unreadable.
+    /// Opens the file. Its content is read when it is first needed. Throws MediaError::unreadable.
     explicit Asset(const std::filesystem::path& movie);
 
     const std::filesystem::path& path() const;
-    const files::ByteSource& bytes() const;
 
-    /// The movie's index. Throws as isobmff::readMovie.
-    const isobmff::Movie& movie() const;
-
-    /// The track that is shown: the first enabled picture track, else the first. Pictures that only
-    /// illustrate chapters are none. Null for a movie without pictures.
-    const isobmff::Track* videoTrack() const;
+    /// Which of the file's picture tracks is shown, counted from 1 in the file's order: the first enabled
+    /// one, else the first. Pictures that only illustrate chapters are never shown. 0 for a movie that shows
+    /// none.
+    int videoTrackNumber() const;
     bool hasAudio() const;
 
-    /// The pictures' size and orientation. Decodes the first picture once, as only the coded stream tells how
+    /// The pictures' size and orientation. Decodes the first picture once, as only the coded stream says how
     /// large it is and what shape its pixels have. Throws ZVError::noVideoTrack.
     const VideoFormat& videoFormat() const;
 
-    /// The presentation times of the video track's pictures, hidden ones left out; empty where it shows none.
+    /// The presentation times of the video track's pictures, hidden ones left out; empty if it shows none.
     /// A last picture that the file gives no length lasts as long as the one before it. Throws
     /// ZVError::noVideoTrack.
     const FrameIndex& frames() const;
 
-    /// Where the presentation of what plays ends, the shown pictures or a sound track, in that track's ticks.
+    /// When the sync samples of the video track are presented, those from which decoding can start: in order,
+    /// in the ticks of `frames`. Empty for a movie without pictures. One pass over the track's samples.
+    std::vector<std::int64_t> syncTimes() const;
+
+    /// When the presentation ends: the shown pictures or the longest sound track, in that track's ticks.
     CMTime duration() const;
 
     /// Frees what waits for the next grab: its tables take tens of megabytes for a recording of hours, and
     /// are read again when they are needed.
     void closeIdleReaders() const;
 
-    /// What the media layer keeps for itself.
-    struct Internals;
-    Internals& internals() const { return *internals_; }
+    /// For the engine's own rooms, through media/AssetIndex.h.
+    media::AssetContents& contents() const { return *contents_; }
 
 private:
-    std::shared_ptr<Internals> internals_;
+    std::shared_ptr<media::AssetContents> contents_;
 };
 
 } // namespace zelvra

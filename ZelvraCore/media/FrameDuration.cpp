@@ -6,7 +6,7 @@
 #include <cmath>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -46,4 +46,4 @@ CMTime frameDurationFromRate(float nominalFrameRate) {
     return {1, usable ? static_cast<std::int32_t>(rounded) : 1};
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <span>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// The length of one frame of a movie, from the lengths of all its frames. Freezes are built of frames of
 /// this length, so it must be one that the movie really runs at.
@@ -30,4 +30,4 @@ CMTime typicalFrameDuration(std::span<const std::int64_t> durations, std::int32_
 /// do not hold, counts as 1.
 CMTime frameDurationFromRate(float nominalFrameRate);
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -72,4 +72,4 @@ bool HiddenPictures::hides(const isobmff::Sample& sample) const {
     }
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

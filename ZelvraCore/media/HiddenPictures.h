@@ -8,7 +8,7 @@
 
 #include <optional>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// Tells the coded pictures of an HEVC track that are decoded and never shown: those with pic_output_flag = 0
 /// (ITU-T H.265 clause 7.4.7.1), which the program itself writes into movies that it exports. A movie's
@@ -30,4 +30,4 @@ private:
     std::size_t nalLengthSize_ = 4;
 };
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -3,6 +3,7 @@
 #include "ZelvraCore/render/CopiedSound.h"
 
 #include "ZelvraCore/isobmff/TrackTimeline.h"
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/media/sound/SilentPacket.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/passthrough/sound/SilentSound.h"
@@ -46,14 +47,14 @@ isobmff::ShownPiece shownWithin(const isobmff::Track& track, const isobmff::Movi
 
 CopiedSound::CopiedSound(const Asset& movie, std::span<const SoundPiece> pieces, MovieContainer container)
     : movie_(movie),
-      track_(*movie_.movie().firstTrack(isobmff::soundHandler)),
+      track_(*media::movieOf(movie_).firstTrack(isobmff::soundHandler)),
       codec_(passthrough::soundCodec(track_)),
       pieces_(pieces.begin(), pieces.end()),
       sampleEntry_(passthrough::soundSampleEntry(passthrough::soleSoundEntry(track_), codec_,
-                                                 movie_.movie().isQuickTime(), container)),
+                                                 media::movieOf(movie_).isQuickTime(), container)),
       source_{track_.timescale,
               passthrough::SoundPackets(track_),
-              shownWithin(track_, movie_.movie(), pieces_),
+              shownWithin(track_, media::movieOf(movie_), pieces_),
               codec_.sampleRate,
               codec_.packetFrames,
               codec_.warmUpPackets},
@@ -81,7 +82,7 @@ std::vector<std::uint8_t> CopiedSound::silence() const {
                                          codec_.silentByte);
     }
     std::vector<std::uint8_t> packet = silentPacket();
-    if (packet.empty() || !decodesAsSilence(movie_, packet, codec_.packetFrames)) {
+    if (packet.empty() || !media::decodesAsSilence(movie_, packet, codec_.packetFrames)) {
         throw CannotPassThrough("its coding has no silence that is known to play");
     }
     return packet;
@@ -91,7 +92,7 @@ std::vector<std::uint8_t> CopiedSound::silentPacket() const {
     switch (codec_.kind) {
     case SoundCodec::Kind::aac: return passthrough::silentAacPacket(codec_.aacChannelConfiguration);
     case SoundCodec::Kind::opus: return passthrough::silentOpusPacket(codec_.packetFrames, codec_.channels);
-    default: return encodeSilentPacket(movie_);
+    default: return media::encodeSilentPacket(movie_);
     }
 }
 

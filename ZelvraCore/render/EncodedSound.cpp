@@ -2,6 +2,7 @@
 
 #include "ZelvraCore/render/EncodedSound.h"
 
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/passthrough/sound/SilentSound.h"
 #include "ZelvraCore/passthrough/sound/SoundSampleEntry.h"
 #include "ZelvraCore/passthrough/sound/SoundSamples.h"
@@ -13,7 +14,7 @@ namespace zelvra {
 
 EncodedSound::EncodedSound(const Asset& movie, std::span<const SoundPiece> pieces, MovieContainer container,
                            std::stop_token stop)
-    : movie_(movie), encoder_(SoundRenderer(movie, pieces, std::move(stop))), container_(container) {}
+    : movie_(movie), encoder_(media::SoundRenderer(movie, pieces, std::move(stop))), container_(container) {}
 
 passthrough::OutputTrack EncodedSound::build(const CMTime& editStart, passthrough::SpoolStore& spool) {
     const isobmff::Track packets = encode(spool);
@@ -21,7 +22,8 @@ passthrough::OutputTrack EncodedSound::build(const CMTime& editStart, passthroug
     const auto channels = static_cast<std::uint32_t>(encoder_.channels());
     const passthrough::StoredBytes silence =
         spool.append(passthrough::silentAacPacket(static_cast<std::uint8_t>(channels)));
-    passthrough::OutputTrack track = soundTrackLike(*movie_.movie().firstTrack(isobmff::soundHandler));
+    passthrough::OutputTrack track =
+        soundTrackLike(*media::movieOf(movie_).firstTrack(isobmff::soundHandler));
     track.timescale = packets.timescale;
     track.sampleEntry =
         passthrough::aacSampleEntry(encoder_.audioSpecificConfig(), packets.timescale, channels,
@@ -39,7 +41,7 @@ passthrough::OutputTrack EncodedSound::build(const CMTime& editStart, passthroug
 isobmff::Track EncodedSound::encode(passthrough::SpoolStore& spool) {
     isobmff::Track packets;
     packets.timescale = static_cast<std::uint32_t>(encoder_.sampleRate());
-    while (const std::optional<SoundPacket> packet = encoder_.next()) {
+    while (const std::optional<media::SoundPacket> packet = encoder_.next()) {
         const passthrough::StoredBytes stored = spool.append(packet->bytes);
         isobmff::Sample sample;
         sample.offset = stored.offset;

@@ -27,7 +27,7 @@ private:
     passthrough::SoundPlan planned(const isobmff::Track& packets, const CMTime& editStart) const;
 
     Asset movie_;
-    SoundEncoder encoder_;
+    media::SoundEncoder encoder_;
     MovieContainer container_;
 };
 

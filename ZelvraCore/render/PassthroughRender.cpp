@@ -3,6 +3,7 @@
 #include "ZelvraCore/render/PassthroughRender.h"
 
 #include "ZelvraCore/isobmff/TrackTimeline.h"
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/passthrough/file/ContainerForms.h"
 #include "ZelvraCore/passthrough/file/MovieFileWriter.h"
@@ -73,9 +74,9 @@ void noticeDroppedTracks(const isobmff::Movie& movie, const isobmff::Track* vide
 class PassthroughRender::Pictures {
 public:
     Pictures(const Asset& source, const SourceInfo& info, const RenderPlan& plan, const Timeline& timeline)
-        : video_{source.bytes(), *source.videoTrack()},
+        : video_{media::bytesOf(source), media::requiredVideoTrackOf(source)},
           frames_(source.frames()),
-          shown_(shownPiece(video_.track, source.movie().timescale)),
+          shown_(shownPiece(video_.track, media::movieOf(source).timescale)),
           planned_(prepare(plan.freezeCodec, timeline, info.frameDuration)) {}
 
     passthrough::VideoTrackBuilder& builder() const { return *planned_.builder; }
@@ -238,7 +239,7 @@ public:
     }
 
     passthrough::OutputMovie build(SoundTrackBuilder* sound, passthrough::SpoolStore& spool) const {
-        const isobmff::Movie& movie = source_.movie();
+        const isobmff::Movie& movie = media::movieOf(source_);
         passthrough::OutputMovie output;
         output.container = job_.container;
         output.creationTime = movie.creationTime;
@@ -269,7 +270,7 @@ private:
         passthrough::OutputTrack video = pictures_.builder().build(plan, editStart, clips(), spool);
         video.sampleEntry =
             passthrough::visualEntryFor(job_.container, video.sampleEntry, pictures_.builder().fullRange());
-        video.userData = passthrough::userDataFor(job_.container, source_.videoTrack()->userData);
+        video.userData = passthrough::userDataFor(job_.container, media::videoTrackOf(source_)->userData);
         return video;
     }
 
@@ -301,12 +302,12 @@ private:
 };
 
 void PassthroughRender::write(const Job& job) const {
-    noticeDroppedTracks(source_.movie(), source_.videoTrack(), job.notice);
+    noticeDroppedTracks(media::movieOf(source_), media::videoTrackOf(source_), job.notice);
     passthrough::SpoolStore spool(job.output.has_parent_path() ? job.output.parent_path() : ".");
     const Writing writing(*this, job);
     const std::optional<ChosenSound> sound = writing.sound(timeline_.sound);
     const passthrough::OutputMovie movie = writing.build(sound ? sound->builder.get() : nullptr, spool);
-    writeMovieFile(movie, {source_.bytes(), spool}, job.output, job.progress, job.stop);
+    writeMovieFile(movie, {media::bytesOf(source_), spool}, job.output, job.progress, job.stop);
 }
 
 } // namespace zelvra

@@ -3,7 +3,7 @@
 #include "ZelvraCore/render/ReencodeExport.h"
 
 #include "ZelvraCore/files/AtomicFile.h"
-#include "ZelvraCore/media/AssetInternals.h"
+#include "ZelvraCore/media/AssetDemuxers.h"
 #include "ZelvraCore/media/ffmpeg/SequentialReader.h"
 #include "ZelvraCore/media/reencode/BoundedQueue.h"
 #include "ZelvraCore/media/reencode/PictureFitter.h"
@@ -28,7 +28,7 @@ namespace zelvra {
 
 namespace {
 
-using namespace ffmpeg;
+using namespace media;
 
 void throwIfStopped(const std::stop_token& stop) {
     if (stop.stop_requested()) {
@@ -164,13 +164,13 @@ public:
     SoundStream(const Asset& source, std::span<const SoundPiece> pieces, const std::stop_token& stop)
         : encoder_(SoundRenderer(source, pieces, stop)) {}
 
-    void addTo(MovieWriter& writer) {
+    void addTo(Muxer& writer) {
         track_ = writer.addTrack(SoundTrackFormat{encoder_.sampleRate(), encoder_.channels(),
                                                   encoder_.packetFrames(), encoder_.bitRate(),
                                                   encoder_.audioSpecificConfig()});
     }
 
-    void writeUntil(double seconds, MovieWriter& writer) {
+    void writeUntil(double seconds, Muxer& writer) {
         while (!ended_ && static_cast<double>(written_) <= seconds * encoder_.sampleRate()) {
             const std::optional<SoundPacket> packet = encoder_.next();
             if (!packet) {
@@ -248,8 +248,8 @@ public:
     }
 
 private:
-    MovieWriter::Options writerOptions() const {
-        MovieWriter::Options options;
+    Muxer::Options writerOptions() const {
+        Muxer::Options options;
         options.container = job_.container;
         options.indexFirst = true;
         options.timescale = schedule_.timescale;
@@ -290,7 +290,7 @@ private:
     PictureStream pictures_;
     VideoEncoder encoder_;
     files::AtomicFile file_;
-    MovieWriter writer_;
+    Muxer writer_;
     std::size_t videoTrack_ = 0;
     std::optional<SoundStream> sound_;
     std::vector<std::int64_t> times_; ///< of the pictures given to the encoder, and of the end

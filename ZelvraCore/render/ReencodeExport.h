@@ -4,7 +4,7 @@
 
 #include "ZelvraCore/RenderPlan.h"
 #include "ZelvraCore/media/Asset.h"
-#include "ZelvraCore/media/ffmpeg/MovieWriter.h"
+#include "ZelvraCore/media/ffmpeg/Muxer.h"
 #include "ZelvraCore/records/VideoCodec.h"
 
 #include <filesystem>

@@ -4,6 +4,7 @@
 
 #include "ZelvraCore/Render.h"
 #include "ZelvraCore/SourceProbe.h"
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/records/MediaError.h"
 #include "tests/support/Files.h"
 #include "tests/support/MovieReading.h"
@@ -121,7 +122,7 @@ TEST(FrameGrabOfOwnExports, PassesOverHiddenPictures) {
                                  markerHighlight(5, {75, 30}, second, {320, 180})};
     renderHighlights(source, highlights, folder / "export.mov");
     EXPECT_LT(Asset(folder / "export.mov").frames().count(),
-              Asset(folder / "export.mov").videoTrack()->samples.size());
+              media::videoTrackOf(Asset(folder / "export.mov"))->samples.size());
     EXPECT_EQ(loadSourceInfo(folder / "export.mov").frameDuration, CMTime(1, 30));
     expectPlayersPictures(folder / "export.mov");
 }
@@ -177,14 +178,15 @@ TEST(FrameGrab, StandsInForAPictureThatCannotBeDecoded) {
     const auto source = movieFile({.frames = 30, .gop = 10, .bFrames = 0});
     Bytes bytes = readBytes(source);
     const Asset asset(source);
-    const auto& damaged = asset.videoTrack()->samples[15];
+    const auto& damaged = media::videoTrackOf(asset)->samples[15];
     std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(damaged.offset), damaged.size, 0);
     writeBytes(folder / "damaged.mov", bytes);
     EXPECT_EQ(numberIn(extractFrame(folder / "damaged.mov", {15, 30})), 14);
     EXPECT_EQ(numberIn(extractFrame(folder / "damaged.mov", {25, 30})), 25);
 
-    std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(asset.videoTrack()->samples.front().offset),
-              bytes.begin() + static_cast<std::ptrdiff_t>(asset.videoTrack()->samples.back().offset), 0);
+    std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(media::videoTrackOf(asset)->samples.front().offset),
+              bytes.begin() + static_cast<std::ptrdiff_t>(media::videoTrackOf(asset)->samples.back().offset),
+              0);
     writeBytes(folder / "empty.mov", bytes);
     EXPECT_THROW(extractFrame(folder / "empty.mov", {5, 30}), MediaError);
 }

@@ -18,6 +18,8 @@
 namespace zelvra::test {
 namespace {
 
+using namespace media;
+
 constexpr CMTime thirtieth{1, 30};
 constexpr Color red{1, 0, 0, 1};
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 namespace {
 
@@ -115,4 +115,4 @@ std::int64_t Demuxer::seekBytes(void* reader, std::int64_t offset, int whence) {
     return base + offset;
 }
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -2,9 +2,6 @@
 
 #pragma once
 
-/// One pass through the coded pictures of a movie: opening, seeking, reading packets. Internal to this
-/// folder.
-
 #include "ZelvraCore/files/ByteSource.h"
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 
@@ -12,10 +9,11 @@
 #include <memory>
 #include <string>
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
-/// The QuickTime/MP4 demuxer over a ByteSource, reading one track. It has no other way to any file or
-/// network: media that the movie refers to elsewhere stays unread. Used by one thread at a time.
+/// The QuickTime/MP4 demuxer over a ByteSource: opens a movie, seeks, and reads the packets of one track. It
+/// reads no other file and no network: media that the movie refers to elsewhere stays unread. Used by one
+/// thread at a time.
 class Demuxer {
 public:
     /// Opens the movie and selects the track of that id. `bytes` outlives this. Throws MediaError.
@@ -58,4 +56,4 @@ private:
     AVStream* stream_ = nullptr;
 };
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -11,7 +11,7 @@ extern "C" {
 #include <libavutil/mathematics.h>
 }
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 void quietLibraries() {
     av_log_set_level(AV_LOG_QUIET);
@@ -78,4 +78,4 @@ std::int64_t ticksOfTime(const CMTime& time, AVRational timeBase, Rounding round
     return ticks;
 }
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

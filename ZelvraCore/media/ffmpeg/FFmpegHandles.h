@@ -3,7 +3,7 @@
 #pragma once
 
 /// The FFmpeg libraries' objects as values that close themselves, their error codes as MediaError, and their
-/// ticks as CMTime. Internal to this folder: no public header includes it.
+/// ticks as CMTime.
 
 #include "ZelvraCore/records/CMTime.h"
 #include "ZelvraCore/records/MediaError.h"
@@ -21,7 +21,7 @@ extern "C" {
 #include <string>
 #include <string_view>
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 /// Calls a C library's own "free through a pointer to the pointer".
 template <auto freeThrough>
@@ -94,4 +94,4 @@ CMTime timeOfTicks(std::int64_t ticks, AVRational timeBase);
 /// that 64 bits do not hold.
 std::int64_t ticksOfTime(const CMTime& time, AVRational timeBase, Rounding rounding = Rounding::nearest);
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

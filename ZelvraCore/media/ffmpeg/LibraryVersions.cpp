@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/media/ffmpeg/LibraryVersions.h"
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 #if LIBAVCODEC_VERSION_INT >= AV_VERSION_INT(61, 13, 100) // FFmpeg 7.1
 
@@ -43,4 +43,4 @@ std::span<const AVSampleFormat> sampleFormats(const AVCodec& encoder) {
 
 #endif
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -9,7 +9,7 @@
 
 #include <span>
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 /// What the container says about a stream beside its parameters, such as a display matrix; empty if it says
 /// nothing of that type. The bytes are the stream's own.
@@ -18,4 +18,4 @@ std::span<const std::uint8_t> sideData(const AVStream& stream, AVPacketSideDataT
 /// The sample formats that an encoder takes, the preferred one first; empty if it does not list any.
 std::span<const AVSampleFormat> sampleFormats(const AVCodec& encoder);
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <span>
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 namespace {
 
@@ -134,4 +134,4 @@ bool PictureDecoder::receive(AVFrame& frame) {
     }
 }
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -2,13 +2,11 @@
 
 #pragma once
 
-/// Coded pictures in, decoded pictures out, through libavcodec. Internal to this folder.
-
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
-/// A decoder of one video track, for a short run of packets. Used by one thread at a time.
+/// A decoder of one video track through libavcodec, for a short run of packets. Used by one thread at a time.
 class PictureDecoder {
 public:
     enum class Use {
@@ -42,4 +40,4 @@ private:
     bool skipsUnreferenced_ = false;
 };
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

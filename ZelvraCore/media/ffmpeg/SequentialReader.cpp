@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 namespace {
 
@@ -73,4 +73,4 @@ const AVFrame& SequentialReader::pictureAt(std::int64_t time) {
     return *current_;
 }
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

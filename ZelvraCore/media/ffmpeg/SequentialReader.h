@@ -2,15 +2,13 @@
 
 #pragma once
 
-/// Decodes a run of a movie's pictures in order. Internal to this folder.
-
 #include "ZelvraCore/media/ffmpeg/Demuxer.h"
 #include "ZelvraCore/media/ffmpeg/PictureDecoder.h"
 
 #include <memory>
 #include <optional>
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 /// Gives the pictures of one video track by their presentation times, which are asked for in ascending order.
 /// Decoding begins at the sync sample from which the first one comes out right. Pictures of a damaged stream
@@ -35,4 +33,4 @@ private:
     bool ended_ = false; ///< no more packets
 };
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/media/grab/ImageGenerator.h"
 
-#include "ZelvraCore/media/AssetInternals.h"
+#include "ZelvraCore/media/AssetDemuxers.h"
 #include "ZelvraCore/media/ffmpeg/PictureDecoder.h"
 #include "ZelvraCore/media/pixels/PictureConversion.h"
 
@@ -10,11 +10,9 @@
 #include <optional>
 #include <utility>
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
-
-using namespace ffmpeg;
 
 /// How much of a run is decoded.
 enum class Care {
@@ -136,8 +134,8 @@ Image generateImage(const Asset& asset, const FrameIndex::Frame& frame) {
                                                          std::to_string(frame.time.seconds()) + " s of '" +
                                                          asset.path().string() + "'");
     }
-    asset.internals().demuxers.giveBack(std::move(demuxer));
+    giveBack(asset, std::move(demuxer));
     return uprightImage(*picture, format);
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

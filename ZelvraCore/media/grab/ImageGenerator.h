@@ -5,7 +5,7 @@
 #include "ZelvraCore/media/Asset.h"
 #include "ZelvraCore/media/Image.h"
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// Decodes one frame of a movie, given by its place in the movie's frame index: upright, in square pixels, in
 /// full resolution, with the decoded planes kept beside (see Image).
@@ -19,4 +19,4 @@ namespace zelvra {
 /// unsupported, unreadable), ZVError::noVideoTrack.
 Image generateImage(const Asset& asset, const FrameIndex::Frame& frame);
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -13,7 +13,7 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 namespace {
 
@@ -216,4 +216,4 @@ int turnedChromaLocation(int location, Orientation orientation) {
     return static_cast<int>(code - places.begin()) + 1;
 }
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

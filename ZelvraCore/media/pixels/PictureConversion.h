@@ -2,8 +2,8 @@
 
 #pragma once
 
-/// From a decoder's frame to the values that leave this folder: an upright picture in R'G'B', and the planes
-/// as they were decoded. Internal to this folder.
+/// From a decoder's frame to values without FFmpeg's types: an upright picture in R'G'B', and the planes as
+/// they were decoded.
 
 #include "ZelvraCore/media/Image.h"
 #include "ZelvraCore/media/VideoFormat.h"
@@ -13,7 +13,7 @@
 
 #include <memory>
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 /// What the frame says of its colours, unchanged (2 = nothing); R'G'B' formats are of full range.
 ColorDescription colorOf(const AVFrame& frame);
@@ -40,4 +40,4 @@ Image uprightImage(const AVFrame& frame, const VideoFormat& format);
 /// code exists for (at the right) become the nearest that has one.
 int turnedChromaLocation(int location, Orientation orientation);
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

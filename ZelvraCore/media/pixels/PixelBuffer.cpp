@@ -10,7 +10,7 @@
 #include <new>
 #include <string>
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -65,9 +65,9 @@ PixelBuffer makePixelBuffer(const Image& image, PixelBufferPool* pool, int width
         throw ZVError::contextCreationFailed("CVPixelBuffer context");
     }
     // The raster is premultiplied, so that leaving out its alpha draws it over black.
-    const ffmpeg::Scaler scaler(sws_getContext(image.width(), image.height(), AV_PIX_FMT_RGB0, width, height,
-                                               AV_PIX_FMT_BGR0, SWS_BICUBIC | SWS_ACCURATE_RND, nullptr,
-                                               nullptr, nullptr));
+    const Scaler scaler(sws_getContext(image.width(), image.height(), AV_PIX_FMT_RGB0, width, height,
+                                       AV_PIX_FMT_BGR0, SWS_BICUBIC | SWS_ACCURATE_RND, nullptr, nullptr,
+                                       nullptr));
     if (!scaler) {
         throw ZVError::contextCreationFailed("CVPixelBuffer context");
     }
@@ -79,4 +79,4 @@ PixelBuffer makePixelBuffer(const Image& image, PixelBufferPool* pool, int width
     return buffer;
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// A picture of 32-bit pixels that lie in memory as blue, green, red and an unused byte: the form in which a
 /// raster is handed to an encoder. Rows may be padded. Copies share their pixels.
@@ -54,4 +54,4 @@ private:
 /// "CVPixelBuffer context" where it cannot be drawn into, as when the pool's buffers are too small.
 PixelBuffer makePixelBuffer(const Image& image, PixelBufferPool* pool, int width, int height);
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -13,7 +13,7 @@
 #include <cstring>
 #include <memory>
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 namespace {
 
@@ -255,4 +255,4 @@ Frame convertToRgb(const AVFrame& frame, const ColorDescription& color, int widt
     return scaleToRgb(frame, color, frame.width, frame.height, width, height);
 }
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -13,7 +13,7 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 /// Whether every component has a plane of its own, of whole bytes in this machine's order.
 bool isPlanar(const AVPixFmtDescriptor& format);
@@ -22,4 +22,4 @@ bool isPlanar(const AVPixFmtDescriptor& format);
 /// Throws MediaError::unsupported.
 Frame convertToRgb(const AVFrame& frame, const ColorDescription& color, int width, int height);
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <optional>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// Hands values from one thread to another in order, a few at a time: whoever is ahead waits. Closing it from
 /// either side ends both.
@@ -56,4 +56,4 @@ private:
     bool closed_ = false;
 };
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -12,7 +12,7 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 namespace {
 
@@ -173,4 +173,4 @@ Frame PictureFitter::fitUpright(const AVFrame& picture) const {
     return result;
 }
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -2,15 +2,13 @@
 
 #pragma once
 
-/// Makes every picture of an export fit its encoder. Internal to this folder.
-
 #include "ZelvraCore/media/Orientation.h"
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 #include "ZelvraCore/records/ColorDescription.h"
 #include "ZelvraCore/records/PixelAspect.h"
 #include "ZelvraCore/records/VideoCodec.h"
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 /// The one form in which an encoder takes its pictures, and what they say of themselves.
 struct EncoderPicture {
@@ -44,4 +42,4 @@ private:
     EncoderPicture form_;
 };
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -12,7 +12,7 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 namespace {
 
@@ -195,4 +195,4 @@ double rateFactorFor(VideoCodec codec, const EncoderPicture& form, const CMTime&
     return rateFactorForLoss(usualFactor, 1 - similarity);
 }
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -11,7 +11,7 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
 namespace {
 
@@ -103,4 +103,4 @@ std::optional<VideoEncoder::Sample> VideoEncoder::receive() {
     return sample;
 }
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -2,8 +2,6 @@
 
 #pragma once
 
-/// Moving pictures in, coded samples out, through libavcodec. Internal to this folder.
-
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 #include "ZelvraCore/media/reencode/PictureFitter.h"
 #include "ZelvraCore/records/VideoCodec.h"
@@ -13,10 +11,10 @@
 #include <span>
 #include <vector>
 
-namespace zelvra::ffmpeg {
+namespace zelvra::media {
 
-/// Encodes a movie at a constant quality, at a speed that an export can wait for. Groups of pictures are
-/// closed and two seconds long.
+/// Encodes a movie through libavcodec at a constant quality, at a speed that an export can wait for. Groups
+/// of pictures are closed and two seconds long.
 ///
 /// The encoder counts pictures and knows nothing of their times, so that variable rates cost it nothing; the
 /// caller keeps the times. One thread at a time; the encoder runs threads of its own. Throws MediaError.
@@ -49,4 +47,4 @@ private:
     std::int64_t count_ = 0;
 };
 
-} // namespace zelvra::ffmpeg
+} // namespace zelvra::media

@@ -2,6 +2,7 @@
 
 #include "ZelvraCore/media/sound/SilentPacket.h"
 
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/media/ffmpeg/LibraryVersions.h"
 #include "ZelvraCore/media/sound/SoundDecoding.h"
 
@@ -15,13 +16,9 @@ extern "C" {
 #include <libavutil/samplefmt.h>
 }
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
-
-using ffmpeg::CodecContext;
-using ffmpeg::Frame;
-using ffmpeg::Packet;
 
 using Bytes = std::vector<std::uint8_t>;
 using ByteView = std::span<const std::uint8_t>;
@@ -36,7 +33,7 @@ ByteView bytesOf(const AVPacket& packet) {
 }
 
 Packet packetOf(ByteView bytes) {
-    Packet packet = ffmpeg::makePacket();
+    Packet packet = makePacket();
     if (av_new_packet(packet.get(), static_cast<int>(bytes.size())) < 0) {
         throw std::bad_alloc();
     }
@@ -49,7 +46,7 @@ class TrackDecoder {
 public:
     explicit TrackDecoder(const Asset& movie)
         : name_(movie.path().string()),
-          demuxer_(movie.bytes(), soundTrackId(movie)),
+          demuxer_(media::bytesOf(movie), soundTrackId(movie)),
           decoder_(openSoundDecoder(demuxer_.stream(), name_)) {
         decoder_->flags2 |= AV_CODEC_FLAG2_SKIP_MANUAL; // packets are looked at one by one, priming too
     }
@@ -76,10 +73,10 @@ public:
 
 private:
     std::string name_;
-    ffmpeg::Demuxer demuxer_;
+    Demuxer demuxer_;
     CodecContext decoder_;
-    Packet packet_ = ffmpeg::makePacket();
-    Frame frame_ = ffmpeg::makeFrame();
+    Packet packet_ = makePacket();
+    Frame frame_ = makeFrame();
 };
 
 template <class Sample>
@@ -112,12 +109,12 @@ bool isSilent(const AVFrame& frame) {
 
 /// A frame of zeros as the encoder wants it.
 Frame silentFrame(const AVCodecContext& encoder) {
-    Frame frame = ffmpeg::makeFrame();
+    Frame frame = makeFrame();
     frame->nb_samples = encoder.frame_size;
     frame->format = encoder.sample_fmt;
     frame->sample_rate = encoder.sample_rate;
-    ffmpeg::throwOnError(av_channel_layout_copy(&frame->ch_layout, &encoder.ch_layout), "silence");
-    ffmpeg::throwOnError(av_frame_get_buffer(frame.get(), 0), "silence");
+    throwOnError(av_channel_layout_copy(&frame->ch_layout, &encoder.ch_layout), "silence");
+    throwOnError(av_frame_get_buffer(frame.get(), 0), "silence");
     av_samples_set_silence(frame->extended_data, 0, frame->nb_samples, frame->ch_layout.nb_channels,
                            encoder.sample_fmt);
     return frame;
@@ -130,11 +127,11 @@ CodecContext encoderLike(const TrackDecoder& track) {
     if (codec == nullptr) {
         return nullptr;
     }
-    const std::span<const AVSampleFormat> formats = ffmpeg::sampleFormats(*codec);
+    const std::span<const AVSampleFormat> formats = sampleFormats(*codec);
     if (formats.empty()) {
         return nullptr;
     }
-    auto encoder = ffmpeg::owned<CodecContext>(avcodec_alloc_context3(codec));
+    auto encoder = owned<CodecContext>(avcodec_alloc_context3(codec));
     const bool deep = decoder.bits_per_raw_sample > 16;
     const AVSampleFormat wanted = deep ? AV_SAMPLE_FMT_S32P : AV_SAMPLE_FMT_S16P;
     encoder->sample_fmt = codec->id == AV_CODEC_ID_ALAC ? wanted : formats.front();
@@ -142,18 +139,18 @@ CodecContext encoderLike(const TrackDecoder& track) {
     encoder->sample_rate = decoder.sample_rate;
     encoder->time_base = {1, decoder.sample_rate};
     encoder->bit_rate = decoder.bit_rate;
-    ffmpeg::throwOnError(av_channel_layout_copy(&encoder->ch_layout, &decoder.ch_layout), "silence");
+    throwOnError(av_channel_layout_copy(&encoder->ch_layout, &decoder.ch_layout), "silence");
     return avcodec_open2(encoder.get(), codec, nullptr) >= 0 ? std::move(encoder) : nullptr;
 }
 
 /// A packet from the midst of silence.
 Bytes encodeSilence(AVCodecContext& encoder) {
     const Frame silence = silentFrame(encoder);
-    const Packet packet = ffmpeg::makePacket();
+    const Packet packet = makePacket();
     Bytes latest;
     for (int i = 0; i < packetsToSettle; ++i) {
         silence->pts = std::int64_t{i} * encoder.frame_size;
-        ffmpeg::throwOnError(avcodec_send_frame(&encoder, silence.get()), "silence");
+        throwOnError(avcodec_send_frame(&encoder, silence.get()), "silence");
         while (avcodec_receive_packet(&encoder, packet.get()) >= 0) {
             latest.assign(packet->data, packet->data + packet->size);
             av_packet_unref(packet.get());
@@ -239,4 +236,4 @@ bool decodesAsSilence(const Asset& movie, std::span<const std::uint8_t> packet, 
     return isSilent(*frame);
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

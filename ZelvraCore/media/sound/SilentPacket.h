@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// Silence in the codec of a movie's first sound track, with the very settings of that track: packets that
 /// may be put between the movie's own. Any thread.
@@ -22,4 +22,4 @@ std::vector<std::uint8_t> encodeSilentPacket(const Asset& movie);
 /// read.
 bool decodesAsSilence(const Asset& movie, std::span<const std::uint8_t> packet, std::uint32_t packetFrames);
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -2,8 +2,6 @@
 
 #pragma once
 
-/// What everything that decodes a movie's sound starts with. Internal to this folder.
-
 #include "ZelvraCore/media/Asset.h"
 #include "ZelvraCore/media/ffmpeg/Demuxer.h"
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
@@ -11,13 +9,13 @@
 #include <cstdint>
 #include <string>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// The movie's sound track: the first enabled one, else the first. Throws MediaError::unsupported where it
 /// has none.
 std::uint32_t soundTrackId(const Asset& movie);
 
 /// A decoder for the stream. Throws MediaError::unsupported where there is none, naming `name`.
-ffmpeg::CodecContext openSoundDecoder(const AVStream& stream, const std::string& name);
+CodecContext openSoundDecoder(const AVStream& stream, const std::string& name);
 
-} // namespace zelvra
+} // namespace zelvra::media

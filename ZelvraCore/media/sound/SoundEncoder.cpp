@@ -13,7 +13,7 @@ extern "C" {
 #include <libavutil/mathematics.h>
 }
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -72,8 +72,7 @@ ChannelMapping channelMapping(const SoundFormat& format) {
 
 AVChannelLayout layoutOf(std::uint64_t speakers, const std::string& what) {
     AVChannelLayout layout{};
-    ffmpeg::throwOnError(av_channel_layout_from_mask(&layout, speakers), what,
-                         MediaError::Cause::unsupported);
+    throwOnError(av_channel_layout_from_mask(&layout, speakers), what, MediaError::Cause::unsupported);
     return layout;
 }
 
@@ -100,7 +99,7 @@ public:
         const AVChannelLayout encodedLayout = layoutOf(mapping.encoded, encoderName);
         openEncoder(encodedRate(source.sampleRate), encodedLayout);
         openConverter(source.sampleRate, sourceLayout);
-        waiting_ = ffmpeg::owned<ffmpeg::AudioFifo>(
+        waiting_ = owned<AudioFifo>(
             av_audio_fifo_alloc(encoder_->sample_fmt, encodedLayout.nb_channels, framesPerPull));
         totalFrames_ = av_rescale(sound_.totalFrames(), encoder_->sample_rate, source.sampleRate);
         configuration_.assign(encoder_->extradata, encoder_->extradata + encoder_->extradata_size);
@@ -124,7 +123,7 @@ public:
                 return takePacket();
             }
             if (code != AVERROR(EAGAIN)) {
-                ffmpeg::throwOnError(code, encoderName, MediaError::Cause::unsupported);
+                throwOnError(code, encoderName, MediaError::Cause::unsupported);
             }
             feedEncoder();
         }
@@ -136,25 +135,25 @@ private:
         if (codec == nullptr) {
             throw MediaError(MediaError::Cause::unsupported, "there is no AAC encoder");
         }
-        encoder_ = ffmpeg::owned<ffmpeg::CodecContext>(avcodec_alloc_context3(codec));
+        encoder_ = owned<CodecContext>(avcodec_alloc_context3(codec));
         encoder_->sample_fmt = AV_SAMPLE_FMT_FLTP;
         encoder_->sample_rate = sampleRate;
         encoder_->time_base = {1, sampleRate};
         encoder_->ch_layout = layout;
         encoder_->bit_rate = bitRateFor(layout, sampleRate, aacPacketFrames);
         encoder_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-        ffmpeg::throwOnError(avcodec_open2(encoder_.get(), codec, nullptr), encoderName,
-                             MediaError::Cause::unsupported);
+        throwOnError(avcodec_open2(encoder_.get(), codec, nullptr), encoderName,
+                     MediaError::Cause::unsupported);
     }
 
     void openConverter(int sourceRate, AVChannelLayout sourceLayout) {
         SwrContext* converter = nullptr;
-        ffmpeg::throwOnError(swr_alloc_set_opts2(&converter, &encoder_->ch_layout, encoder_->sample_fmt,
-                                                 encoder_->sample_rate, &sourceLayout, AV_SAMPLE_FMT_FLT,
-                                                 sourceRate, 0, nullptr),
-                             encoderName);
+        throwOnError(swr_alloc_set_opts2(&converter, &encoder_->ch_layout, encoder_->sample_fmt,
+                                         encoder_->sample_rate, &sourceLayout, AV_SAMPLE_FMT_FLT, sourceRate,
+                                         0, nullptr),
+                     encoderName);
         converter_.reset(converter);
-        ffmpeg::throwOnError(swr_init(converter_.get()), encoderName, MediaError::Cause::unsupported);
+        throwOnError(swr_init(converter_.get()), encoderName, MediaError::Cause::unsupported);
     }
 
     void feedEncoder() {
@@ -164,7 +163,7 @@ private:
         const auto frames =
             static_cast<int>(std::min<std::int64_t>(totalFrames_ - sentFrames_, packetFrames()));
         if (frames == 0) {
-            ffmpeg::throwOnError(avcodec_send_frame(encoder_.get(), nullptr), encoderName);
+            throwOnError(avcodec_send_frame(encoder_.get(), nullptr), encoderName);
             return;
         }
         sendFrame(frames);
@@ -174,14 +173,13 @@ private:
     void pull() {
         const auto frames = static_cast<int>(sound_.read(pulled_));
         const std::uint8_t* input = reinterpret_cast<const std::uint8_t*>(pulled_.data());
-        const int room = ffmpeg::throwOnError(swr_get_out_samples(converter_.get(), frames), encoderName);
+        const int room = throwOnError(swr_get_out_samples(converter_.get(), frames), encoderName);
         auto converted = encoderFrame(std::max(room, 1));
-        converted->nb_samples = ffmpeg::throwOnError(swr_convert(converter_.get(), converted->extended_data,
-                                                                 room, frames > 0 ? &input : nullptr, frames),
-                                                     encoderName);
+        converted->nb_samples = throwOnError(swr_convert(converter_.get(), converted->extended_data, room,
+                                                         frames > 0 ? &input : nullptr, frames),
+                                             encoderName);
         auto** samples = reinterpret_cast<void**>(converted->extended_data);
-        ffmpeg::throwOnError(av_audio_fifo_write(waiting_.get(), samples, converted->nb_samples),
-                             encoderName);
+        throwOnError(av_audio_fifo_write(waiting_.get(), samples, converted->nb_samples), encoderName);
         soundEnded_ = frames == 0;
     }
 
@@ -190,19 +188,19 @@ private:
         // A converter of rates may end some frames early: those are silent.
         av_samples_set_silence(frame->extended_data, 0, frames, channels(), encoder_->sample_fmt);
         auto** samples = reinterpret_cast<void**>(frame->extended_data);
-        ffmpeg::throwOnError(av_audio_fifo_read(waiting_.get(), samples, frames), encoderName);
+        throwOnError(av_audio_fifo_read(waiting_.get(), samples, frames), encoderName);
         frame->pts = sentFrames_;
         sentFrames_ += frames;
-        ffmpeg::throwOnError(avcodec_send_frame(encoder_.get(), frame.get()), encoderName);
+        throwOnError(avcodec_send_frame(encoder_.get(), frame.get()), encoderName);
     }
 
-    ffmpeg::Frame encoderFrame(int frames) const {
-        auto frame = ffmpeg::makeFrame();
+    Frame encoderFrame(int frames) const {
+        auto frame = makeFrame();
         frame->nb_samples = frames;
         frame->format = encoder_->sample_fmt;
         frame->sample_rate = encoder_->sample_rate;
-        ffmpeg::throwOnError(av_channel_layout_copy(&frame->ch_layout, &encoder_->ch_layout), encoderName);
-        ffmpeg::throwOnError(av_frame_get_buffer(frame.get(), 0), encoderName);
+        throwOnError(av_channel_layout_copy(&frame->ch_layout, &encoder_->ch_layout), encoderName);
+        throwOnError(av_frame_get_buffer(frame.get(), 0), encoderName);
         return frame;
     }
 
@@ -217,10 +215,10 @@ private:
 
     SoundRenderer sound_;
     std::vector<float> pulled_;
-    ffmpeg::CodecContext encoder_;
-    ffmpeg::Resampler converter_;
-    ffmpeg::AudioFifo waiting_; ///< converted, not yet a packet's worth
-    ffmpeg::Packet packet_ = ffmpeg::makePacket();
+    CodecContext encoder_;
+    Resampler converter_;
+    AudioFifo waiting_; ///< converted, not yet a packet's worth
+    Packet packet_ = makePacket();
     std::vector<std::uint8_t> configuration_;
     std::int64_t totalFrames_ = 0;
     std::int64_t sentFrames_ = 0;
@@ -266,4 +264,4 @@ std::optional<SoundPacket> SoundEncoder::next() {
     return implementation_->next();
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

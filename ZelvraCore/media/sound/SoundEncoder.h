@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// One coded packet. Times are frames at SoundEncoder::sampleRate(), 0 = the first packet's start.
 struct SoundPacket {
@@ -56,4 +56,4 @@ private:
     std::unique_ptr<Implementation> implementation_;
 };
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -3,6 +3,7 @@
 #include "ZelvraCore/media/sound/SoundReader.h"
 
 #include "ZelvraCore/isobmff/TrackTimeline.h"
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/media/sound/SoundDecoding.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@ extern "C" {
 #include <libavutil/mathematics.h>
 }
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -35,7 +36,7 @@ SoundFormat formatOf(int sampleRate, const AVChannelLayout& layout) {
 SoundReader::SoundReader(Asset movie)
     : movie_(std::move(movie)),
       name_(movie_.path().string()),
-      demuxer_(movie_.bytes(), soundTrackId(movie_)),
+      demuxer_(bytesOf(movie_), soundTrackId(movie_)),
       decoder_(openSoundDecoder(demuxer_.stream(), name_)) {
     findFormat();
 }
@@ -53,7 +54,7 @@ void SoundReader::findFormat() {
     if (format_.sampleRate <= 0 || format_.channels <= 0) {
         throw MediaError(MediaError::Cause::unsupported, name_ + ": its sound has no rate or no channels");
     }
-    const isobmff::Movie& movie = movie_.movie();
+    const isobmff::Movie& movie = movieOf(movie_);
     const isobmff::TrackTimeline timeline(*movie.firstTrack(isobmff::soundHandler), movie.timescale);
     for (const isobmff::ShownPiece& piece : timeline.pieces()) {
         edits_.push_back({frameOfTicks(piece.start), frameOfTicks(piece.end())});
@@ -175,12 +176,12 @@ void SoundReader::cutAtEditEnd() {
 
 void SoundReader::convertFrame() {
     prepareConverter();
-    const int room = ffmpeg::throwOnError(swr_get_out_samples(converter_.get(), frame_->nb_samples), name_);
+    const int room = throwOnError(swr_get_out_samples(converter_.get(), frame_->nb_samples), name_);
     block_.samples.resize(static_cast<std::size_t>(room) * static_cast<std::size_t>(format_.channels));
     auto* output = reinterpret_cast<std::uint8_t*>(block_.samples.data());
     auto** input = const_cast<const std::uint8_t**>(frame_->extended_data);
     const int frames =
-        ffmpeg::throwOnError(swr_convert(converter_.get(), &output, room, input, frame_->nb_samples), name_);
+        throwOnError(swr_convert(converter_.get(), &output, room, input, frame_->nb_samples), name_);
     block_.samples.resize(static_cast<std::size_t>(frames) * static_cast<std::size_t>(format_.channels));
 }
 
@@ -199,12 +200,12 @@ void SoundReader::prepareConverter() {
     av_channel_layout_default(&inputLayout, inputChannels_);
     av_channel_layout_default(&outputLayout, format_.channels);
     SwrContext* converter = nullptr;
-    ffmpeg::throwOnError(swr_alloc_set_opts2(&converter, &outputLayout, AV_SAMPLE_FMT_FLT, format_.sampleRate,
-                                             &inputLayout, static_cast<AVSampleFormat>(inputSampleFormat_),
-                                             inputRate_, 0, nullptr),
-                         name_);
+    throwOnError(swr_alloc_set_opts2(&converter, &outputLayout, AV_SAMPLE_FMT_FLT, format_.sampleRate,
+                                     &inputLayout, static_cast<AVSampleFormat>(inputSampleFormat_),
+                                     inputRate_, 0, nullptr),
+                 name_);
     converter_.reset(converter);
-    ffmpeg::throwOnError(swr_init(converter_.get()), name_, MediaError::Cause::unsupported);
+    throwOnError(swr_init(converter_.get()), name_, MediaError::Cause::unsupported);
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -12,10 +12,10 @@
 #include <span>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// Any stretch of a movie's first sound track as interleaved float samples, addressed by frame on the movie's
-/// presentation timeline. Internal to this folder; SoundRenderer is its public face.
+/// presentation timeline. Used by SoundRenderer.
 ///
 /// Reading on decodes on; reading elsewhere seeks, with enough decoded before it that the decoder has
 /// settled. One thread at a time.
@@ -55,11 +55,11 @@ private:
 
     Asset movie_;
     std::string name_;
-    ffmpeg::Demuxer demuxer_;
-    ffmpeg::CodecContext decoder_;
-    ffmpeg::Resampler converter_;
-    ffmpeg::Packet packet_ = ffmpeg::makePacket();
-    ffmpeg::Frame frame_ = ffmpeg::makeFrame();
+    Demuxer demuxer_;
+    CodecContext decoder_;
+    Resampler converter_;
+    Packet packet_ = makePacket();
+    Frame frame_ = makeFrame();
     SoundFormat format_;
     /// The track's edits, in frames.
     struct Edit {
@@ -78,4 +78,4 @@ private:
     bool inputEnded_ = false;
 };
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -21,7 +21,7 @@ struct FramePiece {
 /// stopped; the frames of a silence come from the sum of all silences, so that their fractions do not add up.
 std::vector<FramePiece> inFrames(std::span<const SoundPiece> pieces, int sampleRate) {
     const AVRational frame{1, sampleRate};
-    const auto frames = [&](const CMTime& time) { return ffmpeg::ticksOfTime(time, frame); };
+    const auto frames = [&](const CMTime& time) { return ticksOfTime(time, frame); };
     std::vector<FramePiece> result;
     CMTime silence = CMTime::zero();
     CMTime total = CMTime::zero();
@@ -117,4 +117,4 @@ std::size_t SoundRenderer::read(std::span<float> samples) {
     return implementation_->read(samples);
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -12,7 +12,7 @@
 #include <stop_token>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// How decoded sound is laid out.
 struct SoundFormat {
@@ -63,4 +63,4 @@ private:
     std::unique_ptr<Implementation> implementation_;
 };
 
-} // namespace zelvra
+} // namespace zelvra::media

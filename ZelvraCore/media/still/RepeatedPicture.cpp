@@ -8,7 +8,7 @@
 #include "ZelvraCore/bitstream/h264/ParameterSets.h"
 #include "ZelvraCore/bitstream/hevc/SliceHeader.h"
 
-namespace zelvra {
+namespace zelvra::media {
 
 using bitstream::BitReader;
 using bitstream::Bytes;
@@ -90,4 +90,4 @@ NalUnits RepeatedPicture::at(std::int64_t place) const {
     return picture;
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -9,7 +9,7 @@
 #include <span>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// NAL units without start codes or lengths, in order: a coded picture, or parameter sets.
 using NalUnits = std::vector<bitstream::Bytes>;
@@ -48,4 +48,4 @@ private:
     std::vector<std::vector<Field>> fields_; ///< of each slice, in order
 };
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <utility>
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -105,4 +105,4 @@ std::unique_ptr<StillEncoder> makeStillEncoder(VideoCodec codec,
                                      : makeX265StillEncoder(picture, format, frameDuration);
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

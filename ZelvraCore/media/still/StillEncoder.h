@@ -14,7 +14,7 @@
 #include <memory>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// Encodes one picture so that it can be shown for any length of time: a sync picture, and one that repeats
 /// it and costs next to nothing. How coarsely the first is quantised is the caller's to try out; see
@@ -80,4 +80,4 @@ std::unique_ptr<StillEncoder> makeStillEncoder(VideoCodec codec,
                                                const CodedPictureFormat& format,
                                                const FreezeEncoding& encoding, const CMTime& frameDuration);
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -2,11 +2,11 @@
 
 #pragma once
 
-/// The encoders behind StillEncoder, one for each codec. Internal to this folder.
+/// The implementations of StillEncoder, one for each codec.
 
 #include "ZelvraCore/media/still/StillEncoder.h"
 
-namespace zelvra {
+namespace zelvra::media {
 
 std::unique_ptr<StillEncoder> makeX264StillEncoder(const std::shared_ptr<const DecodedPicture>& picture,
                                                    const CodedPictureFormat& format,
@@ -16,4 +16,4 @@ std::unique_ptr<StillEncoder> makeX265StillEncoder(const std::shared_ptr<const D
                                                    const CodedPictureFormat& format,
                                                    const CMTime& frameDuration);
 
-} // namespace zelvra
+} // namespace zelvra::media

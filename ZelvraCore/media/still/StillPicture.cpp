@@ -10,7 +10,7 @@
 #include <cstring>
 #include <span>
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -382,4 +382,4 @@ DecodedPicture fitted(const DecodedPicture& picture, const CodedPictureFormat& f
     return coded;
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -10,7 +10,7 @@
 #include <memory>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// What a freeze clip shows, as an encoder takes it: the planes that the decoder gave wherever nothing has
 /// been drawn, and the drawn raster, converted, only elsewhere. So a frozen picture is the very picture
@@ -50,4 +50,4 @@ DecodedPicture fitted(const DecodedPicture& picture, const CodedPictureFormat& f
 /// One sample of a plane, whatever its depth.
 int sampleAt(const DecodedPicture::Plane& plane, int bitDepth, int x, int y);
 
-} // namespace zelvra
+} // namespace zelvra::media

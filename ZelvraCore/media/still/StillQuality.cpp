@@ -8,7 +8,7 @@
 #include <limits>
 #include <map>
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -161,4 +161,4 @@ StillTrial StillComparison::of(const StillEncoder::CodedPicture& coded) const {
     return result;
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -10,7 +10,7 @@
 #include <optional>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// How good a frozen picture must be, and the search for the coarsest quantiser that is good enough. Good
 /// first, then small: a freeze stands still beside moving pictures, so that every loss would show as a jump.
@@ -74,4 +74,4 @@ private:
     Region chroma_;
 };
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -11,7 +11,7 @@ extern "C" {
 #include <x264.h>
 }
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -223,4 +223,4 @@ std::unique_ptr<StillEncoder> makeX264StillEncoder(const std::shared_ptr<const D
     return std::make_unique<X264StillEncoder>(picture, format, encoding, frameDuration);
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

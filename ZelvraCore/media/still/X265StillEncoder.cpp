@@ -9,7 +9,7 @@
 #include <span>
 #include <x265.h>
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -168,4 +168,4 @@ std::unique_ptr<StillEncoder> makeX265StillEncoder(const std::shared_ptr<const D
     return std::make_unique<X265StillEncoder>(picture, format, frameDuration);
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

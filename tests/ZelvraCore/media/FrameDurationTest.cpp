@@ -7,7 +7,7 @@
 #include <limits>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 namespace {
 
 using Durations = std::vector<std::int64_t>;
@@ -73,4 +73,4 @@ TEST(FrameDurationFromRate, IsOneNthOfASecond) {
 }
 
 } // namespace
-} // namespace zelvra
+} // namespace zelvra::media

@@ -63,7 +63,7 @@ TEST(Orientation, WalkReadsEachSampleWhereTheTransformPutsIt) {
 }
 
 TEST(Orientation, TurnsWhereChromaWasSampled) {
-    using ffmpeg::turnedChromaLocation;
+    using media::turnedChromaLocation;
     constexpr int left = 1, centre = 2, topLeft = 3, top = 4, bottomLeft = 5, bottom = 6;
     EXPECT_EQ(turnedChromaLocation(0, {}), 0);
     EXPECT_EQ(turnedChromaLocation(0, {false, 1}), top); // unstated means left

@@ -5,6 +5,7 @@
 #include "ZelvraCore/FreezeClipEncoder.h"
 #include "ZelvraCore/OverlayRasteriser.h"
 #include "ZelvraCore/SourceProbe.h"
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tests/support/Files.h"
@@ -258,7 +259,7 @@ TEST(ReencodeExport, KeepsWhenAndWhereItWasTaken) {
         job.container = container;
         exportReencoded(source, job);
         const nlohmann::json tags = probe(job.output, {"-show_format"}).at("format").at("tags");
-        EXPECT_EQ(Asset(job.output).movie().creationTime, source.movie().creationTime);
+        EXPECT_EQ(media::movieOf(Asset(job.output)).creationTime, media::movieOf(source).creationTime);
         EXPECT_THAT(tags.at("creation_time"), testing::StartsWith("2024-05-06T07:08:09"));
         EXPECT_EQ(tags.at("com.apple.quicktime.location.ISO6709"), "+52.5+013.4/");
     }

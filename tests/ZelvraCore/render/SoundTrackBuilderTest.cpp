@@ -3,6 +3,7 @@
 #include "ZelvraCore/render/SoundTrackBuilder.h"
 
 #include "ZelvraCore/isobmff/MovieReader.h"
+#include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/passthrough/file/MovieFileWriter.h"
 #include "ZelvraCore/records/MediaError.h"
 #include "tests/support/BoxTree.h"
@@ -34,7 +35,7 @@ WrittenSound writeSound(const std::filesystem::path& source, const std::filesyst
     OutputMovie movie;
     movie.container = container;
     movie.tracks.push_back(sound.builder->build(editStart, spool));
-    passthrough::writeMovieFile(movie, {asset.bytes(), spool}, output);
+    passthrough::writeMovieFile(movie, {media::bytesOf(asset), spool}, output);
     return {movie.tracks.front(), sound.notice};
 }
 

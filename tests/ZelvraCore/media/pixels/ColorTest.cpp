@@ -14,7 +14,7 @@ extern "C" {
 namespace zelvra {
 namespace {
 
-using namespace ffmpeg;
+using namespace media;
 
 using Rgb = std::array<double, 3>;
 

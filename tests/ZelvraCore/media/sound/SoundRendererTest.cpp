@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvra {
+namespace zelvra::media {
 namespace {
 
 using namespace test;
@@ -132,4 +132,4 @@ INSTANTIATE_TEST_SUITE_P(
                     EncoderCase{37800, 4, 44100, 4, 512'000}));
 
 } // namespace
-} // namespace zelvra
+} // namespace zelvra::media

@@ -11,6 +11,8 @@
 namespace zelvra::test {
 namespace {
 
+using namespace media;
+
 TEST(StillPicture, IsTheDecodersOwnWhereNothingWasDrawn) {
     const Image image = imageOf(texturedPicture(64, 48));
     EXPECT_EQ(stillPicture(image).picture.get(), image.decoded());

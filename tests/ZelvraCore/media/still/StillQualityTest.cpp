@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace zelvra {
+namespace zelvra::media {
 namespace {
 
 /// A picture whose quality falls by `loss` dB a step from `best` at quantiser 0, and whose size halves
@@ -59,4 +59,4 @@ TEST(ChooseQuantiser, MindsTheTintToo) {
 }
 
 } // namespace
-} // namespace zelvra
+} // namespace zelvra::media

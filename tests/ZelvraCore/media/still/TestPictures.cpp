@@ -13,6 +13,8 @@ namespace zelvra::test {
 
 namespace {
 
+using namespace media;
+
 DecodedPicture::Plane texturedPlane(int width, int height, int bitDepth, double phase) {
     const std::size_t bytes = bitDepth > 8 ? 2 : 1;
     // Rows with padding, as decoders have.

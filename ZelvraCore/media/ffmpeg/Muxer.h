@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-namespace zelvra {
+namespace zelvra::media {
 
 /// What a video track's index says beside its samples.
 struct VideoTrackFormat {
@@ -52,7 +52,7 @@ struct CodedSample {
 ///
 /// Used by one thread at a time. Failures are thrown as MediaError::unwritable. A writer that is not finished
 /// leaves a broken file behind.
-class MovieWriter {
+class Muxer {
 public:
     struct Options {
         MovieContainer container = MovieContainer::quickTime;
@@ -63,10 +63,10 @@ public:
     };
 
     /// Creates the file, replacing one that is there.
-    MovieWriter(const std::filesystem::path& movie, Options options);
-    MovieWriter(MovieWriter&&) noexcept;
-    MovieWriter& operator=(MovieWriter&&) noexcept;
-    ~MovieWriter();
+    Muxer(const std::filesystem::path& movie, Options options);
+    Muxer(Muxer&&) noexcept;
+    Muxer& operator=(Muxer&&) noexcept;
+    ~Muxer();
 
     /// All tracks are added before the first sample. The result names the track to `write`.
     std::size_t addTrack(const VideoTrackFormat& format);
@@ -83,4 +83,4 @@ private:
     std::unique_ptr<Implementation> implementation_;
 };
 
-} // namespace zelvra
+} // namespace zelvra::media

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ZelvraCore/media/ffmpeg/MovieWriter.h"
+#include "ZelvraCore/media/ffmpeg/Muxer.h"
 
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 
 #include <algorithm>
 #include <cstring>
 
-namespace zelvra {
+namespace zelvra::media {
 
 namespace {
 
@@ -39,7 +39,7 @@ void setExtradata(AVCodecParameters& parameters, std::span<const std::uint8_t> b
 
 } // namespace
 
-class MovieWriter::Implementation {
+class Muxer::Implementation {
 public:
     Implementation(const std::filesystem::path& movie, Options options)
         : name_(movie.string()), options_(std::move(options)) {
@@ -144,38 +144,38 @@ private:
         throwIfFailed(avformat_write_header(context_.get(), options.entries()));
     }
 
-    void throwIfFailed(int code) const { ffmpeg::throwOnError(code, "cannot write " + name_, unwritable); }
+    void throwIfFailed(int code) const { throwOnError(code, "cannot write " + name_, unwritable); }
 
     std::string name_;
     Options options_;
-    ffmpeg::OutputFile file_;
-    ffmpeg::OutputContext context_;
-    ffmpeg::Packet packet_ = ffmpeg::makePacket();
+    OutputFile file_;
+    OutputContext context_;
+    Packet packet_ = makePacket();
     std::vector<std::int32_t> timescales_; ///< of the samples given, by track
     std::int32_t videoTimescale_ = 0;
     bool begun_ = false;
 };
 
-MovieWriter::MovieWriter(const std::filesystem::path& movie, Options options)
+Muxer::Muxer(const std::filesystem::path& movie, Options options)
     : implementation_(std::make_unique<Implementation>(movie, std::move(options))) {}
-MovieWriter::MovieWriter(MovieWriter&&) noexcept = default;
-MovieWriter& MovieWriter::operator=(MovieWriter&&) noexcept = default;
-MovieWriter::~MovieWriter() = default;
+Muxer::Muxer(Muxer&&) noexcept = default;
+Muxer& Muxer::operator=(Muxer&&) noexcept = default;
+Muxer::~Muxer() = default;
 
-std::size_t MovieWriter::addTrack(const VideoTrackFormat& format) {
+std::size_t Muxer::addTrack(const VideoTrackFormat& format) {
     return implementation_->addTrack(format);
 }
 
-std::size_t MovieWriter::addTrack(const SoundTrackFormat& format) {
+std::size_t Muxer::addTrack(const SoundTrackFormat& format) {
     return implementation_->addTrack(format);
 }
 
-void MovieWriter::write(std::size_t track, const CodedSample& sample) {
+void Muxer::write(std::size_t track, const CodedSample& sample) {
     implementation_->write(track, sample);
 }
 
-void MovieWriter::finish() {
+void Muxer::finish() {
     implementation_->finish();
 }
 
-} // namespace zelvra
+} // namespace zelvra::media

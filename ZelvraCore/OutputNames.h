@@ -38,8 +38,8 @@ struct OutputFolder {
     std::string customFolderPath = {};                ///< absolute; the source's own folder if empty
 };
 
-/// The file that an export of `source` writes: of the whole source, or of its marked clip of that number
-/// (from 1). "game.mp4" gives "game_highlighted.mp4" and "game_clip_01_highlighted.mp4".
+/// The file that an export of `source` writes: of the whole source, or of its marked clip with that number
+/// (from 1). For "game.mp4" these are "game_highlighted.mp4" and "game_clip_01_highlighted.mp4".
 std::filesystem::path outputPath(const OutputFolder& folder, const std::filesystem::path& source,
                                  std::optional<int> clipNumber = {});
 

@@ -48,7 +48,7 @@ private:
         return maximum(cursor_, afterPictures ? moment : appearance(*frames_.containing(moment)));
     }
 
-    /// When a picture of the range comes on screen.
+    /// The time at which a picture of the range appears on screen.
     CMTime appearance(const FrameIndex::Frame& picture) const {
         return picture.index > frames_.containing(start_)->index ? picture.time : start_;
     }

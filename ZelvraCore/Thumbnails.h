@@ -24,9 +24,9 @@ struct ThumbnailRequest {
 /// Takes the thumbnail of stretch `index`, 0 to count - 1 in order.
 using ThumbnailReceiver = std::function<void(std::size_t index, const Image& thumbnail)>;
 
-/// Makes all thumbnails and hands out each as soon as it is there, on the calling thread. A stretch whose
-/// sync sample cannot be decoded gets the thumbnail before it, or none. Returns early, without an error, when
-/// `stop` asks for it. Nothing is made for a count or height below 1.
+/// Makes all thumbnails and passes each to `receive` as soon as it is ready, on the calling thread. A stretch
+/// whose sync sample cannot be decoded gets the previous thumbnail, or none. Returns early, without an error,
+/// if `stop` is requested. Makes nothing for a count or height below 1.
 ///
 /// Blocks; any thread. Throws MediaError, ZVError::noVideoTrack, and what `receive` throws.
 void makeThumbnails(const Asset& asset, const ThumbnailRequest& request, const ThumbnailReceiver& receive,

@@ -18,8 +18,8 @@ struct SoundPiece {
     CMTime duration;
 };
 
-/// No finished movie's sound is longer. What asks for more comes from a damaged index, whose gaps would be
-/// filled with silence for ever.
+/// The maximum length of a finished movie's sound. A longer one results from a damaged index, whose gaps
+/// would otherwise be filled with endless silence.
 inline constexpr CMTime longestSound{std::int64_t{48} * 3600, 1};
 
 } // namespace zelvra

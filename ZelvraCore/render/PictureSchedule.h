@@ -10,8 +10,8 @@
 
 namespace zelvra {
 
-/// The pictures of a movie that is encoded anew, one after another, in ticks of that movie, and its sound.
-/// Plain values.
+/// The pictures of a re-encoded movie in order, with times in ticks of that movie, and its sound. Plain
+/// values.
 struct PictureSchedule {
     /// One picture of the source, or the frames of one freeze.
     struct Run {

@@ -28,7 +28,7 @@ TEST(Thumbnails, AreTheSyncFramesBeforeEachMiddle) {
     EXPECT_EQ(numbersOf({.frames = 120, .codec = MovieCodec::hevc, .gop = 15}, 6, 90), expected);
 }
 
-TEST(Thumbnails, StandUpright) {
+TEST(Thumbnails, AreUpright) {
     EXPECT_EQ(numbersOf({.orientation = Orientation::quarterTurn}, 2, 90),
               (std::vector<std::optional<int>>{0, 30}));
 }

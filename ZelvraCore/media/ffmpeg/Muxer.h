@@ -17,7 +17,7 @@
 
 namespace zelvra::media {
 
-/// What a video track's index says beside its samples.
+/// The properties of a video track that its index states in addition to its samples.
 struct VideoTrackFormat {
     VideoCodec codec = VideoCodec::h264;
     int width = 0; ///< visible, in the picture's own pixels
@@ -47,17 +47,17 @@ struct CodedSample {
     bool sync = true;
 };
 
-/// Writes coded samples into a new movie file, at exactly the times given. It knows no encoder; movies whose
+/// Writes coded samples into a new movie file, at exactly the given times. It has no encoder. Movies whose
 /// samples come from another movie are written by the passthrough writer instead.
 ///
-/// Used by one thread at a time. Failures are thrown as MediaError::unwritable. A writer that is not finished
-/// leaves a broken file behind.
+/// One thread at a time. Failures are thrown as MediaError::unwritable. A writer that is not finished leaves
+/// a broken file.
 class Muxer {
 public:
     struct Options {
         MovieContainer container = MovieContainer::quickTime;
         bool indexFirst = false;       ///< costs a second pass over the file when it is finished
-        std::int32_t timescale = 1000; ///< of the movie, in which its duration is told
+        std::int32_t timescale = 1000; ///< of the movie, in which its duration is stored
         /// By FFmpeg's names: "creation_time", "location" ...
         std::map<std::string, std::string> metadata;
     };

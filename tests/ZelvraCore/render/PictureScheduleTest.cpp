@@ -25,7 +25,7 @@ Highlight freezeAt(int ticks, const CMTime& duration) {
     return {Uuid::random(), CMTime(ticks, 100), duration, {}};
 }
 
-TEST(PictureSchedule, GivesPicturesTheirOwnTimesAndShowsTheLastOneAgainInATail) {
+TEST(PictureSchedule, KeepsTheTimesOfPicturesAndRepeatsTheLastOneInATail) {
     const auto range = CMTimeRange::fromStartToEnd(CMTime(10, 100), CMTime(150, 100));
     const std::vector<Highlight> highlights{freezeAt(45, CMTime(4, 20)), freezeAt(120, CMTime(2, 20))};
     const PictureSchedule schedule = scheduleOf(range, highlights, CMTime(1, 20));

@@ -45,7 +45,7 @@ TEST(ContainerForms, KeepPlaceAndDateButNoChapters) {
     EXPECT_EQ(userDataFor(Container::mpeg4, source), joined({box("udta", place), box("uuid", Bytes(16, 9))}));
 }
 
-TEST(ContainerForms, LeaveOutUserDataThatLiesAboutItsSize) {
+TEST(ContainerForms, LeaveOutUserDataOfAWrongSize) {
     Bytes broken = box("udta", box("name", Bytes(4, 1)));
     broken[11] = 200; // the item inside
     EXPECT_TRUE(userDataFor(Container::mpeg4, broken).empty());

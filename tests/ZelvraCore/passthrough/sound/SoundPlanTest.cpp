@@ -128,7 +128,7 @@ TEST(SoundPlan, IsSilentThroughoutFreezesAtBothEnds) {
     EXPECT_GE(sound[0].decodeTime - plan.editStart, rate - packet - packet / 2);
 }
 
-TEST(SoundPlan, FillsWhereTheSourceIsSilent) {
+TEST(SoundPlan, FillsGapsOfTheSourceWithSilence) {
     const isobmff::Track track = aacTrack(100);
     SoundSource source = aacSource(track);
     source.shown.start = rate; // an empty edit of a second
@@ -144,7 +144,7 @@ TEST(SoundPlan, FillsWhereTheSourceIsSilent) {
     EXPECT_LE(plan.runs.front().duration, plan.editStart) << "what is no whole packet is hidden";
 }
 
-TEST(SoundPlan, StaysSilentWhereTheRangeHasNoSound) {
+TEST(SoundPlan, StaysSilentIfTheRangeHasNoSound) {
     const isobmff::Track track = aacTrack(10);
     const SoundPlan plan = planSound(aacSource(track), Pieces{play(seconds(5), seconds(6))}, CMTime::zero());
     expectGapless(plan);

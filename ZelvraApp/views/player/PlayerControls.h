@@ -52,8 +52,8 @@ public:
 
     Q_INVOKABLE void togglePlaying();
     /// A drag to that moment, in seconds; a movie that plays waits for the drag's end.
-    Q_INVOKABLE void scrub(double seconds);
-    Q_INVOKABLE void endScrub(double seconds);
+    void scrub(double seconds);
+    void endScrub(double seconds);
     /// By that many frames; pauses.
     Q_INVOKABLE void step(int frames);
 
@@ -70,7 +70,6 @@ Q_SIGNALS:
 
 private:
     Player& player() const { return session_->state()->player(); }
-    void seek(const CMTime& time);
     void pause();
     void shuttleForward();
     void shuttleBackward();

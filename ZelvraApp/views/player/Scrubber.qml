@@ -14,29 +14,28 @@ Item {
     required property PlayerControls controls
     readonly property alias pressed: area.pressed
 
-    readonly property double fraction: area.pressed ? fractionAt(area.mouseX) : session.duration > 0 ? Math.min(1, session.currentSeconds / session.duration) : 0
-
-    function fractionAt(x: double): double {
-        return Math.max(0, Math.min(1, x / width));
-    }
-    function secondsAt(x: double): double {
-        return fractionAt(x) * session.duration;
-    }
-
     implicitHeight: 24
     Accessible.role: Accessible.Slider
     Accessible.name: qsTr("Position")
+
+    ScrubberModel {
+        id: line
+
+        session: scrubber.session
+        controls: scrubber.controls
+        width: scrubber.width
+    }
 
     FilledTrack {
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width
         height: area.containsMouse || area.pressed ? 6 : 4
         color: Theme.pictureTrack
-        filled: scrubber.fraction * width
+        filled: line.playheadX
         fillColor: Theme.pictureInk
     }
     Rectangle {
-        x: scrubber.fraction * parent.width - width / 2
+        x: line.playheadX - width / 2
         anchors.verticalCenter: parent.verticalCenter
         width: area.pressed ? 14 : 12
         height: width
@@ -49,13 +48,13 @@ Item {
         anchors.fill: parent
         hoverEnabled: true
         preventStealing: true
-        onPressed: mouse => scrubber.controls.scrub(scrubber.secondsAt(mouse.x))
+        onPressed: mouse => line.pull(mouse.x)
         onPositionChanged: mouse => {
             if (pressed)
-                scrubber.controls.scrub(scrubber.secondsAt(mouse.x));
+                line.pull(mouse.x);
         }
-        onReleased: mouse => scrubber.controls.endScrub(scrubber.secondsAt(mouse.x))
-        onCanceled: scrubber.controls.endScrub(scrubber.secondsAt(mouseX))
+        onReleased: mouse => line.release(mouse.x)
+        onCanceled: line.release(mouseX)
     }
     Rectangle {
         visible: area.containsMouse || area.pressed
@@ -71,7 +70,7 @@ Item {
 
             objectName: "hoverTime"
             anchors.centerIn: parent
-            text: scrubber.session.timecodeOf(scrubber.secondsAt(area.mouseX))
+            text: line.timecodeAt(area.mouseX)
             color: Theme.pictureInk
             font.pixelSize: Theme.smallCaption
         }

@@ -13,17 +13,13 @@ Item {
     required property Session session
     required property TrimView trim
 
-    readonly property double inX: session.duration > 0 ? trim.inSeconds / session.duration * strip.width : 0
-    readonly property double outX: session.duration > 0 ? trim.outSeconds / session.duration * strip.width : 0
-
     implicitHeight: 118
 
     component EndHandle: Rectangle {
         id: handle
 
         property string tip
-        property double seconds
-        signal dragged(seconds: double)
+        required property int end
 
         width: 14
         height: strip.height + 8
@@ -35,14 +31,7 @@ Item {
         border.color: Theme.focusRing
         Accessible.role: Accessible.Slider
         Accessible.name: handle.tip
-        Keys.onPressed: event => {
-            const step = event.key === Qt.Key_Left ? -1 : event.key === Qt.Key_Right ? 1 : 0;
-            if (step !== 0) {
-                handle.dragged(handle.seconds + step * (event.modifiers & Qt.ShiftModifier ? 1 : 0.1));
-                bar.trim.endDrag();
-                event.accepted = true;
-            }
-        }
+        Keys.onPressed: event => event.accepted = bar.trim.nudge(handle.end, event.key, event.modifiers)
 
         Rectangle {
             anchors.centerIn: parent
@@ -52,21 +41,18 @@ Item {
             color: Theme.trimHandleInk
         }
         MouseArea {
-            property double offset: 0
-
             anchors.fill: parent
             anchors.margins: -4
             cursorShape: Qt.SizeHorCursor
             hoverEnabled: true
             preventStealing: true
-            // Where the handle was taken stays under the pointer.
             onPressed: mouse => {
                 handle.forceActiveFocus();
-                offset = mapToItem(strip, mouse.x, 0).x - handle.seconds / bar.session.duration * strip.width;
+                bar.trim.beginDrag(handle.end, mapToItem(strip, mouse.x, 0).x);
             }
             onPositionChanged: mouse => {
                 if (pressed)
-                    handle.dragged((mapToItem(strip, mouse.x, 0).x - offset) / strip.width * bar.session.duration);
+                    bar.trim.dragTo(mapToItem(strip, mouse.x, 0).x);
             }
             onReleased: bar.trim.endDrag()
             onCanceled: bar.trim.endDrag()
@@ -75,6 +61,11 @@ Item {
 
     PictureCard {
         anchors.fill: parent
+    }
+    Binding {
+        target: bar.trim
+        property: "width"
+        value: strip.width
     }
     TapHandler {
         gesturePolicy: TapHandler.ReleaseWithinBounds
@@ -90,27 +81,27 @@ Item {
         session: bar.session
 
         Rectangle {
-            width: bar.inX
+            width: bar.trim.inX
             height: parent.height
             color: Theme.shade
         }
         Rectangle {
-            x: bar.outX
+            x: bar.trim.outX
             width: parent.width - x
             height: parent.height
             color: Theme.shade
         }
         Rectangle {
-            x: bar.inX
+            x: bar.trim.inX
             y: -4
-            width: bar.outX - bar.inX
+            width: bar.trim.outX - bar.trim.inX
             height: parent.height + 8
             color: "transparent"
             border.width: 4
             border.color: Theme.trimHandle
         }
         Rectangle {
-            x: bar.session.duration > 0 ? bar.session.currentSeconds / bar.session.duration * parent.width - 1 : 0
+            x: bar.trim.playheadX - width / 2
             y: -2
             width: 2
             height: parent.height + 4
@@ -118,17 +109,15 @@ Item {
         }
         EndHandle {
             objectName: "trimInHandle"
-            x: bar.inX - width
-            seconds: bar.trim.inSeconds
+            x: bar.trim.inX - width
+            end: TrimView.In
             tip: qsTr("Start of the trim")
-            onDragged: seconds => bar.trim.dragIn(seconds)
         }
         EndHandle {
             objectName: "trimOutHandle"
-            x: bar.outX
-            seconds: bar.trim.outSeconds
+            x: bar.trim.outX
+            end: TrimView.Out
             tip: qsTr("End of the trim")
-            onDragged: seconds => bar.trim.dragOut(seconds)
         }
     }
     RowLayout {

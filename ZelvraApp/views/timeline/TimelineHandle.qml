@@ -9,12 +9,6 @@ Rectangle {
     id: handle
 
     required property real centerX
-    // `held`: the key repeats.
-    signal nudged(seconds: real, held: bool)
-
-    function nudge(event: KeyEvent, direction: int) {
-        handle.nudged(direction * (event.modifiers & Qt.ShiftModifier ? 1 : 0.1), event.isAutoRepeat);
-    }
 
     x: centerX - width / 2
     anchors.verticalCenter: parent?.verticalCenter
@@ -27,8 +21,6 @@ Rectangle {
     activeFocusOnTab: true
     Accessible.role: Accessible.Slider
     Accessible.focusable: true
-    Keys.onLeftPressed: event => handle.nudge(event, -1)
-    Keys.onRightPressed: event => handle.nudge(event, 1)
 
     FocusRing {
         visible: handle.activeFocus

@@ -59,14 +59,14 @@ Item {
         Accessible.name: "Clip start"
         centerX: strip.startHandleX
         visible: strip.showsHandles
-        onNudged: (seconds, held) => strip.nudgeStart(seconds, held)
+        Keys.onPressed: event => event.accepted = strip.nudgeStart(event.key, event.modifiers, event.isAutoRepeat)
     }
     TimelineHandle {
         objectName: "trimEndHandle"
         Accessible.name: "Clip end"
         centerX: strip.endHandleX
         visible: strip.showsHandles
-        onNudged: (seconds, held) => strip.nudgeEnd(seconds, held)
+        Keys.onPressed: event => event.accepted = strip.nudgeEnd(event.key, event.modifiers, event.isAutoRepeat)
     }
     TimelineMarks {
         id: dots

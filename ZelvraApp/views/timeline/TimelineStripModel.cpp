@@ -4,6 +4,7 @@
 
 #include "ZelvraApp/bridge/SessionModels.h"
 #include "ZelvraApp/session/Colors.h"
+#include "ZelvraApp/views/HandleKeys.h"
 
 #include <algorithm>
 #include <cmath>
@@ -256,23 +257,23 @@ bool TimelineStripModel::overDot() const {
 
 // ---- Keys
 
-void TimelineStripModel::nudgeStart(double seconds, bool keyWasHeld) {
-    nudge(Edge::start, seconds, keyWasHeld);
+bool TimelineStripModel::nudgeStart(int key, int modifiers, bool keyWasHeld) {
+    return nudge(Edge::start, handleStep(key, modifiers), keyWasHeld);
 }
 
-void TimelineStripModel::nudgeEnd(double seconds, bool keyWasHeld) {
-    nudge(Edge::end, seconds, keyWasHeld);
+bool TimelineStripModel::nudgeEnd(int key, int modifiers, bool keyWasHeld) {
+    return nudge(Edge::end, handleStep(key, modifiers), keyWasHeld);
 }
 
-void TimelineStripModel::nudge(Edge edge, double seconds, bool keyWasHeld) {
+bool TimelineStripModel::nudge(Edge edge, std::optional<double> seconds, bool keyWasHeld) {
     const auto now = trim();
-    if (!now || draggingEdge()) {
-        return;
+    if (seconds && now && !draggingEdge()) {
+        if (!keyWasHeld) {
+            session_->state()->pushUndo();
+        }
+        dragEdge(edge, (edge == Edge::start ? now->lo : now->hi) + *seconds);
     }
-    if (!keyWasHeld) {
-        session_->state()->pushUndo();
-    }
-    dragEdge(edge, (edge == Edge::start ? now->lo : now->hi) + seconds);
+    return seconds.has_value();
 }
 
 void TimelineStripModel::goToDot(int step) {

@@ -44,8 +44,7 @@ class TimelineStripModel : public QObject {
     Q_PROPERTY(double tipX READ tipX NOTIFY hoverChanged)
     Q_PROPERTY(bool overHandle READ overHandle NOTIFY hoverChanged)
     Q_PROPERTY(bool overDot READ overDot NOTIFY hoverChanged)
-    /// The dot that keys act on, by its place; -1 where there is none.
-    Q_PROPERTY(int currentDot READ currentDot NOTIFY currentDotChanged)
+    /// Of the dot that keys act on.
     Q_PROPERTY(QString currentDotTip READ currentDotTip NOTIFY currentDotChanged)
 
 public:
@@ -80,6 +79,7 @@ public:
     double tipX() const;
     bool overHandle() const;
     bool overDot() const;
+    /// The dot that keys act on, by its place; -1 if there is none.
     int currentDot() const { return currentDot_; }
     QString currentDotTip() const;
 
@@ -97,9 +97,10 @@ public:
     Q_INVOKABLE void release(double x, double y);
     Q_INVOKABLE void cancel();
 
-    // Keys. Nudges that follow each other while the key is held are one step of undo.
-    Q_INVOKABLE void nudgeStart(double seconds, bool keyWasHeld);
-    Q_INVOKABLE void nudgeEnd(double seconds, bool keyWasHeld);
+    // Keys. An arrow key nudges the edge whose handle has the focus; false for any other key. Nudges that
+    // follow each other while the key is held are one step of undo.
+    Q_INVOKABLE bool nudgeStart(int key, int modifiers, bool keyWasHeld);
+    Q_INVOKABLE bool nudgeEnd(int key, int modifiers, bool keyWasHeld);
     Q_INVOKABLE void goToDot(int step);
     Q_INVOKABLE void editCurrentDot();
 
@@ -129,7 +130,7 @@ private:
     void beginDrag();
     void endDrag();
     void dragEdge(Edge edge, double toSeconds);
-    void nudge(Edge edge, double seconds, bool keyWasHeld);
+    bool nudge(Edge edge, std::optional<double> seconds, bool keyWasHeld);
 
     QPointer<Session> session_;
     TimelineAxis axis_;

@@ -71,8 +71,8 @@ PreferenceStore::PreferenceStore(const std::filesystem::path& file, QObject* par
     : QObject(parent), file_(std::filesystem::absolute(file)) {
     QDir().mkpath(QFileInfo(textOf(file_)).path());
     values_ = readContent(textOf(file_)).values;
-    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, &PreferenceStore::noticeOtherHands);
-    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &PreferenceStore::noticeOtherHands);
+    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, &PreferenceStore::reload);
+    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &PreferenceStore::reload);
     watch();
 }
 
@@ -85,9 +85,6 @@ void PreferenceStore::write(const Changes& changes) {
     Content content = readContent(fileName);
     const bool known = content.state == Content::State::intact || content.state == Content::State::missing;
     QJsonObject values = known ? content.values : values_;
-    for (const QString& key : changes.removed_) {
-        values.remove(key);
-    }
     for (auto value = changes.values_.begin(); value != changes.values_.end(); ++value) {
         values.insert(value.key(), value.value());
     }
@@ -107,7 +104,7 @@ void PreferenceStore::replaceValues(QJsonObject values) {
     Q_EMIT changed();
 }
 
-void PreferenceStore::noticeOtherHands() {
+void PreferenceStore::reload() {
     watch();
     const Content content = readContent(textOf(file_));
     // A file that an editor is half through writing looks garbled for a moment. What was read before holds.

@@ -8,7 +8,6 @@
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QObject>
-#include <QStringList>
 
 #include <filesystem>
 #include <optional>
@@ -47,21 +46,13 @@ public:
     public:
         template <class Value>
         Changes& set(const PreferenceKey<Value>& key, const Value& value) {
-            removed_.removeAll(QLatin1String(key.name));
             values_.insert(QLatin1String(key.name), value);
-            return *this;
-        }
-        template <class Value>
-        Changes& remove(const PreferenceKey<Value>& key) {
-            values_.remove(QLatin1String(key.name));
-            removed_.append(QLatin1String(key.name));
             return *this;
         }
 
     private:
         friend class PreferenceStore;
         QJsonObject values_;
-        QStringList removed_;
     };
     void write(const Changes& changes);
 
@@ -79,7 +70,7 @@ private:
     static std::optional<Value> valueAs(const QJsonValue& value);
 
     void replaceValues(QJsonObject values);
-    void noticeOtherHands();
+    void reload();
     void watch();
 
     std::filesystem::path file_;

@@ -87,7 +87,7 @@ void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
     underWay_.reset();
     stepping_ = false;
     setMuted(muted_);
-    complaint_.clear();
+    firstLogMessage_.clear();
     failure_.reset();
     entryStarted_ = false;
     startedAgain_ = false;
@@ -442,8 +442,8 @@ void Player::handle(const mpv_event& event) {
         break;
     }
     case MPV_EVENT_LOG_MESSAGE:
-        if (state_ == State::loading && complaint_.isEmpty()) {
-            complaint_ =
+        if (state_ == State::loading && firstLogMessage_.isEmpty()) {
+            firstLogMessage_ =
                 QString::fromUtf8(static_cast<const mpv_event_log_message*>(event.data)->text).trimmed();
         }
         break;
@@ -531,7 +531,7 @@ void Player::becomeReady() {
 }
 
 void Player::fail(const QString& reason) {
-    const QString cause = complaint_.isEmpty() ? reason : complaint_;
+    const QString cause = firstLogMessage_.isEmpty() ? reason : firstLogMessage_;
     const QString name = QString::fromStdString(item_->path.filename().string());
     entry_ = 0;
     state_ = State::failed;

@@ -77,7 +77,6 @@ public:
     double rate() const { return rate_; }
     /// 0.01 to 100; a playing movie takes it at once.
     void setDefaultRate(double rate);
-    double defaultRate() const { return defaultRate_; }
 
     /// Linear gain, 0 to 1.
     void setVolume(double volume);
@@ -173,7 +172,7 @@ private:
     std::int64_t entry_ = 0; ///< the core's name of the item; its events of earlier ones are ignored
     bool entryStarted_ = false;
     bool startedAgain_ = false;
-    QString complaint_; ///< the core's first one while loading
+    QString firstLogMessage_; ///< of the core while it loads the item
     /// The core's word for what ended the item. Told after all else that the core has to say: its messages,
     /// which name the cause, come behind its events.
     std::optional<QString> failure_;

@@ -293,14 +293,14 @@ private:
     void dropRoughClip(const CMTime& start);
 
     // Export
-    struct Export;
+    struct ExportJob;
     QCoro::Task<> exportSingleClip();
     QCoro::Task<> exportMarkedClips();
     bool prepareOutputs(const std::vector<std::filesystem::path>& outputs, const QString& refusal);
     void beginExporting();
     void finishExporting(std::filesystem::path lastFile);
     void failExporting(const QString& line);
-    QCoro::Task<std::filesystem::path> render(Export job);
+    QCoro::Task<std::filesystem::path> render(ExportJob job);
 
     PreferenceStore& preferences_;
     ShellServices services_;

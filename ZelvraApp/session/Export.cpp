@@ -11,7 +11,7 @@
 namespace zelvra {
 
 /// One file of an export.
-struct AppState::Export {
+struct AppState::ExportJob {
     std::shared_ptr<const Asset> source; ///< as it was when the export began
     std::vector<Highlight> highlights;
     std::optional<CMTimeRange> range;
@@ -38,10 +38,10 @@ QCoro::Task<> AppState::exportMovies() {
 
 QCoro::Task<> AppState::exportSingleClip() {
     const OutputLocation location = OutputLocation::loadFromUserDefaults(preferences_);
-    Export job{.source = asset_,
-               .highlights = highlights_,
-               .range = trimRange_,
-               .output = location.resolveOutputURL(*videoFile_)};
+    ExportJob job{.source = asset_,
+                  .highlights = highlights_,
+                  .range = trimRange_,
+                  .output = location.resolveOutputURL(*videoFile_)};
     if (!prepareOutputs({job.output}, QStringLiteral("Export failed: "))) {
         co_return;
     }
@@ -81,12 +81,12 @@ QCoro::Task<> AppState::exportMarkedClips() {
     const double share = 1.0 / static_cast<double>(clips.size());
     std::filesystem::path written;
     for (std::size_t k = 0; k < clips.size(); ++k) {
-        Export job{.source = source,
-                   .highlights = clips[k].highlights,
-                   .range = clips[k].range,
-                   .output = outputs[k],
-                   .progressStart = static_cast<double>(k) * share,
-                   .progressLength = share};
+        ExportJob job{.source = source,
+                      .highlights = clips[k].highlights,
+                      .range = clips[k].range,
+                      .output = outputs[k],
+                      .progressStart = static_cast<double>(k) * share,
+                      .progressLength = share};
         QString failure;
         try {
             QCoro::Task<std::filesystem::path> rendering = render(std::move(job));
@@ -147,7 +147,7 @@ void AppState::failExporting(const QString& line) {
 
 /// Renders one file from the open asset, so that the index of a long recording is read once for all its
 /// clips. Throws what the engine throws.
-QCoro::Task<std::filesystem::path> AppState::render(Export job) {
+QCoro::Task<std::filesystem::path> AppState::render(ExportJob job) {
     RenderOptions options;
     options.sourceRange = job.range;
     // Read anew for each file: a user may change it between two clips.

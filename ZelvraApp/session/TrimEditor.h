@@ -15,9 +15,6 @@ namespace zelvra {
 /// Main thread. `player` outlives it.
 class TrimEditor : public PlayerView {
     Q_OBJECT
-    Q_PROPERTY(bool isActive READ isActive NOTIFY changed)
-    Q_PROPERTY(zelvra::CMTime inPoint READ inPoint NOTIFY changed)
-    Q_PROPERTY(zelvra::CMTime outPoint READ outPoint NOTIFY changed)
 
 public:
     explicit TrimEditor(Player& player, QObject* parent = nullptr);

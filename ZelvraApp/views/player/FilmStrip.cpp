@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace zelvra {
 
@@ -91,35 +90,28 @@ void FilmStrip::refresh() {
     const double one = pixels.height() * shape.width / std::max(1.0, shape.height);
     const auto count = static_cast<int>(std::lround(std::max(1.0, pixels.width() / std::max(1.0, one))));
     thumbnails_.assign(static_cast<std::size_t>(count), {});
-    setComplete(false);
     update();
 
-    // Called on the worker's thread; the program outlives the workers, this item need not.
-    const auto tell = [self = QPointer(this), stop = stop_.get_token()](auto what) {
+    // Called on the worker thread. The program outlives the workers; this item may not.
+    const auto show = [self = QPointer(this), stop = stop_.get_token()](std::size_t index,
+                                                                        const zelvra::Image& thumbnail) {
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
-            [self, stop, what] {
+            [self, stop, index, picture = copyOf(thumbnail)] {
                 if (self && !stop.stop_requested()) {
-                    what(*self);
+                    self->take(index, picture);
                 }
             },
             Qt::QueuedConnection);
     };
-    onWorkerThread([asset = item->asset, request = ThumbnailRequest{count, pixels.height()}, tell,
+    onWorkerThread([asset = item->asset, request = ThumbnailRequest{count, pixels.height()}, show,
                     stop = stop_.get_token()] {
         try {
-            makeThumbnails(
-                *asset, request,
-                [&](std::size_t index, const zelvra::Image& thumbnail) {
-                    tell([index, picture = copyOf(thumbnail)](FilmStrip& strip) {
-                        strip.take(index, picture);
-                    });
-                },
-                stop);
+            makeThumbnails(*asset, request, show, stop);
         } catch (const std::exception&) {
-            // The strip is there to find one's way; where it cannot be made, times and picture still tell.
+            // The strip only helps to find one's way. Without it, the times and the player's picture still
+            // do.
         }
-        tell([](FilmStrip& strip) { strip.setComplete(true); });
     });
 }
 
@@ -127,12 +119,6 @@ void FilmStrip::take(std::size_t index, const QImage& thumbnail) {
     if (index < thumbnails_.size()) {
         thumbnails_[index] = thumbnail;
         update();
-    }
-}
-
-void FilmStrip::setComplete(bool complete) {
-    if (std::exchange(complete_, complete) != complete) {
-        Q_EMIT completeChanged();
     }
 }
 

@@ -20,8 +20,6 @@ class FilmStrip : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(zelvra::Session* session READ session WRITE setSession NOTIFY sessionChanged REQUIRED)
-    /// All pictures that there can be are there.
-    Q_PROPERTY(bool complete READ isComplete NOTIFY completeChanged)
 
 public:
     explicit FilmStrip(QQuickItem* parent = nullptr);
@@ -29,13 +27,11 @@ public:
 
     Session* session() const { return session_; }
     void setSession(Session* session);
-    bool isComplete() const { return complete_; }
 
     void paint(QPainter* painter) override;
 
 Q_SIGNALS:
     void sessionChanged();
-    void completeChanged();
 
 protected:
     void geometryChange(const QRectF& now, const QRectF& before) override;
@@ -45,13 +41,11 @@ private:
     /// Makes the pictures where those that there are do not fit the movie and the size.
     void refresh();
     void take(std::size_t index, const QImage& thumbnail);
-    void setComplete(bool complete);
 
     Session* session_ = nullptr;
     std::weak_ptr<const Asset> movie_; ///< that the pictures are of
     std::vector<QImage> thumbnails_;   ///< null: not made yet
     QSize madeFor_;                    ///< pixels of the screen
-    bool complete_ = false;
     std::stop_source stop_;
 };
 

@@ -105,20 +105,16 @@ void PlayerSurface::place() {
     if (!session_ || !window()) {
         return;
     }
-    QRectF shown;
+    pictureRect_ = {};
     if (const auto& info = session_->state()->sourceInfo()) {
         const double ratio = window()->effectiveDevicePixelRatio();
-        shown = onPixels(aspectFitRect(session_->displaySize(), size()), ratio);
-        QSizeF pixels = shown.size() * ratio;
+        pictureRect_ = onPixels(aspectFitRect(session_->displaySize(), size()), ratio);
+        QSizeF pixels = pictureRect_.size() * ratio;
         if (isOnItsSide(*info)) {
             pixels.transpose();
         }
         greatestSize_ = pixels.toSize();
         session_->state()->player().picture().setGreatestSize(greatestSize_);
-    }
-    if (shown != pictureRect_) {
-        pictureRect_ = shown;
-        Q_EMIT pictureRectChanged();
     }
     update();
 }

@@ -16,19 +16,17 @@ class PlayerSurface : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(zelvra::Session* session READ session WRITE setSession NOTIFY sessionChanged REQUIRED)
-    /// Where the picture is, in this item's coordinates.
-    Q_PROPERTY(QRectF pictureRect READ pictureRect NOTIFY pictureRectChanged)
 
 public:
     explicit PlayerSurface(QQuickItem* parent = nullptr);
 
     Session* session() const { return session_; }
     void setSession(Session* session);
+    /// Where the picture is, in this item's coordinates.
     QRectF pictureRect() const { return pictureRect_; }
 
 Q_SIGNALS:
     void sessionChanged();
-    void pictureRectChanged();
 
 protected:
     QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) override;

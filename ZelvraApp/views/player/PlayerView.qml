@@ -6,13 +6,12 @@ import Zelvra.Controls
 import Zelvra.Views
 
 // The movie on black, with controls that appear where the pointer is and fade when it rests. `overlay` lies
-// over the picture; `pictureRect` tells where that is. In full screen it covers the window.
+// over the picture. In full screen it covers the window.
 FocusScope {
     id: view
 
     required property Session session
     property alias overlay: overlayHolder.data
-    readonly property alias pictureRect: surface.pictureRect
     readonly property alias controls: controls
     property bool fullScreen: false
     property int windowedVisibility: Window.Windowed

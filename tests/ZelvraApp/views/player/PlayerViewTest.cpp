@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraApp/views/player/PlayerSurface.h"
 #include "tests/support/NumberedMovie.h"
 #include "tests/support/NumberedPicture.h"
 #include "tests/support/window/WindowFixture.h"
@@ -18,13 +19,14 @@ class PlayerArea : public WindowFixture {
 protected:
     Player& player() { return state().player(); }
 
+    PlayerSurface& surface() { return dynamic_cast<PlayerSurface&>(item("playerSurface")); }
+
     /// The number of the movie's picture that the window shows.
     std::optional<int> shown() {
-        QQuickItem& surface = item("playerSurface");
-        const QRectF rect = surface.property("pictureRect").toRectF();
+        PlayerSurface& shownIn = surface();
         const QImage picture = window()
                                    .grabWindow()
-                                   .copy(surface.mapRectToScene(rect).toRect())
+                                   .copy(shownIn.mapRectToScene(shownIn.pictureRect()).toRect())
                                    .convertToFormat(QImage::Format_Grayscale8);
         return readPicture(picture.constBits(), picture.width(), picture.height(),
                            static_cast<std::size_t>(picture.bytesPerLine()))
@@ -67,11 +69,11 @@ TEST_P(PlayerPictures, AreUprightAndInTheirShape) {
     EXPECT_TRUE(comesToShow(3));
     window().resize(1000, 700);
     EXPECT_TRUE(comesToShow(3));
-    const QQuickItem& surface = item("playerSurface");
-    const QRectF rect = surface.property("pictureRect").toRectF();
+    const PlayerSurface& shownIn = surface();
+    const QRectF rect = shownIn.pictureRect();
     EXPECT_NEAR(rect.width() / rect.height(), static_cast<double>(movie.width) / movie.height, 0.01);
-    EXPECT_NEAR(rect.center().x(), surface.width() / 2, 1);
-    EXPECT_NEAR(rect.center().y(), surface.height() / 2, 1);
+    EXPECT_NEAR(rect.center().x(), shownIn.width() / 2, 1);
+    EXPECT_NEAR(rect.center().y(), shownIn.height() / 2, 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, PlayerPictures,

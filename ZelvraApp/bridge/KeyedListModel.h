@@ -61,7 +61,7 @@ private:
         }
     }
 
-    /// Brings `item` to `row`, where all rows before it are in place.
+    /// Brings `item` to `row`. All rows before it are in place already.
     void place(const Item& item, int row) {
         const auto known = std::find_if(items_.begin() + row, items_.end(),
                                         [&](const Item& other) { return sameKey(item, other); });

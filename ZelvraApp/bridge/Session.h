@@ -16,7 +16,7 @@ namespace zelvra {
 /// the rows.
 ///
 /// Times are seconds of the source. Ids are the texts of the session's rows; one that is unknown, or no
-/// longer there, does nothing. What takes time runs on by itself.
+/// longer exists, does nothing. Commands that take time return at once and run on.
 ///
 /// Make it before anything else that observes the AppState: then rows and lists are never seen apart. Main
 /// thread. The AppState outlives it.
@@ -124,7 +124,7 @@ public:
     Q_INVOKABLE void requestOpenFolder() { state_.setTriggerOpenFolder(true); }
     Q_INVOKABLE void presentOpenVideoPanel() { state_.presentOpenVideoPanel(); }
     Q_INVOKABLE void presentOpenFolderPanel() { state_.presentOpenFolderPanel(); }
-    /// A clip or a folder, whichever is found there. What is no local file is left alone.
+    /// Opens a clip or a folder. Ignores what is no local file.
     Q_INVOKABLE void open(const QUrl& url);
     Q_INVOKABLE void openRecent(const QString& path);
     Q_INVOKABLE void clearRecents() { state_.clearRecents(); }

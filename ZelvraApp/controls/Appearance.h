@@ -10,8 +10,8 @@ class QQmlEngine;
 
 namespace zelvra {
 
-/// Light or dark, and whether motion is wanted, as the desktop says; live. Theme.qml takes its colours from
-/// it. ZELVRA_APPEARANCE=light or =dark in the environment overrules the desktop.
+/// Light or dark, and whether motion is wanted: the desktop's settings, live. Theme.qml chooses its colours
+/// by it. ZELVRA_APPEARANCE=light or =dark in the environment overrules the desktop.
 ///
 /// One for the program; main thread.
 class Appearance : public QObject {
@@ -27,7 +27,7 @@ public:
 
     bool isDark() const { return dark_; }
     void setDark(bool dark);
-    /// What the desktop wants, where nothing overrules it.
+    /// Sets the desktop's preference, unless the environment overrules it.
     void followDesktop(bool dark);
     bool reducedMotion() const { return reducedMotion_; }
     void setReducedMotion(bool reduced);

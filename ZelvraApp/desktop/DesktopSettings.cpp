@@ -21,7 +21,7 @@ const QString reducedMotion = QStringLiteral("reduced-motion");
 const QString gnomeInterface = QStringLiteral("org.gnome.desktop.interface");
 const QString enableAnimations = QStringLiteral("enable-animations");
 
-/// What is inside: "Read" wraps its value twice, "SettingChanged" once.
+/// The value itself: "Read" wraps it twice, "SettingChanged" once.
 QVariant unwrapped(QVariant value) {
     while (value.canConvert<QDBusVariant>()) {
         value = value.value<QDBusVariant>().variant();

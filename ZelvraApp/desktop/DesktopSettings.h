@@ -9,10 +9,9 @@
 
 namespace zelvra {
 
-/// What the desktop says of its looks, by the Settings interface of the XDG desktop portal: at first, and
-/// each time it changes. Where there is no portal, and for what it does not know, nothing comes.
-///
-/// The first answers come by the event loop, soon after this is made. Main thread.
+/// The desktop's settings of its appearance, by the Settings interface of the XDG desktop portal. The signals
+/// are emitted first with the present values, soon after this is made, and then with each change. Without a
+/// portal, and for settings that it does not know, they are not emitted. Main thread.
 class DesktopSettings : public QObject {
     Q_OBJECT
 
@@ -20,7 +19,7 @@ public:
     explicit DesktopSettings(const QDBusConnection& bus, QObject* parent = nullptr);
 
 Q_SIGNALS:
-    /// Dark is wanted; light is told too where nothing is preferred.
+    /// Whether dark is preferred; false too if there is no preference.
     void darkChanged(bool dark);
     void reducedMotionChanged(bool reduced);
 

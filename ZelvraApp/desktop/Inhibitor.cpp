@@ -36,7 +36,7 @@ void IdleInhibitor::hold(bool held) {
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         const QDBusPendingReply<QDBusObjectPath> reply = *watcher;
         if (!reply.isError()) {
-            // It may come when nobody wants it any more, or another one has come before.
+            // It may come after the hold has ended, or after another answer.
             release(std::exchange(request_, held_ ? reply.value().path() : QString()));
             release(held_ ? QString() : reply.value().path());
         }

@@ -9,8 +9,8 @@
 
 namespace zelvra {
 
-/// Keep the desktop awake for as long as they are held: no screen goes dark during a movie, no laptop falls
-/// asleep during an export. Courtesies: where nobody takes such wishes, nothing happens. Main thread.
+/// Keep the desktop awake for as long as they are held: the screen stays on during a movie, and the machine
+/// does not sleep during an export. Without effect on a desktop that offers no such service. Main thread.
 
 /// No idle screen, by the Inhibit interface of the XDG desktop portal.
 class IdleInhibitor : public QObject {

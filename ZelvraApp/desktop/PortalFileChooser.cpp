@@ -93,7 +93,8 @@ void PortalFileChooser::ask(const Question& question) {
         Q_EMIT unavailable();
         return;
     }
-    // The portal tells where it will answer before it is asked, so that no answer is missed.
+    // The path of the portal's answer is known beforehand. Listening starts before the call, so no answer is
+    // lost.
     const QString token = QStringLiteral("zelvra%1").arg(++questions_);
     const QString sender = bus_.baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
     listenTo(path + QStringLiteral("/request/%1/%2").arg(sender, token));
@@ -117,8 +118,8 @@ void PortalFileChooser::ask(const Question& question) {
     });
 }
 
-/// To anybody on that path, which carries our own name: who owns the portal's name may not be known here yet
-/// when the answer comes, and the answer would be dropped.
+/// Listens to any sender on that path, which contains this program's own name. The owner of the portal's name
+/// may not be known here yet when the answer comes; the answer would then be dropped.
 void PortalFileChooser::listenTo(const QString& request) {
     const QString interface = QStringLiteral("org.freedesktop.portal.Request");
     const QString response = QStringLiteral("Response");

@@ -12,7 +12,7 @@
 namespace zelvra {
 
 /// The desktop's own file chooser, by the FileChooser interface of the XDG desktop portal: GNOME's on GNOME,
-/// KDE's on KDE. Where there is none, `unavailable` says so, and the caller has to ask by itself.
+/// KDE's on KDE. If there is none, `unavailable` is emitted, and the caller has to show a chooser of its own.
 ///
 /// One question at a time: a second one makes this forget the first. Main thread.
 class PortalFileChooser : public QObject {
@@ -25,14 +25,14 @@ public:
         QString acceptLabel;
         QString filterName;
         QStringList globs;   ///< "*.mov"; none for a folder
-        QString firstFolder; ///< where to begin to look
-        /// The window that asks, as the portal names it: "x11:3a00007", or empty where that is not known.
+        QString firstFolder; ///< shown first
+        /// The window that asks, as the portal names it: "x11:3a00007", or empty if that is not known.
         QString parentWindow;
     };
 
     explicit PortalFileChooser(const QDBusConnection& bus, QObject* parent = nullptr);
 
-    /// Leads to one of the signals, or to none where the user cancels.
+    /// One of the signals follows, or none if the user cancels.
     void ask(const Question& question);
 
 Q_SIGNALS:
@@ -46,7 +46,7 @@ private:
     void listenTo(const QString& request);
 
     QDBusConnection bus_;
-    QString request_; ///< object path of the open question; empty where none is
+    QString request_; ///< object path of the open question; empty if there is none
     int questions_ = 0;
 };
 

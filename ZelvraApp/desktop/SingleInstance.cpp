@@ -12,7 +12,7 @@ namespace {
 const QString path = QStringLiteral("/com/corvath/Zelvra");
 const QString interface = QStringLiteral("org.freedesktop.Application");
 
-/// How long the other may take to answer before this one goes on by itself. It may just be starting.
+/// How long the other one may take to answer before this one goes on by itself. It may still be starting.
 constexpr int patienceInMilliseconds = 20'000;
 
 QString tokenIn(const QVariantMap& platformData) {
@@ -20,7 +20,7 @@ QString tokenIn(const QVariantMap& platformData) {
     return token.isEmpty() ? platformData.value(QStringLiteral("desktop-startup-id")).toString() : token;
 }
 
-/// The permission that the desktop gave to this process, for the one that runs already.
+/// The permission to come to the front that the desktop gave to this process, for the one that runs already.
 QVariantMap ownPlatformData() {
     QVariantMap data;
     for (const auto& [key, variable] : {std::pair("activation-token", "XDG_ACTIVATION_TOKEN"),
@@ -47,7 +47,7 @@ bool SingleInstance::claim(const QList<QUrl>& urls) {
     if (!bus_.isConnected()) {
         return true;
     }
-    // The object before the name: who finds the name may call at once.
+    // The object is registered before the name: a program that finds the name may call at once.
     bus_.registerObject(path, this, QDBusConnection::ExportScriptableSlots);
     if (bus_.registerService(name())) {
         return true;

@@ -11,9 +11,9 @@
 
 namespace zelvra {
 
-/// One running program for each session of a desktop: the first takes the program's name on the session bus
-/// and answers to org.freedesktop.Application there; those that are started later hand over what they were to
-/// open. Where there is no bus, each stands for itself.
+/// Keeps one program running for each desktop session. The first one takes the program's name on the session
+/// bus and implements org.freedesktop.Application there. Those started later hand their files over to it.
+/// Without a bus every start is a program of its own.
 ///
 /// Main thread.
 class SingleInstance : public QObject {
@@ -27,11 +27,11 @@ public:
     explicit SingleInstance(const QDBusConnection& bus, QObject* parent = nullptr);
     ~SingleInstance() override;
 
-    /// True: go on, this is the one (or there is no bus). False: another runs, and has been asked to open
-    /// `urls` and to come to the front. Waits for its answer, but not for long.
+    /// True: this is the first one, or there is no bus. False: another one runs, and has been asked to open
+    /// `urls` and to come to the front. Waits up to 20 s for its answer.
     bool claim(const QList<QUrl>& urls);
 
-    // What the desktop calls.
+    // Called by the desktop.
 public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
     Q_SCRIPTABLE void Open(const QStringList& uris, const QVariantMap& platformData);
@@ -39,7 +39,7 @@ public Q_SLOTS:
                                      const QVariantMap& platformData);
 
 Q_SIGNALS:
-    /// Come to the front; the token is the desktop's permission, or empty.
+    /// The program should come to the front. The token is the desktop's permission, or empty.
     void activated(const QString& activationToken);
     void openRequested(const QList<QUrl>& urls);
 

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::array termination{SIGINT, SIGTERM, SIGHUP};
 
-/// Ends of a pipe: the handler may do little more than write.
+/// Ends of a pipe. A signal handler may do little more than write.
 std::array<int, 2> ends{-1, -1};
 
 int openPipe() {
@@ -40,7 +40,7 @@ TerminationSignals::TerminationSignals() : notifier_(openPipe(), QSocketNotifier
     connect(&notifier_, &QSocketNotifier::activated, this, &TerminationSignals::received);
     struct sigaction action = {};
     action.sa_handler = noteSignal;
-    action.sa_flags = static_cast<int>(SA_RESETHAND); // the second time it ends as it always has
+    action.sa_flags = static_cast<int>(SA_RESETHAND); // the second one ends the program, as by default
     for (const int number : termination) {
         sigaction(number, &action, nullptr);
     }

@@ -7,16 +7,16 @@
 
 namespace zelvra {
 
-/// Turns SIGINT, SIGTERM and SIGHUP (Ctrl+C, a log-out, a terminal that goes) into a signal of the event
-/// loop, so that the program can end in good order: an export stopped, the window's state kept. A second one
-/// of them ends it at once.
+/// Turns SIGINT, SIGTERM and SIGHUP (Ctrl+C, a log-out, a closed terminal) into a Qt signal in the event
+/// loop, so that the program can end in order: it stops an export and saves the window's state. A second one
+/// of them ends the program at once.
 ///
 /// One at a time; main thread.
 class TerminationSignals : public QObject {
     Q_OBJECT
 
 public:
-    /// Throws std::system_error where the system gives no pipe.
+    /// Throws std::system_error if no pipe can be made.
     TerminationSignals();
     ~TerminationSignals() override;
 

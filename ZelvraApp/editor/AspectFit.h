@@ -8,7 +8,7 @@
 namespace zelvra {
 
 /// The largest rectangle of the image's shape that fits the container, in its middle; the whole container
-/// where either has no size. Relative to the container's top left.
+/// if either has no size. Relative to the container's top left.
 inline QRectF aspectFitRect(const QSizeF& image, const QSizeF& container) {
     if (image.isEmpty() || container.isEmpty()) {
         return {{0, 0}, container};

@@ -12,7 +12,7 @@
 namespace zelvra {
 
 /// Shows a draft's frame in `imageRect`, moved by less than a pixel onto the screen's pixels. The frame is
-/// scaled once for each size, so that nothing is scaled or copied while a shape moves over it.
+/// scaled once for each size, and not while a shape moves over it.
 class FramePicture : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

@@ -10,15 +10,15 @@
 
 namespace zelvra {
 
-/// One handle of a shape: a small disc with a sign, and a shadow. The item is as large as the area that takes
-/// the pointer, which is round.
+/// One handle of a shape: a small disc with a sign and a shadow. The item is as large as the round area that
+/// takes the pointer.
 class HandleView : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     /// Move: the shape's colour with a white sign; else white with a sign in the shape's colour.
     Q_PROPERTY(zelvra::grip::Grip grip READ grip WRITE setGrip NOTIFY gripChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor)
-    /// The way that an end's sign points, in radians; clockwise from the right.
+    /// The direction of an end's sign, in radians, clockwise from the right.
     Q_PROPERTY(double angle READ angle WRITE setAngle)
 
 public:

@@ -13,7 +13,7 @@ namespace zelvra {
 
 namespace {
 
-/// Of one press of an arrow key, in pixels; nothing for other keys.
+/// Of one press of an arrow key, in pixels; nullopt for other keys.
 std::optional<QPointF> directionOf(int key) {
     switch (key) {
     case Qt::Key_Left: return QPointF(-1, 0);

@@ -15,8 +15,8 @@
 
 namespace zelvra {
 
-/// The session's draft as the editor's views see and change it. Every change goes into the session at once;
-/// nothing is kept here but a drag that is under way, and the last draft, which is shown while the editor
+/// The session's draft as the editor's views show and change it. Every change is stored in the session at
+/// once. This keeps only a drag that is under way, and the last draft, which is shown while the editor
 /// closes.
 ///
 /// Positions are logical pixels of the canvas. Main thread.
@@ -82,12 +82,12 @@ public:
     bool hasEnd1() const;
     QString endTip() const;
 
-    /// A drag from the press of the button on.
+    /// A drag, from the press of the button.
     Q_INVOKABLE void beginDrag(zelvra::grip::Grip grip, const QPointF& position);
     Q_INVOKABLE void dragTo(const QPointF& position);
     Q_INVOKABLE void endDrag();
-    /// Moves what the handle holds by a pixel of the frame, with Shift by ten. False for keys that mean
-    /// nothing here.
+    /// An arrow key moves the shape or the point that the handle stands for by a pixel of the frame, with
+    /// Shift by ten. False for any other key.
     Q_INVOKABLE bool nudge(zelvra::grip::Grip handle, int key, int modifiers);
 
 Q_SIGNALS:
@@ -96,7 +96,7 @@ Q_SIGNALS:
 
 private:
     void takeDraft();
-    /// Lets `change` change a copy of the session's draft, and hands it to the session.
+    /// Applies `change` to a copy of the session's draft, and stores the copy in the session.
     template <class Change>
     void edit(Change change);
     void setAnchors(const ShapeAnchors& anchors);

@@ -16,8 +16,7 @@ inline QPointF viewPoint(const Point& point, const QRectF& imageRect) {
     return {imageRect.x() + point.x * imageRect.width(), imageRect.y() + point.y * imageRect.height()};
 }
 
-/// Of an offset, or of a point relative to the picture's top left. Nothing to speak of where the picture has
-/// no size: (0, 0).
+/// Of an offset, or of a point relative to the picture's top left. (0, 0) if the picture has no size.
 inline Point normalised(const QPointF& offset, const QSizeF& picture) {
     if (picture.isEmpty()) {
         return {};

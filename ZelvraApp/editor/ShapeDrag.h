@@ -8,7 +8,7 @@
 
 namespace zelvra {
 
-/// A shape's two points, which are all that a drag changes.
+/// A shape's two points. A drag changes nothing else.
 struct ShapeAnchors {
     Point p1;
     Point p2;
@@ -20,17 +20,17 @@ ShapeAnchors moved(const ShapeAnchors& anchors, Grip handle, const Point& offset
 
 /// One drag on the canvas, from the press of the button to its release.
 ///
-/// On the picture it draws: from where the button went down to where the pointer is, both kept inside the
-/// picture. Near a handle it draws nothing. On a handle it moves the shape or one of its points by the whole
-/// way from the press, so that the shape follows the pointer without drift, also out of the picture.
+/// On the picture it draws: from the point of the press to the pointer, both kept inside the picture. Near a
+/// handle it draws nothing. On a handle it moves the shape or one of its points by the whole distance from
+/// the press, so that the shape follows the pointer without drift, also out of the picture.
 ///
 /// Positions are logical pixels, in the coordinates in which the picture fills `imageRect`.
 class ShapeDrag {
 public:
     ShapeDrag(Grip grip, const QPointF& pressedAt, const DraftShape& shape, const QRectF& imageRect);
 
-    /// What the pointer at `position` makes of the shape. Nothing before the pointer has come far enough to
-    /// mean a drag (3 pixels on the picture, 1 on a handle), nor where the drag draws nothing.
+    /// The shape's anchors with the pointer at `position`. nullopt before the pointer has moved far enough
+    /// for a drag (3 pixels on the picture, 1 on a handle), and if the drag draws nothing.
     std::optional<ShapeAnchors> moveTo(const QPointF& position);
 
 private:

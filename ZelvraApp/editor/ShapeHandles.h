@@ -12,7 +12,7 @@
 
 namespace zelvra {
 
-/// What a drag on the canvas takes hold of: the picture, to draw anew, or one of the shape's handles. In a
+/// What a drag on the canvas holds: the picture, to draw a new shape, or one of the shape's handles. In a
 /// namespace of its own so that QML can name it: Grip.Move.
 namespace grip {
 Q_NAMESPACE
@@ -28,7 +28,7 @@ bool hasHandle(HighlightShapeKind kind, Grip handle);
 /// Where that handle is, in the coordinates in which the picture fills `imageRect`.
 QPointF handlePoint(const DraftShape& shape, Grip handle, const QRectF& imageRect);
 
-/// Direction from the first to the second anchor as seen, in radians, clockwise from the right.
+/// Direction from the first to the second anchor on the screen, in radians, clockwise from the right.
 double shapeAngle(const DraftShape& shape, const QRectF& imageRect);
 
 /// The visible disc, and the larger one that takes the pointer.

@@ -10,19 +10,18 @@
 
 namespace zelvra {
 
-/// A shape as the screen shows it: a path, and the pen that strokes it (its colour left to the painter). The
-/// export draws on its own, with other heads and ends; both agree on the anchors.
+/// A shape as the screen shows it: a path, and the pen that strokes it. The caller sets the pen's colour. The
+/// export draws shapes with code of its own, with other heads and ends; both agree on the anchors.
 struct ShapeOutline {
     QPainterPath path; ///< in the coordinates in which the picture fills the given rectangle
     QPen pen;
 
-    /// All that the stroke covers.
+    /// The area that the stroke covers.
     QRectF bounds() const;
 };
 
-/// The outline of a shape over a picture that fills `imageRect`, in logical pixels. The stroke is
-/// at least 1 wide. A circle's stroke lies inside its radius.
-/// Empty where an anchor is not a number.
+/// The outline of a shape over a picture that fills `imageRect`, in logical pixels. The stroke is at least 1
+/// wide. A circle's stroke is inside its radius. Empty if an anchor is not a number.
 ShapeOutline shapeOutline(const DraftShape& shape, const QRectF& imageRect);
 
 /// An open shaft with an open head at `to`, whose sides are four times the stroke long and at least 18.

@@ -12,8 +12,8 @@
 
 namespace zelvra {
 
-/// Draws one shape over a picture that fills `imageRect` of this item; takes no input. What lies outside the
-/// picture is drawn too, as far as the item reaches, so it fills the view:
+/// Draws one shape over a picture that fills `imageRect` of this item; takes no input. Parts outside the
+/// picture are drawn too, as far as the item reaches, so the item fills the view:
 ///
 ///     ShapeRenderer {
 ///         anchors.fill: parent
@@ -21,8 +21,8 @@ namespace zelvra {
 ///         highlight: session.previewHighlight             // or: draft: editor.draft
 ///     }
 ///
-/// Nothing is drawn without either; a draft goes first. With `pictureSize` the picture is fitted into the
-/// item.
+/// Draws nothing if neither is set, and the draft if both are. With `pictureSize` the picture is fitted into
+/// the item.
 class ShapeRenderer : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

@@ -9,8 +9,8 @@
 
 namespace zelvra {
 
-/// Paths are bytes to the file system and text to the toolkit. A name that is no UTF-8 does not survive the
-/// way through text, so whatever opens files holds on to the path.
+/// Paths are bytes for the file system and text for the toolkit. A name that is no UTF-8 does not survive the
+/// conversion to text, so code that opens files keeps the path.
 inline QString textOf(const std::filesystem::path& path) {
     return QFile::decodeName(path.c_str());
 }
@@ -19,7 +19,7 @@ inline std::filesystem::path pathOf(const QString& text) {
     return QFile::encodeName(text).toStdString();
 }
 
-/// The name that a user knows a file or folder by: its last component, also where a slash follows it.
+/// The name of a file or folder as users know it: its last component, also if a slash follows it.
 inline QString nameOf(const std::filesystem::path& path) {
     return textOf(path.has_filename() ? path.filename() : path.parent_path().filename());
 }

@@ -12,7 +12,7 @@ namespace zelvra {
 
 namespace {
 
-/// The C locale compares bytes and cannot count; English can.
+/// The C locale compares bytes and has no numeric order, so English is used.
 QLocale orderingLocale() {
     const QLocale user;
     return user.language() == QLocale::C ? QLocale(QLocale::English) : user;

@@ -14,7 +14,7 @@ struct PreferenceKey {
     const char* name;
 };
 
-/// Everything that outlives a run of the program. What an absent value stands for is told where it is read.
+/// Everything that outlives a run of the program. What an absent value means is documented at its reader.
 namespace preferences {
 
 inline constexpr PreferenceKey<QString> defaultColorHex{"zvDefault.colorHex"};

@@ -40,7 +40,7 @@ Content readContent(const QString& fileName) {
                                : Content{Content::State::garbled, {}};
 }
 
-/// Gives a garbled file a name that no other file has. False where that fails.
+/// Renames a garbled file to a name that is free. False if that fails.
 bool moveAside(const QString& fileName) {
     for (int number = 1; number < 1000; ++number) {
         const QString aside = QStringLiteral("%1.damaged-%2").arg(fileName).arg(number);
@@ -79,7 +79,7 @@ PreferenceStore::PreferenceStore(const std::filesystem::path& file, QObject* par
 void PreferenceStore::write(const Changes& changes) {
     const QString fileName = textOf(file_);
     QLockFile lock(fileName + QStringLiteral(".lock"));
-    // Who cannot get the lock in this time writes without: a value lost to a race is the lesser harm.
+    // Writes without the lock if it is not free in this time: a value lost in a race is the lesser harm.
     lock.tryLock(std::chrono::milliseconds(500).count());
 
     Content content = readContent(fileName);
@@ -107,14 +107,14 @@ void PreferenceStore::replaceValues(QJsonObject values) {
 void PreferenceStore::reload() {
     watch();
     const Content content = readContent(textOf(file_));
-    // A file that an editor is half through writing looks garbled for a moment. What was read before holds.
+    // A file that an editor has not written completely looks garbled for a moment. The old values stay.
     if (content.state == Content::State::intact || content.state == Content::State::missing) {
         replaceValues(content.values);
     }
 }
 
 void PreferenceStore::watch() {
-    // A file that is replaced drops out of the watcher; its folder tells when there is one again.
+    // The watcher loses a file that is replaced. It reports on the folder when there is a file again.
     const QString fileName = textOf(file_);
     for (const QString& path : {QFileInfo(fileName).path(), fileName}) {
         if (QFileInfo::exists(path)) {

@@ -15,12 +15,12 @@
 
 namespace zelvra {
 
-/// The user's preferences: a JSON object in one file, read when the store is made and whenever the file
-/// changes, whoever changed it. It keeps values and their types; it knows no defaults and no meanings.
+/// The user's preferences: a JSON object in one file, read when the store is made and whenever any program
+/// changes the file. It keeps values and their types; it knows no defaults and no meanings.
 ///
-/// A write is atomic, and replaces only the values it names: those that another process has written in the
-/// meantime stay. A file that cannot be understood is read as empty and moved aside, never written over. One
-/// that cannot be read or written at all stays as it is; changes then last as long as the store.
+/// A write is atomic, and replaces only the values it names: values that another process has written in the
+/// meantime stay. A file that is no JSON object counts as empty, and is renamed, never overwritten. A file
+/// that cannot be read or written stays as it is; changes then last as long as the store.
 ///
 /// Main thread only.
 class PreferenceStore : public QObject {
@@ -35,7 +35,7 @@ public:
 
     const std::filesystem::path& file() const { return file_; }
 
-    /// What is kept under the key; nothing where it is absent or of another type.
+    /// The value of the key; nullopt if it is absent or of another type.
     template <class Value>
     std::optional<Value> read(const PreferenceKey<Value>& key) const {
         return valueAs<Value>(values_.value(QLatin1String(key.name)));
@@ -62,7 +62,7 @@ public:
     }
 
 Q_SIGNALS:
-    /// Some value is no longer what it was, by a write here or by another hand.
+    /// Some value has changed, by a write here or by another program.
     void changed();
 
 private:
@@ -70,6 +70,7 @@ private:
     static std::optional<Value> valueAs(const QJsonValue& value);
 
     void replaceValues(QJsonObject values);
+    /// The file or its folder has changed.
     void reload();
     void watch();
 

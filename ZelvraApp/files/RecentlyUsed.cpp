@@ -35,7 +35,7 @@ void noteRecentlyUsed(const std::filesystem::path& path) {
     const Text uri(g_filename_to_uri(path.c_str(), nullptr, nullptr));
     const std::filesystem::path file = std::filesystem::path(g_get_user_data_dir()) / "recently-used.xbel";
     const BookmarkFile list(g_bookmark_file_new());
-    // A desktop without this list does not get one, and a damaged list is not replaced.
+    // Makes no list on a desktop without one, and does not replace a damaged list.
     if (!uri || !g_bookmark_file_load_from_file(list.get(), file.c_str(), nullptr)) {
         return;
     }

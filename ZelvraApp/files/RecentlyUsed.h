@@ -9,8 +9,8 @@ namespace zelvra {
 /// Notes a file or folder in the desktop's own list of recently used files, which file managers and open
 /// panels show ("recently-used.xbel" in the user's data folder, as the Desktop Bookmark Specification says).
 ///
-/// A courtesy: where there is no such list, or it cannot be written, nothing happens. Any thread; reads and
-/// writes the whole list.
+/// Does nothing if there is no such list, or if it cannot be written. Any thread; reads and writes the whole
+/// list.
 void noteRecentlyUsed(const std::filesystem::path& path);
 
 } // namespace zelvra

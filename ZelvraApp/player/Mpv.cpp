@@ -22,7 +22,7 @@ struct Option {
 };
 
 constexpr std::array options{
-    // Nothing of the user's own player, nothing on the screen but the picture.
+    // No settings of the user's own player; only the picture on the screen.
     Option{"config", "no"},
     Option{"load-scripts", "no"},
     Option{"osc", "no"},
@@ -41,11 +41,11 @@ constexpr std::array options{
     Option{"vo", "libmpv"},
     // Pictures keep their own colours, as grabbed ones do; zimg would map HDR to something far too bright.
     Option{"sws-allow-zimg", "no"},
-    // Made smaller, a picture is averaged. The default's wider filter and last bit of accuracy, which nobody
-    // sees, take half of the time that there is for a 1080p picture.
+    // A picture is made smaller by averaging. The default's wider filter and last bit of accuracy make no
+    // visible difference and take half of the time that there is for a 1080p picture.
     Option{"sws-scaler", "bilinear"},
     Option{"sws-fast", "yes"},
-    // A machine without a sound device plays at the right pace all the same.
+    // A machine without a sound device still plays at the right speed.
     Option{"audio-fallback-to-null", "yes"},
     // Decoding is left to the processor, so OpenGL need not look for decoders to work with.
     Option{"gpu-hwdec-interop", "no"},

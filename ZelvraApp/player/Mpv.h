@@ -14,10 +14,10 @@ struct mpv_event;
 
 namespace zelvra {
 
-/// A libmpv core set up as an exact player that a program drives: no window, no keys, no configuration of the
-/// user's, edit lists applied, pictures as coded. The one place that spells its options.
+/// A libmpv core set up as an exact player that a program controls: no window, no keys, none of the user's
+/// configuration, edit lists applied, pictures as coded. All its options are set here.
 ///
-/// Calls wait for the core, which answers between two frames.
+/// Calls wait for the core, which responds between two frames.
 class Mpv {
 public:
     /// Sets LC_NUMERIC to "C", as libmpv demands. `wakeup` is called from any thread when events wait, and no
@@ -31,7 +31,7 @@ public:
 
     void set(const char* property, bool value);
     void set(const char* property, double value);
-    /// Nothing where the property has no value at present.
+    /// nullopt if the property has no value at present.
     std::optional<double> number(const char* property) const;
     std::optional<std::int64_t> integer(const char* property) const;
     bool flag(const char* property) const;
@@ -39,7 +39,7 @@ public:
     /// Replaces what is loaded, paused at its start. `videoNumber` counts the file's video tracks from 1.
     /// Returns what START_FILE and END_FILE call this entry.
     std::int64_t load(const std::filesystem::path& movie, int videoNumber);
-    /// Runs a command; a failure is told by a COMMAND_REPLY that carries `id`.
+    /// Runs a command. A COMMAND_REPLY that carries `id` reports whether it failed.
     void command(std::uint64_t id, std::initializer_list<const char*> words);
 
     /// The next event that waits; null when there is none. Valid until the next call.

@@ -15,8 +15,8 @@ namespace zelvra {
 /// The player's pictures drawn by the graphics processor, straight into a framebuffer of the window's own
 /// OpenGL context: for windows that have a real one.
 ///
-/// `start`, `draw` and `stop` are called on the thread that draws the window, its context current; that
-/// between them may be another than this object's. The player waits with loading until `start` is through.
+/// `start`, `draw` and `stop` are called on the thread that draws the window, with its context current. That
+/// may be another thread than this object's. The player loads no movie before `start` has returned.
 class OpenGLPicture : public PlayerPicture {
     Q_OBJECT
 public:
@@ -25,11 +25,11 @@ public:
     ~OpenGLPicture() override;
 
     void setNaturalSize(QSize size) override;
-    /// Nothing to do: each draw says how large.
+    /// Does nothing: each draw has its own size.
     void setGreatestSize(QSize size) override;
     bool isStarted() const override { return started_; }
 
-    /// Throws MediaError where the context cannot do what drawing needs.
+    /// Throws MediaError if the context lacks what drawing needs.
     void start();
     /// The newest picture over the whole framebuffer, its first row at the framebuffer's first.
     void draw(unsigned framebuffer, QSize size);

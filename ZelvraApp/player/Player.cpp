@@ -110,7 +110,7 @@ void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
     }
 }
 
-/// Has the core load the item, once there is something to draw its pictures with.
+/// Lets the core load the item, once its pictures can be drawn.
 void Player::load() {
     entry_ = 0;
     if (item_ && picture_->isStarted()) {
@@ -164,7 +164,7 @@ void Player::setDefaultRate(double rate) {
     }
 }
 
-/// Whether that changed anything; the caller tells the core and the world.
+/// Returns whether the rate changed. The caller passes it on to the core and emits rateChanged.
 bool Player::takeRate(double rate) {
     boundTimer_.stop();
     if (rate > 0 && state_ == State::ready) {
@@ -173,7 +173,7 @@ bool Player::takeRate(double rate) {
     return std::exchange(rate_, rate) != rate;
 }
 
-/// Brings the core to the rate asked for. While it plays some frames for a step, it pauses by itself.
+/// Sets the core to the wanted rate. While the core plays some frames for a step, it pauses by itself.
 void Player::applyRate() {
     if (rate_ > 0) {
         mpv_->set("speed", rate_);
@@ -216,8 +216,8 @@ CMTime Player::currentTime() const {
     return time;
 }
 
-/// When the picture on screen appeared. At the end of sound that outlasts the pictures the core tells the
-/// sound's time; it is the last picture's then.
+/// When the picture on screen appeared. At the end of sound that is longer than the pictures the core reports
+/// the sound's time; this is then the last picture's.
 CMTime Player::screenTime() const {
     const double seconds = mpv_->number("time-pos").value_or(0);
     const CMTime time = CMTime::fromSeconds(seconds, frames().timescale());
@@ -299,7 +299,7 @@ QFuture<bool> Player::begin(Move move) {
     return arrived;
 }
 
-/// The move under way goes on without anybody who awaits it; the core does one after the other.
+/// The callers of these moves get false. The core still finishes the move under way.
 void Player::overtakeMoves() {
     for (std::optional<Move>* move : {&underWay_, &waiting_}) {
         if (*move) {
@@ -349,7 +349,7 @@ void Player::seekCore(const Move& move) {
     }
 }
 
-/// How many frames have to be played to get there, where that is quicker than a seek, which decodes from the
+/// How many frames have to be played to get there, if that is quicker than a seek, which decodes from the
 /// last sync frame on.
 std::optional<std::size_t> Player::framesToPlay(const Move& move) const {
     constexpr std::size_t mostFrames = 4;
@@ -365,8 +365,8 @@ std::optional<std::size_t> Player::framesToPlay(const Move& move) const {
     return move.frame.index - shown->index;
 }
 
-/// Whether the core, after loading, has to be sent to the first picture: of a movie of several pieces it
-/// starts at another one.
+/// Sends the core to the first picture if it shows another one after loading, as with a movie of several
+/// edits. Returns whether it did.
 bool Player::startsAgain() {
     const auto shown = frameOnScreen();
     if (startedAgain_ || !shown || shown->index == 0) {
@@ -378,8 +378,8 @@ bool Player::startsAgain() {
     return true;
 }
 
-/// An exact seek may have missed where the file's sync samples are none, or its index is odd; where the core
-/// found nothing to show it is at the end. Once more, from farther back.
+/// An exact seek may miss its frame if the file's sync samples cannot be decoded from, or if its index is
+/// wrong. If the core found no frame, it is at the end. Seeks once more, from farther back.
 bool Player::triesAgain() {
     if (!underWay_->exact || underWay_->isSecondTry || rate_ > 0 || waiting_) {
         return false;
@@ -485,7 +485,7 @@ void Player::followCore() {
     }
 }
 
-/// Stops at the upper bound. Its moment may lie within a frame, while the core only tells when frames appear.
+/// Stops at the upper bound. The bound may be within a frame, but the core only reports when frames appear.
 void Player::watchBound() {
     constexpr double near = 0.1;
     constexpr double millisecond = 0.001;

@@ -39,27 +39,26 @@ struct PlayerItem {
     CMTime forwardPlaybackEndTime = CMTime::invalid();
 };
 
-/// Plays one movie at a time, exact to the frame: a libmpv core behind the operations that a session needs.
-/// It knows nothing of highlights, trims or windows; the picture is shown by whoever takes `picture()`.
+/// Plays one movie at a time, exact to the frame: the operations that a session needs, on a libmpv core. It
+/// does not know highlights, trims or windows; a view shows `picture()`.
 ///
 /// Lives on the thread of the application object, which must exist and run its event loop: all operations and
-/// all signals are on that thread. None of them waits for
-/// the disk, or for longer than a picture takes to be decoded. What arrives late from an
-/// item that has been replaced is dropped.
+/// all signals are on that thread. None of them waits for the disk, or for longer than a picture takes to be
+/// decoded. Late results of an item that has been replaced are dropped.
 ///
-/// With ZELVRA_AUDIO=null in the environment sound is played at its pace, but not heard.
+/// With ZELVRA_AUDIO=null in the environment sound is played at its speed, but not heard.
 class Player : public QObject {
     Q_OBJECT
 public:
-    /// Throws MediaError where no player core can be made.
+    /// Throws MediaError if no player core can be made.
     explicit Player(QObject* parent = nullptr);
     ~Player() override;
 
-    /// Loads an item, paused at its first frame, or unloads (nothing). Seeks that are under way are
-    /// overtaken. `itemReady` or `itemFailed` follows; seeks and `play` before that are carried out when it
-    /// is ready.
+    /// Loads an item, paused at its first frame, or unloads (nullopt). Seeks that are under way are
+    /// overtaken. `itemReady` or `itemFailed` follows; seeks and `play` before that are carried out when the
+    /// item is ready.
     void replaceCurrentItem(std::optional<PlayerItem> item);
-    /// Null where none is loaded. An item that failed stays the current one.
+    /// Null if none is loaded. An item that failed stays the current one.
     const PlayerItem* currentItem() const;
     bool isReady() const { return state_ == State::ready; }
 
@@ -72,8 +71,8 @@ public:
     /// Plays at the default rate. At the movie's end, from the start or the lower bound.
     void play();
     void pause();
-    /// 0 while paused, else the rate asked for, from `play` on and until `pause`, a bound or the end, also
-    /// while a seek is under way.
+    /// 0 while paused, else the wanted rate, from `play` until `pause`, a bound or the end, also while a seek
+    /// is under way.
     double rate() const { return rate_; }
     /// 0.01 to 100; a playing movie takes it at once.
     void setDefaultRate(double rate);
@@ -84,7 +83,7 @@ public:
     void setMuted(bool muted);
     bool isMuted() const { return muted_; }
 
-    /// Where the playhead is. Paused after an exact seek: the time that was asked for, moved into the movie;
+    /// Where the playhead is. Paused after an exact seek: the wanted time, moved into the movie;
     /// the picture is the frame that contains it. At a bound: the bound. Otherwise when the picture on screen
     /// appeared, in ticks of the video track; at the movie's end that of the last frame, so that this frame
     /// can be grabbed. While a seek is under way: its target. Zero without an item. A bound or a seek at the
@@ -95,11 +94,11 @@ public:
     /// its picture is there; false when a later seek, step, scrub or item overtook it, or nothing can be
     /// shown. One seek is carried out at a time; of those that wait only the latest.
     QCoro::Task<bool> seek(CMTime time);
-    /// Moves to the sync frame at or before `time`, which is quick: for drags, followed by a `seek` where the
+    /// Moves to the sync frame at or before `time`, which is quick: for drags, followed by a `seek` when the
     /// drag ends.
     void scrub(const CMTime& time);
     /// Pauses and moves by that many frames from the one on screen (or from the target of the seek under
-    /// way), as far as there are frames. As `seek`; false also where there is no frame to move to.
+    /// way), as far as there are frames. As `seek`; false also if there is no frame to move to.
     QCoro::Task<bool> step(int frameCount);
 
     /// Whether `periodicTime` is emitted: 30 times a second while playing, and whenever the playhead has
@@ -117,7 +116,7 @@ Q_SIGNALS:
     void rateChanged(double rate);
     /// The item's first picture is there.
     void itemReady();
-    /// The current item cannot be played (any further); one line says why.
+    /// The current item cannot be played, or not any further; one line gives the cause.
     void itemFailed(QString reason);
     /// Playback paused at the upper bound or at the movie's end.
     void reachedEnd();
@@ -127,10 +126,10 @@ Q_SIGNALS:
 private:
     enum class State { empty, loading, ready, failed };
 
-    /// A way to another frame, asked for or under way.
+    /// A move to another frame, waiting or under way.
     struct Move {
         FrameIndex::Frame frame; ///< to be on screen at the end
-        CMTime restingTime;      ///< the current time on the way, and after it while paused
+        CMTime restingTime;      ///< the current time during the move, and after it while paused
         bool exact = true;       ///< else to the sync frame at or before
         std::shared_ptr<QPromise<bool>> arrived = {};
         bool isSecondTry = false;
@@ -169,19 +168,19 @@ private:
     std::optional<PlayerItem> item_;
     std::vector<std::int64_t> syncTimes_; ///< of the item, see Asset::syncTimes
     State state_ = State::empty;
-    std::int64_t entry_ = 0; ///< the core's name of the item; its events of earlier ones are ignored
+    std::int64_t entry_ = 0; ///< the core's number of the item; events of earlier items are ignored
     bool entryStarted_ = false;
     bool startedAgain_ = false;
     QString firstLogMessage_; ///< of the core while it loads the item
-    /// The core's word for what ended the item. Told after all else that the core has to say: its messages,
-    /// which name the cause, come behind its events.
+    /// The core's description of what ended the item. Reported after all of the core's events are handled,
+    /// because its log messages, which name the cause, come after its events.
     std::optional<QString> failure_;
 
     std::optional<Move> underWay_;
     std::optional<Move> waiting_;
     bool stepping_ = false;    ///< `underWay_` is played frame by frame, not sought
     std::uint64_t moveId_ = 0; ///< of the core's command that carries out `underWay_`
-    /// The playhead while it rests; nothing while only the core knows it.
+    /// The playhead while it rests; nullopt while only the core knows it.
     mutable std::optional<CMTime> restingTime_;
 
     double rate_ = 0;

@@ -7,10 +7,9 @@
 
 namespace zelvra {
 
-/// The pictures of a player on their way to a window. How they get there depends on what the window is drawn
-/// with: SoftwarePicture draws into memory and works everywhere; a path over OpenGL draws into the window's
-/// own texture. A player has one at a time, gives it the size of its item's pictures, and frees it before its
-/// core ends.
+/// Brings a player's pictures to a window. How depends on what the window is drawn with: SoftwarePicture
+/// draws into memory and works everywhere; OpenGLPicture draws into a texture of the window. A player has one
+/// at a time, sets it to the size of its item's pictures, and frees it before its core ends.
 ///
 /// Pictures are as coded, in square pixels but not turned: the view turns them by the item's
 /// `preferredTransform`.
@@ -19,13 +18,13 @@ class PlayerPicture : public QObject {
 public:
     using QObject::QObject;
 
-    /// The size of the pictures to come, in square pixels before turning; empty: nothing to show.
+    /// The size of the next pictures, in square pixels before turning. Empty: there is nothing to show.
     virtual void setNaturalSize(QSize size) = 0;
-    /// No larger than needed: the greatest size in device pixels in which the view shows them, before
-    /// turning.
+    /// The greatest size in device pixels in which the view shows them, before turning: they are drawn no
+    /// larger.
     virtual void setGreatestSize(QSize size) = 0;
 
-    /// Whether pictures can be drawn, without which the core does not load a movie.
+    /// Whether pictures can be drawn. Before that the core loads no movie.
     virtual bool isStarted() const { return true; }
 
 Q_SIGNALS:

@@ -8,7 +8,8 @@ namespace zelvra {
 
 namespace {
 
-/// In the middle between the frame and the one before it, plus the tolerance, where they are close.
+/// The frame's time. If the frame before it is closer than twice the tolerance, the middle between both plus
+/// the tolerance.
 double timeToSeek(const FrameIndex& frames, std::size_t index) {
     constexpr double tolerance = 0.005;
     const double time = frames.frame(index).time.seconds();

@@ -10,13 +10,13 @@
 
 namespace zelvra {
 
-/// What to ask of mpv to have a certain frame on the screen. An exact seek of mpv to T decodes from the sync
+/// The seek that makes mpv show a certain frame. An exact seek of mpv to T decodes from the sync
 /// sample that its demuxer finds at or before T and shows the first frame at or after T - 5 ms. That misses
 /// frames which are closer than that to their predecessors, and those which lead the next sync sample: they
-/// are stored after it, appear before it, and cannot be decoded from it. A pure value.
+/// are stored after it, appear before it, and cannot be decoded from it.
 struct SeekAim {
     double seconds = 0; ///< the time to seek to
-    /// How much earlier (seconds) the demuxer is to look for the sync sample.
+    /// How much earlier, in seconds, the demuxer looks for the sync sample.
     double demuxerOffset = 0;
 };
 

@@ -39,7 +39,7 @@ RenderContext makeContext(mpv_handle& core) {
     return RenderContext(context);
 }
 
-/// The core leaves anything in the fourth byte; Format_RGB32 promises 255.
+/// The core leaves the fourth byte undefined; Format_RGB32 needs 255.
 void makeOpaque(QImage& image) {
     for (int y = 0; y < image.height(); ++y) {
         auto* pixels = reinterpret_cast<QRgb*>(image.scanLine(y));
@@ -61,7 +61,7 @@ void drawInto(mpv_render_context& context, QImage& image) {
     makeOpaque(image);
 }
 
-/// Takes a frame that nobody wants to see, as the core waits for that.
+/// Takes a frame that is not shown. The core waits for that.
 void skipFrame(mpv_render_context& context) {
     int skip = 1;
     std::array parameters{mpv_render_param{MPV_RENDER_PARAM_SKIP_RENDERING, &skip},
@@ -69,7 +69,7 @@ void skipFrame(mpv_render_context& context) {
     mpv_render_context_render(&context, parameters.data());
 }
 
-/// Rows and start on 64 bytes, as the core's vector code likes them.
+/// Rows and start are aligned to 64 bytes, which makes the core's vector code fast.
 QImage alignedImage(QSize size) {
     constexpr std::size_t alignment = 64;
     constexpr std::size_t pixelBytes = 4;
@@ -80,7 +80,7 @@ QImage alignedImage(QSize size) {
             QImage::Format_RGB32,        std::free,    memory};
 }
 
-/// Images to draw into; one that is still shown somewhere is left alone.
+/// Images to draw into. One that is still shown is not used again.
 class ImagePool {
 public:
     QImage take(QSize size) {

@@ -23,10 +23,10 @@ public:
     void setNaturalSize(QSize size) override;
     void setGreatestSize(QSize size) override;
 
-    /// The newest picture (Format_RGB32); null where there is none. Copies share pixels that nobody changes:
-    /// keep none for longer than it is shown, its memory is used again. Any thread.
+    /// The newest picture (Format_RGB32); null if there is none. Copies share their pixels, which do not
+    /// change. Keep none for longer than it is shown, so that its memory can be used again. Any thread.
     QImage image() const;
-    /// Whether a newer one is just being drawn. Any thread.
+    /// Whether a newer one is being drawn. Any thread.
     bool isDrawing() const;
 
 private:

@@ -19,7 +19,7 @@ AppState::AppState(PreferenceStore& preferences, const ShellServices& services, 
     connect(player_.get(), &Player::periodicTime, this, &AppState::observePlaybackTime);
     connect(player_.get(), &Player::itemFailed, this,
             [this](const QString& reason) { setErrorMessage(QStringLiteral("Failed to load: ") + reason); });
-    // Queued, so that whoever writes preferences has finished with them when the session looks.
+    // Queued, so that a write of several preferences is complete when the session reads them.
     connect(&preferences_, &PreferenceStore::changed, this, &AppState::savedDefaultsMayHaveChanged,
             Qt::QueuedConnection);
 }
@@ -40,20 +40,20 @@ void AppState::observePlaybackTime(const CMTime& time) {
 }
 
 void AppState::publishDerived() {
-    const auto tell = [this](auto& known, auto now, Changed changed) {
+    const auto compare = [this](auto& known, auto now, Changed changed) {
         if (known != now) {
             known = std::move(now);
             Q_EMIT(this->*changed)();
         }
     };
-    tell(derived_.canGoNext, canGoNext(), &AppState::canGoNextChanged);
-    tell(derived_.queueLabel, queueLabel(), &AppState::queueLabelChanged);
-    tell(derived_.isOpening, isOpening(), &AppState::isOpeningChanged);
-    tell(derived_.isGrabbingFrame, isGrabbingFrame(), &AppState::isGrabbingFrameChanged);
-    tell(derived_.timelineHasContent, timelineHasContent(), &AppState::timelineHasContentChanged);
-    tell(derived_.canUndo, canUndo(), &AppState::canUndoChanged);
-    tell(derived_.canRedo, canRedo(), &AppState::canRedoChanged);
-    tell(derived_.canExport, canExport(), &AppState::canExportChanged);
+    compare(derived_.canGoNext, canGoNext(), &AppState::canGoNextChanged);
+    compare(derived_.queueLabel, queueLabel(), &AppState::queueLabelChanged);
+    compare(derived_.isOpening, isOpening(), &AppState::isOpeningChanged);
+    compare(derived_.isGrabbingFrame, isGrabbingFrame(), &AppState::isGrabbingFrameChanged);
+    compare(derived_.timelineHasContent, timelineHasContent(), &AppState::timelineHasContentChanged);
+    compare(derived_.canUndo, canUndo(), &AppState::canUndoChanged);
+    compare(derived_.canRedo, canRedo(), &AppState::canRedoChanged);
+    compare(derived_.canExport, canExport(), &AppState::canExportChanged);
 }
 
 } // namespace zelvra

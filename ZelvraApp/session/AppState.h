@@ -35,7 +35,8 @@ namespace zelvra {
 enum class DefaultsScope { justThisClip, forThisSession, always };
 
 /// The session: everything the user works on, the player that plays it, and the operations that change it.
-/// One object from the program's start to its end; windows show it and call it, and keep nothing themselves.
+/// One object from the program's start to its end. Windows show it and call it, and keep no state of their
+/// own.
 ///
 /// Each value has a signal, which is emitted when the value changes in any detail, and only then. An
 /// operation whose conditions are not met does nothing. One that fails leaves one line in `errorMessage` and
@@ -49,7 +50,7 @@ class AppState : public QObject {
 
 public:
     /// Starts with nothing open, the saved styles and recents. `preferences` outlives the session. Throws
-    /// MediaError where there can be no player.
+    /// MediaError if no player can be made.
     explicit AppState(PreferenceStore& preferences, const ShellServices& services = {},
                       QObject* parent = nullptr);
     ~AppState() override;
@@ -63,13 +64,13 @@ public:
     const std::optional<SourceInfo>& sourceInfo() const { return sourceInfo_; }
     /// As last observed.
     const CMTime& currentTime() const { return currentTime_; }
-    /// One line, shown until it is dismissed; empty where there is none.
+    /// One line, shown until it is dismissed; empty if there is none.
     const QString& errorMessage() const { return errorMessage_; }
     void setErrorMessage(const QString& line);
     /// There is something to show on the timeline strip: a highlight, a trim or a marked clip.
     bool timelineHasContent() const { return !highlights_.empty() || trimRange_ || !markedClips_.empty(); }
 
-    /// Takes a position of the playhead, which the player reports 30 times a second while it plays, and after
+    /// Takes a position of the playhead. The player reports it 30 times a second while it plays, and after
     /// every move while it is paused. May begin a freeze preview.
     void observePlaybackTime(const CMTime& time);
     /// Moves the playhead exactly there.
@@ -80,7 +81,7 @@ public:
     /// A folder is being listed, or a clip read.
     bool isOpening() const { return openingsUnderway_ > 0; }
 
-    /// One-shot requests to the window, which takes them back and calls the operation.
+    /// One-shot requests to show an open panel. Who shows it takes the request back first.
     bool triggerOpen() const { return triggerOpen_; }
     void setTriggerOpen(bool on);
     bool triggerOpenFolder() const { return triggerOpenFolder_; }
@@ -88,9 +89,9 @@ public:
 
     void presentOpenVideoPanel();
     void presentOpenFolderPanel();
-    /// What the desktop asks to open: the first of them, a clip or a folder.
+    /// Opens the first of what the desktop asks for, a clip or a folder.
     void handleOpenedURLs(const QList<QUrl>& urls);
-    /// Opens a clip. One that is not in the queue ends the work on a folder.
+    /// Opens a clip. If it is not in the queue, the queue is emptied.
     QCoro::Task<> load(std::filesystem::path clip);
     /// Queues a folder's clips in natural order and opens the first.
     QCoro::Task<> loadFolder(std::filesystem::path folder);
@@ -98,14 +99,14 @@ public:
     const std::vector<std::filesystem::path>& clipQueue() const { return clipQueue_; }
     int queueIndex() const { return queueIndex_; }
     bool canGoNext() const { return queueIndex_ + 1 < static_cast<int>(clipQueue_.size()); }
-    /// "1 of 3"; empty where there is no queue.
+    /// "1 of 3"; empty without a queue.
     QString queueLabel() const;
     QCoro::Task<> nextClip();
     QCoro::Task<> previousClip();
 
     /// Newest first.
     const std::vector<RecentItem>& recents() const { return recents_; }
-    /// Opens it as what is found on disk now; forgets it where nothing is found.
+    /// Opens it as the clip or the folder that it is now; forgets it if it no longer exists.
     void openRecent(const RecentItem& item);
     void clearRecents();
 
@@ -113,9 +114,9 @@ public:
     void setShowCloseConfirmation(bool on);
     /// There is work that was never exported.
     bool closingLosesWork() const;
-    /// Closes at once, or asks first where work would be lost.
+    /// Closes at once, or asks first if work would be lost.
     void requestCloseVideo();
-    /// Back to nothing open. What was not exported is lost.
+    /// Closes the clip. What was not exported is lost.
     void closeVideo();
 
     // ---- Highlights (Authoring.cpp)
@@ -125,7 +126,8 @@ public:
     const std::optional<HighlightDraft>& draft() const { return draft_; }
     /// The editor is about to open; its frame is being read.
     bool isGrabbingFrame() const { return grabsUnderway_ > 0; }
-    /// What the editor has made of the draft so far; nothing closes the editor and changes nothing else.
+    /// Stores what the editor has made of the draft so far. nullopt closes the editor and changes nothing
+    /// else.
     void setDraft(std::optional<HighlightDraft> draft);
     /// Pauses and opens the editor on a new circle over the frame on screen.
     QCoro::Task<> addHighlightAtCurrentTime();
@@ -140,9 +142,10 @@ public:
     const HighlightDefaults& clipDefaults() const { return clipDefaults_; }
     bool showDefaultsScopePrompt() const { return showDefaultsScopePrompt_; }
     void setShowDefaultsScopePrompt(bool on);
-    /// Answers the prompt. Nothing where no style waits for an answer.
+    /// Answers the prompt. Does nothing if no style waits for an answer.
     void applyPendingDefaults(DefaultsScope scope);
-    /// Takes over saved styles that were changed elsewhere, for the session and for the open clip.
+    /// Applies saved styles that another part of the program or another program has changed, to the session
+    /// and to the open clip.
     void savedDefaultsMayHaveChanged();
 
     // ---- Undo (Undo.cpp)
@@ -164,12 +167,12 @@ public:
 
     // ---- Trim (Trim.cpp)
 
-    /// The stretch that is played and exported; nothing means the whole source.
+    /// The part that is played and exported; nullopt means the whole source.
     const std::optional<CMTimeRange>& trimRange() const { return trimRange_; }
     /// Opens the trim editor of the player's view.
     void beginTrim();
-    /// Sets or clears the trim, as one step. Highlights outside go. Clearing leaves the editing of a marked
-    /// clip without saving.
+    /// Sets or clears the trim, as one step. Highlights outside the trim are removed. Clearing ends the
+    /// editing of a marked clip without saving it.
     void setTrim(std::optional<CMTimeRange> range);
     /// Move one edge while it is dragged, in seconds of the source. No step of undo; highlights stay.
     void dragTrimStart(double toSeconds);
@@ -182,9 +185,9 @@ public:
     const std::optional<Uuid>& editingClipID() const { return editingClipID_; }
     /// The clip whose end the next out-point moves.
     const std::optional<Uuid>& activeRoughClipID() const { return activeRoughClipID_; }
-    /// Drops a clip of the default length at the playhead; with a trim, moves the trim's start there.
+    /// Makes a clip of the default length at the playhead; with a trim, moves the trim's start there.
     void markInPoint();
-    /// Pulls the newest clip's end to the playhead; with a trim, the trim's end.
+    /// Moves the newest clip's end to the playhead; with a trim, the trim's end.
     void markOutPoint();
     /// Stores the trim and its highlights as a clip, or back into the one that is edited.
     void markCurrentClip();
@@ -205,7 +208,7 @@ public:
 
     bool showPostExportDialog() const { return showPostExportDialog_; }
     void setShowPostExportDialog(bool on);
-    /// What the dialog after an export leads to.
+    /// Answers of the dialog after an export.
     void closeAndOpenVideo();
     void closeAndOpenFolder();
     void quit();
@@ -251,7 +254,7 @@ Q_SIGNALS:
 private:
     using Changed = void (AppState::*)();
 
-    /// The one way in which a published field gets a value.
+    /// Sets a published field. No other function does.
     template <class Value>
     void publish(Value& field, std::type_identity_t<Value> value, Changed changed) {
         if (identical(field, value)) {
@@ -261,7 +264,7 @@ private:
         Q_EMIT(this->*changed)();
         publishDerived();
     }
-    /// Tells of those values that follow from others.
+    /// Notifies of changes of the values that are computed from others.
     void publishDerived();
     /// Counts one piece of work for as long as it lives.
     class Underway;
@@ -349,7 +352,7 @@ private:
     bool showPostExportDialog_ = false;
     std::stop_source exportStop_; ///< an export does not outlive the session
 
-    /// As last told to observers.
+    /// As last published.
     struct Derived {
         bool canGoNext = false;
         QString queueLabel;

@@ -22,7 +22,7 @@ DraftShape newCircle(const HighlightDefaults& style, const Size& display) {
             .strokeWidthRatio = style.strokeWidthRatio};
 }
 
-/// The style that a draft was given. Only circles have a radius; other figures leave it as it was.
+/// The style that a draft was given. Only circles have a radius; for other shapes it stays as it was.
 HighlightDefaults styleOf(const HighlightDraft& draft, const HighlightDefaults& current) {
     const bool circle = draft.shape.kind == HighlightShapeKind::circle;
     return {.color = draft.shape.color,
@@ -31,7 +31,7 @@ HighlightDefaults styleOf(const HighlightDraft& draft, const HighlightDefaults& 
             .durationSec = draft.durationSec};
 }
 
-/// The list with `highlight` in it: in the place of the one it re-edits, else added; in order of time.
+/// The list with `highlight` added, or in the place of the one that it edits again; in order of time.
 std::vector<Highlight> committing(const Highlight& highlight, std::vector<Highlight> highlights) {
     const auto edited = std::ranges::find(highlights, highlight.id, &Highlight::id);
     if (edited != highlights.end()) {
@@ -55,7 +55,7 @@ void AppState::setDraft(std::optional<HighlightDraft> draft) {
     publish(draft_, std::move(draft), &AppState::draftChanged);
 }
 
-/// Nothing where there is no frame, which `errorMessage` then tells, or no session any more.
+/// nullopt if there is no frame, with the cause in `errorMessage`, or if the session has been destroyed.
 QCoro::Task<std::optional<Image>> AppState::grabFrame(std::shared_ptr<const Asset> asset, CMTime time) {
     const QPointer<AppState> self(this);
     QString failure;

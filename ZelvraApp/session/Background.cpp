@@ -9,8 +9,8 @@ namespace zelvra {
 
 namespace {
 
-/// Most of this work waits for a disk or a network rather than for a processor, and a folder that does not
-/// answer must not keep the next clip from opening.
+/// More than there are processors: most of this work waits for a disk or a network, and a folder that does
+/// not respond must not keep the next clip from opening.
 constexpr int workerThreads = 8;
 
 QThreadPool& workers() {

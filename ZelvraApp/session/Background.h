@@ -15,16 +15,16 @@
 
 namespace zelvra {
 
-/// The engine blocks while it works; the session awaits it. These two bring them together.
+/// The engine blocks while it works. The session runs it on worker threads and awaits the result.
 ///
-/// One rule for everything that awaits here: what is awaited is a named local, never an expression with
-/// closures or temporaries in it. g++ 12 destroys such temporaries twice.
+/// One rule for everything that awaits here: what is awaited is a named local variable, never an expression
+/// with closures or temporaries in it. g++ 12 destroys such temporaries twice.
 
 /// Runs `work` on a worker thread. It must not throw.
 QFuture<void> onWorkerThread(std::function<void()> work);
 
-/// Runs `work`, which blocks and returns a value, on a worker thread; resumes on the thread that awaits, with
-/// the value or with the very exception that `work` threw.
+/// Runs `work`, which blocks and returns a value, on a worker thread. Resumes on the thread that awaits, with
+/// the value or with the exception that `work` threw.
 template <class Work>
 QCoro::Task<std::invoke_result_t<Work>> inBackground(Work work) {
     struct Outcome {
@@ -47,11 +47,11 @@ QCoro::Task<std::invoke_result_t<Work>> inBackground(Work work) {
     co_return std::move(*outcome->value);
 }
 
-/// Waits until all worker threads are done: before a program ends whose session is gone.
+/// Waits until all worker threads are done. Called before the program ends, after the session is destroyed.
 void finishWorkers();
 
-/// Lets a task run on by itself. An exception that reaches its end is a fault of ours; it is logged, as
-/// nobody is left to catch it.
+/// Lets a task run without a caller that awaits it. An exception that leaves the task is a bug; it is logged,
+/// as there is no caller to catch it.
 void letRun(QCoro::Task<> task);
 
 } // namespace zelvra

@@ -16,7 +16,7 @@ struct AppState::ExportJob {
     std::vector<Highlight> highlights;
     std::optional<CMTimeRange> range;
     std::filesystem::path output;
-    double progressStart = 0; ///< its share of the progress over all files
+    double progressStart = 0; ///< its part of the progress over all files
     double progressLength = 1;
 };
 
@@ -105,8 +105,9 @@ QCoro::Task<> AppState::exportMarkedClips() {
     finishExporting(std::move(written));
 }
 
-/// Before anything is touched: no output may be the source itself. Then makes the folder, which is the same
-/// for all of them. `refusal` begins the message, with the file's number in it where it has a place for one.
+/// Checks, before any file is touched, that no output is the source itself. Then makes the folder, which is
+/// the same for all outputs. An error message begins with `refusal`; if that has a "%1", the file's number
+/// replaces it.
 bool AppState::prepareOutputs(const std::vector<std::filesystem::path>& outputs, const QString& refusal) {
     std::error_code error;
     for (std::size_t k = 0; k < outputs.size(); ++k) {
@@ -150,7 +151,7 @@ void AppState::failExporting(const QString& line) {
 QCoro::Task<std::filesystem::path> AppState::render(ExportJob job) {
     RenderOptions options;
     options.sourceRange = job.range;
-    // Read anew for each file: a user may change it between two clips.
+    // Read again for each file: the user may change it between two clips.
     options.includeAudio = OutputLocation::loadFromUserDefaults(preferences_).includeAudio;
     options.stop = exportStop_.get_token();
     options.progress = [self = QPointer(this), start = job.progressStart,

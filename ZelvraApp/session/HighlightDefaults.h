@@ -17,15 +17,15 @@ struct HighlightDefaults {
     /// What a user who has never saved a style starts from.
     static HighlightDefaults factory();
 
-    /// The saved style. What is absent, of the wrong type or unreadable is the factory's, field by field.
+    /// The saved style. A field that is absent, of the wrong type or unreadable has the factory's value.
     static HighlightDefaults loadFromUserDefaults(const PreferenceStore& store);
 
     /// Saves all four fields in one step.
     void saveTo(PreferenceStore& store) const;
 };
 
-/// Equal as far as a user can tell: radius and stroke within 0.0001, duration within 0.01 s, colours
-/// approximately. Not to be used to tell whether a value has changed.
+/// Equal as far as a user can see: radius and stroke within 0.0001, duration within 0.01 s, colours
+/// approximately. Not a test of whether a value has changed; see identical.
 bool operator==(const HighlightDefaults& a, const HighlightDefaults& b);
 
 } // namespace zelvra

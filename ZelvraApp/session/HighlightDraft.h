@@ -7,7 +7,7 @@
 
 namespace zelvra {
 
-/// The figure in the editor. Anchors as in HighlightShape.
+/// The shape in the editor. Anchors as in HighlightShape.
 struct DraftShape {
     Uuid id; ///< of the HighlightShape that it becomes
     HighlightShapeKind kind = HighlightShapeKind::circle;
@@ -17,11 +17,11 @@ struct DraftShape {
     double strokeWidthRatio = 0; ///< of the picture's height
 };
 
-/// The figure of a highlight, to be edited or drawn.
+/// A highlight's shape, to be edited or drawn.
 DraftShape draftShape(const HighlightShape& shape);
 
 /// The editor's working copy of a highlight, with the frame that is drawn over. It becomes a highlight when
-/// it is committed; nobody else sees it before.
+/// it is committed.
 struct HighlightDraft {
     static constexpr Color defaultColor{10 / 255.0, 132 / 255.0, 1, 1};
 
@@ -33,7 +33,7 @@ struct HighlightDraft {
     DraftShape shape;
     bool isEditing = false; ///< an existing highlight is edited again
 
-    /// The circle's radius as a fraction of the picture's height; 0 for other figures.
+    /// The circle's radius as a fraction of the picture's height; 0 for other shapes.
     double circleRadiusRatio() const;
 
     /// What is stored when the draft is committed. The duration has the timescale 600.

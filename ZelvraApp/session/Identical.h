@@ -14,8 +14,9 @@
 
 namespace zelvra {
 
-/// Whether two values are the same in every field: what decides if a published field has changed. Stricter
-/// than `==`, which for times means the same moment and for styles the same look.
+/// Whether two values are the same in every field. Decides whether a published field has changed. Stricter
+/// than
+/// `==`, which for times means the same moment and for styles the same look.
 
 template <class Value>
     requires std::equality_comparable<Value>

@@ -123,7 +123,7 @@ void AppState::unmark(const Uuid& id) {
     }
 }
 
-/// An exact seek that nothing waits for.
+/// An exact seek that no caller waits for.
 void AppState::seekSoon(const CMTime& time) {
     letRun(awaitSeek(player_->seek(time)));
 }

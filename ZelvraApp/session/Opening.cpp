@@ -32,7 +32,7 @@ bool isMovieName(const std::filesystem::path& path) {
            extension == QLatin1String(".m4v");
 }
 
-/// A folder's clips in the order in which they are worked through; none where it cannot be read.
+/// A folder's clips in the order in which they are worked through; none if the folder cannot be read.
 std::vector<std::filesystem::path> clipsIn(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> clips;
     std::error_code unreadable;
@@ -42,7 +42,7 @@ std::vector<std::filesystem::path> clipsIn(const std::filesystem::path& folder) 
             clips.push_back(entry->path());
         }
     }
-    // A folder lists in no order; names that are naturally equal shall not change places from day to day.
+    // A folder is listed in no fixed order. Names that are naturally equal must not change places each time.
     std::ranges::sort(clips);
     sortInNaturalOrder(clips);
     return clips;
@@ -56,7 +56,7 @@ struct OpenedMovie {
 OpenedMovie openMovie(const std::filesystem::path& clip) {
     auto asset = std::make_shared<const Asset>(clip);
     SourceInfo info = loadSourceInfo(*asset);
-    asset->frames(); // the player asks for these on the main thread, where nothing should block
+    asset->frames(); // made here, as the player needs them on the main thread, which must not block
     return {std::move(asset), info};
 }
 
@@ -159,7 +159,7 @@ QCoro::Task<> AppState::loadClip(std::filesystem::path clip) {
     forgetAnnotations();
 }
 
-/// All that belongs to one clip and not to the next.
+/// Everything that belongs to one clip and not to the next.
 void AppState::forgetAnnotations() {
     publish(highlights_, {}, &AppState::highlightsChanged);
     clearUndoHistory();

@@ -9,7 +9,7 @@
 
 namespace zelvra {
 
-/// The view that shows the session's player, as far as the session knows it: it can let the user trim.
+/// The view that shows the session's player, as the session uses it: it lets the user trim.
 /// Main thread.
 class PlayerView : public QObject {
     Q_OBJECT
@@ -25,13 +25,13 @@ public:
     virtual void beginTrimming(std::function<void(TrimResult)> completion) = 0;
 };
 
-/// What leads from the session to the view that currently shows its player. Views come and go.
+/// Connects the session to the view that currently shows its player. Views come and go.
 class PlayerController {
 public:
     QPointer<PlayerView> playerView; ///< none until a view has attached itself
 
-    /// Opens the view's trim editor. `completion` is told, never before this returns, whether the user
-    /// confirmed; false too where there is no view or it cannot trim now.
+    /// Opens the view's trim editor. `completion` is called once, never before this returns, with whether the
+    /// user confirmed; with false too if there is no view or it cannot trim now.
     void beginTrim(std::function<void(bool confirmed)> completion);
 };
 

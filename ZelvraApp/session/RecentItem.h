@@ -10,22 +10,22 @@
 
 namespace zelvra {
 
-/// A clip or folder that was opened lately. Identified by its path.
+/// A clip or folder that was opened recently. Identified by its path.
 struct RecentItem {
     QString path;
     bool isFolder = false; ///< as it was opened
     bool operator==(const RecentItem&) const = default;
 
-    /// Newest first. Whether they still exist is not looked at. Entries without a path are skipped; what is
-    /// no list of entries is an empty list.
+    /// Newest first. Does not check whether they still exist. Entries without a path are skipped. A value
+    /// that is no list of entries gives an empty list.
     static std::vector<RecentItem> loadFromUserDefaults(const PreferenceStore& store);
 
     /// Replaces the saved list.
     static void save(const std::vector<RecentItem>& items, PreferenceStore& store);
 };
 
-/// The list after `item` was opened: it comes first, any entry of the same path goes, and the oldest beyond
-/// ten go.
+/// The list after `item` was opened: the item is first, any other entry of its path is removed, and so are
+/// the oldest beyond ten.
 std::vector<RecentItem> noting(const RecentItem& item, std::vector<RecentItem> recents);
 
 /// The list without the entries of that path.

@@ -9,8 +9,8 @@
 
 namespace zelvra {
 
-/// What the session asks of the window system around it. The shell gives these; a session without them (on a
-/// command line) leaves out what they would do. Main thread; not owned, and they outlive the session.
+/// What the session needs of the window system. The shell provides these. A session without them (on a
+/// command line) leaves out what they would do. Main thread. Not owned; they outlive the session.
 
 struct OpenPanelRequest {
     enum class Choice {
@@ -19,7 +19,7 @@ struct OpenPanelRequest {
     };
     Choice choice = Choice::movie;
     QString prompt;  ///< on the button that confirms
-    QString message; ///< tells what to choose
+    QString message; ///< says what to choose
 };
 
 class OpenPanel {
@@ -47,7 +47,7 @@ public:
 class RecentDocuments {
 public:
     virtual ~RecentDocuments() = default;
-    /// Tells the desktop that this clip or folder was opened.
+    /// Reports to the desktop that this clip or folder was opened.
     virtual void note(const std::filesystem::path& path) = 0;
 };
 

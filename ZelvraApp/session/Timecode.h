@@ -8,7 +8,7 @@
 
 namespace zelvra {
 
-/// Minutes and seconds as the whole user interface shows them: "62:05.00", without hours; "--:--.--" for a
+/// Minutes and seconds as the whole user interface shows them, without hours: "62:05.00". "--:--.--" for a
 /// time that is no finite number.
 QString timecode(const CMTime& time);
 

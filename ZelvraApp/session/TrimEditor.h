@@ -9,8 +9,8 @@
 
 namespace zelvra {
 
-/// The trim editor of the player's view, apart from its looks: in and out points over the whole source that
-/// the user moves, then confirms or cancels. Only confirming changes the player's bounds.
+/// The state of the player view's trim editor: in and out points over the whole source that the user moves,
+/// then confirms or cancels. Only confirming changes the player's bounds.
 ///
 /// Main thread. `player` outlives it.
 class TrimEditor : public PlayerView {
@@ -21,18 +21,18 @@ public:
 
     /// A movie is loaded and the editor is not open yet.
     bool canBeginTrimming() const override;
-    /// Opens with the points at the player's bounds, where there are none at the movie's ends.
+    /// Opens with the points at the player's bounds, or at the movie's ends if there are none.
     void beginTrimming(std::function<void(TrimResult)> completion) override;
 
     bool isActive() const { return completion_ != nullptr; }
     CMTime inPoint() const { return inPoint_; }
     CMTime outPoint() const { return outPoint_; }
 
-    /// Kept inside the movie and 0.1 s apart; nothing while the editor is closed.
+    /// The points stay inside the movie and 0.1 s apart. Does nothing while the editor is closed.
     void setInPoint(const CMTime& time);
     void setOutPoint(const CMTime& time);
 
-    /// Makes the points the player's bounds. If another movie has been loaded meanwhile it is a cancel.
+    /// Makes the points the player's bounds. Cancels if another movie has been loaded meanwhile.
     void confirm();
     void cancel();
 

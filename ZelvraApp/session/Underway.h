@@ -8,8 +8,8 @@
 
 namespace zelvra {
 
-/// Work of the session that takes time, counted in one of its fields from here to the end of the scope, so
-/// that a window can show that something is going on. The session may go away meanwhile.
+/// Counts a piece of work of the session, in one of its fields, until the end of the scope, so that a window
+/// can show that work goes on. The session may be destroyed meanwhile.
 class AppState::Underway {
 public:
     Underway(AppState& state, int AppState::* count) : state_(&state), count_(count) { add(1); }

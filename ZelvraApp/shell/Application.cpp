@@ -55,7 +55,7 @@ Application::Application(const Options& options)
     shell_.windowState = &windowState_;
 
     const bool openGL = chooseGraphics();
-    std::setlocale(LC_NUMERIC, "C"); // what the player's core insists on
+    std::setlocale(LC_NUMERIC, "C"); // the player's core needs it
     QFont font(QStringLiteral("Inter"));
     font.setPixelSize(13);
     QGuiApplication::setFont(font);
@@ -87,7 +87,7 @@ QQuickWindow& Application::mainWindow() const {
 
 void Application::present(const QString& activationToken) {
     if (!activationToken.isEmpty()) {
-        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8()); // where the toolkit looks for it
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8()); // the toolkit reads it there
     }
     QQuickWindow& window = mainWindow();
     if (window.visibility() == QWindow::Minimized) {

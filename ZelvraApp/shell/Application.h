@@ -22,18 +22,18 @@ namespace zelvra {
 /// must exist and outlive it. Main thread.
 class Application {
 public:
-    /// What the program stands on; tests give parts of their own.
+    /// What the program uses; tests pass parts of their own.
     struct Options {
         std::filesystem::path preferences = PreferenceStore::standardFile();
         std::filesystem::path windowState = WindowState::standardFile();
-        /// Instead of the desktop's; null members are left to the desktop.
+        /// Used instead of the desktop's; the desktop's are used for null members.
         ShellServices services = {};
     };
 
-    /// Settings of the toolkit that have to be made before the QGuiApplication.
+    /// Settings of the toolkit that must be made before the QGuiApplication.
     static void prepare();
 
-    /// Opens the main window. Throws MediaError where there can be no player.
+    /// Opens the main window. Throws MediaError if no player can be made.
     explicit Application(const Options& options);
     ~Application();
     Application(const Application&) = delete;
@@ -43,11 +43,11 @@ public:
     QQuickWindow& mainWindow() const;
 
     /// Brings the main window to the front. `activationToken` is the desktop's permission to do so; empty
-    /// where it gave none.
+    /// if it gave none.
     void present(const QString& activationToken = {});
 
 private:
-    /// The session's way out: asks before it ends the program.
+    /// Ends the program for the session, after the questions of Leaving.
     struct AskFirst : Terminator {
         void terminate() override { leaving->request(); }
         Leaving* leaving = nullptr;

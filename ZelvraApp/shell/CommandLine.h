@@ -10,15 +10,15 @@
 
 namespace zelvra {
 
-/// What the program was asked for on its command line: `zelvra [FILE|FOLDER]...`.
+/// The program's command line: `zelvra [FILE|FOLDER]...`.
 struct CommandLine {
-    QList<QUrl> urls; ///< what to open, made absolute; whether it exists is not looked at
+    QList<QUrl> urls; ///< what to open, made absolute; it may not exist
 
-    /// To be printed instead of opening a window; to the standard output where `exitStatus` is 0.
+    /// Text to print instead of opening a window; to the standard output if `exitStatus` is 0.
     std::optional<QString> answer;
     int exitStatus = 0;
 
-    /// `workingFolder` is what relative names begin in. Needs no window system.
+    /// Relative names are in `workingFolder`. Needs no window system.
     static CommandLine parse(const QStringList& arguments, const QString& workingFolder);
 };
 

@@ -13,12 +13,12 @@ namespace zelvra {
 
 class Application;
 
-/// The program's place on the desktop that it runs on: it takes on light and dark, keeps the screen awake
-/// while it plays and the machine while it exports, and answers when the desktop calls it. Where there is no
-/// bus, nothing of this happens.
+/// Connects the program with the desktop that it runs on: it follows light and dark, keeps the screen on
+/// while it plays and the machine awake while it exports, and handles the desktop's calls. Without a bus it
+/// does nothing.
 ///
-/// Made before the application, so that the desktop's looks are known when its first picture is drawn. Main
-/// thread.
+/// Made before the application, so that the desktop's appearance is known when the first picture is drawn.
+/// Main thread.
 class DesktopIntegration : public QObject {
     Q_OBJECT
 

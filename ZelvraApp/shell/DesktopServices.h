@@ -6,12 +6,12 @@
 
 namespace zelvra {
 
-/// What the session asks of the desktop, by the desktop's own means. (The open panel is OpenPanels.)
+/// The session's services, provided by the desktop. (The open panel is OpenPanels.)
 class DesktopServices : public FileViewer, public RecentDocuments, public Terminator {
 public:
     void reveal(const std::filesystem::path& file) override;
     void note(const std::filesystem::path& path) override;
-    /// Leaves the event loop, whatever is open.
+    /// Leaves the event loop, without a question.
     void terminate() override;
 };
 

@@ -18,7 +18,7 @@ namespace zelvra {
 
 namespace {
 
-/// Looked at first: only to ask an imitated OpenGL for its name takes a tenth of a second.
+/// Checked first, because to ask an imitated OpenGL for its name takes a tenth of a second.
 bool hasGraphicsProcessor() {
     return !QDir(QStringLiteral("/dev/dri")).entryList({QStringLiteral("renderD*")}, QDir::System).isEmpty();
 }
@@ -54,7 +54,7 @@ bool chooseGraphics() {
 
 void drawWithOpenGL(QQuickWindow& window, Player& player) {
     OpenGLPicture& picture = player.drawWithOpenGL();
-    // On the thread that draws the window, where its context is current.
+    // These run on the thread that draws the window, with its context current.
     QObject::connect(
         &window, &QQuickWindow::sceneGraphInitialized, &picture,
         [&picture] {

@@ -11,7 +11,8 @@ Leaving::Leaving(AppState& state, Terminator& end, QObject* parent)
     connect(&state, &AppState::isExportingChanged, this, &Leaving::stay);
     connect(&state, &AppState::videoURLChanged, this, &Leaving::leaveOnceClosed);
     connect(&state, &AppState::showCloseConfirmationChanged, this, [this] {
-        // The question goes before its answer takes effect; an answer that closed nothing was to stay.
+        // The question is closed before its answer takes effect. If the answer closes no clip, it was to
+        // stay.
         if (!state_.showCloseConfirmation()) {
             QTimer::singleShot(0, this, [this] { leavesOnceClosed_ = false; });
         }

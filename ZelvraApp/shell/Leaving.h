@@ -9,24 +9,24 @@
 
 namespace zelvra {
 
-/// The way out of the program. Asks first where something would be lost: while an export runs, about that;
-/// where work was never exported, as closing the clip asks.
+/// Ends the program. Asks first if something would be lost: about the export while one runs, or, if work was
+/// never exported, the same question as closing the clip.
 ///
 /// Main thread. The session outlives it.
 class Leaving : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The shell has one.")
-    /// The question is up whether a running export shall be stopped.
+    /// The question whether to stop a running export is up.
     Q_PROPERTY(bool asksAboutExport READ asksAboutExport NOTIFY asksAboutExportChanged)
 
 public:
-    /// `end` is what ends the program.
+    /// `end` ends the program.
     Leaving(AppState& state, Terminator& end, QObject* parent = nullptr);
 
     bool asksAboutExport() const { return asksAboutExport_; }
 
-    /// Closing the window, Quit, and the dialog after an export all come here.
+    /// Called by closing the window, by Quit, and by the dialog after an export.
     Q_INVOKABLE void request();
 
     /// The answers to the question about the export.
@@ -43,7 +43,7 @@ private:
     AppState& state_;
     Terminator& end_;
     bool asksAboutExport_ = false;
-    bool leavesOnceClosed_ = false; ///< the close question is up on our account
+    bool leavesOnceClosed_ = false; ///< the close question is up because of `request`
 };
 
 } // namespace zelvra

@@ -14,9 +14,9 @@
 
 namespace zelvra {
 
-/// What the menu of the main window can do at the moment, and what its changing items are called. Follows the
-/// session; the commands themselves are the session's. While a question waits for its answer nothing can be
-/// done.
+/// Which commands of the main window's menu are enabled, and the titles of the items whose titles change.
+/// Follows the session; the commands themselves are the session's. While a question waits for its answer, no
+/// command is enabled.
 ///
 /// Main thread. What it follows outlives it.
 class MenuState : public QObject {

@@ -14,7 +14,7 @@
 
 namespace zelvra {
 
-/// What the program's windows share beside the session. Owns nothing.
+/// What the program's windows share besides the session. Owns nothing.
 class Shell : public QObject {
     Q_OBJECT
     QML_ELEMENT

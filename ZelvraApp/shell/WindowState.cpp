@@ -19,7 +19,7 @@ namespace zelvra {
 namespace {
 
 constexpr int leastSize = 1;
-constexpr int greatestSize = 16384; // no screen is larger; a damaged file may say anything
+constexpr int greatestSize = 16384; // no screen is larger; a damaged file may contain any number
 
 template <class Number>
 Number sizeIn(const QJsonObject& state, QLatin1String name, Number standard) {
@@ -34,7 +34,7 @@ std::filesystem::path WindowState::standardFile() {
     if (!named.isEmpty()) {
         return pathOf(named);
     }
-    // QStandardPaths does not know this folder yet. A relative path in the variable does not count.
+    // QStandardPaths does not know this folder yet. A relative path in the variable is ignored.
     const QString folder = qEnvironmentVariable("XDG_STATE_HOME");
     const QString standard = QDir::homePath() + QStringLiteral("/.local/state");
     return pathOf(QDir::isAbsolutePath(folder) ? folder : standard) / "zelvra" / "window.json";

@@ -11,8 +11,8 @@
 namespace zelvra {
 
 /// How the main window was left: its size, whether it was maximised, and how wide the sidebar was. Kept in a
-/// file of its own beside the preferences, read when this is made and written when it goes. A file that is
-/// absent or cannot be understood is the first day's window; one that cannot be written is left as it is.
+/// file of its own beside the preferences, which is read when this is made and written when it is destroyed.
+/// Without a file, or with a damaged one, the window has its standard size. A failure to write is ignored.
 class WindowState : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -24,8 +24,8 @@ class WindowState : public QObject {
     Q_PROPERTY(double sidebarWidth MEMBER sidebarWidth_ NOTIFY changed)
 
 public:
-    /// The file that the environment names in ZELVRA_STATE, else "zelvra/window.json" in the user's folder of
-    /// states.
+    /// The file that ZELVRA_STATE names in the environment, else "zelvra/window.json" in the user's state
+    /// folder.
     static std::filesystem::path standardFile();
 
     explicit WindowState(std::filesystem::path file, QObject* parent = nullptr);

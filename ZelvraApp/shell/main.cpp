@@ -14,7 +14,8 @@
 #include <malloc.h>
 
 int main(int argc, char** argv) {
-    // A long export's tables grow by large steps; given back at once, memory stays what is used.
+    // A long export's tables grow by large steps. Large blocks are freed at once, so memory stays at what is
+    // used.
     constexpr int largeBlock = 1 << 20;
     mallopt(M_MMAP_THRESHOLD, largeBlock);
 

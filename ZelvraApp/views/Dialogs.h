@@ -46,7 +46,7 @@ public:
     Q_INVOKABLE void closeAndDiscard();
     Q_INVOKABLE void keepOpen() { afterClosing_ = nullptr; }
 
-    /// The question went away; its flag is taken back.
+    /// The question was closed; resets its flag.
     Q_INVOKABLE void dismiss(Question question);
 
 Q_SIGNALS:

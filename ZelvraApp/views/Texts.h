@@ -9,7 +9,7 @@
 
 namespace zelvra {
 
-/// The main window's texts that follow from numbers. Functions of their arguments alone; views call them as
+/// The main window's texts that depend on numbers. Pure functions; views call them as
 /// `Texts.closeMessage(…)`.
 class Texts : public QObject {
     Q_OBJECT
@@ -20,9 +20,9 @@ public:
     using QObject::QObject;
 
     // Questions
-    /// What closing would lose; empty where nothing would be lost.
+    /// What closing would lose; empty if nothing would be lost.
     Q_INVOKABLE static QString closeMessage(int highlights, int markedClips);
-    /// `file` is what was written last; empty where nothing was.
+    /// `file` is the last file written; empty if there is none.
     Q_INVOKABLE static QString postExportMessage(const QUrl& file);
     /// The answer that leads on in a queue, from the clip at `queueIndex`, counted from 0.
     Q_INVOKABLE static QString nextClipAnswer(int queueIndex, int queueLength);

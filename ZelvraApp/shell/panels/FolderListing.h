@@ -11,7 +11,7 @@
 namespace zelvra {
 
 /// What is in a folder, for the file panel: folders first, then the files that match `globs`, each in natural
-/// order, hidden ones left out. Reads in the background, as a folder on a network may take its time.
+/// order, without hidden ones. Reads in the background, as a folder on a network may be slow.
 class FolderListing : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -21,7 +21,7 @@ class FolderListing : public QObject {
     /// { name, url, isFolder, sizeText, timeText }
     Q_PROPERTY(QVariantList entries READ entries NOTIFY entriesChanged)
     Q_PROPERTY(bool reading READ isReading NOTIFY entriesChanged)
-    /// The folder around this one; this one where there is none.
+    /// The parent of this folder; this one if it has none.
     Q_PROPERTY(QUrl parentFolder READ parentFolder NOTIFY folderChanged)
 
 public:
@@ -43,7 +43,7 @@ private:
     QStringList globs_;
     QVariantList entries_;
     bool reading_ = false;
-    int reads_ = 0; ///< only what was asked for last is shown
+    int reads_ = 0; ///< number of the last read; only its result is shown
 };
 
 } // namespace zelvra

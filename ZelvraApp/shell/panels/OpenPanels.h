@@ -16,9 +16,9 @@
 
 namespace zelvra {
 
-/// The session's open panel: the desktop's own file chooser; where it has none, a panel of ours, which QML
-/// shows and gives back what was chosen. Where another question is asked before the first is answered, the
-/// first is forgotten.
+/// The session's open panel: the desktop's own file chooser or, if it has none, a panel of the program, which
+/// QML shows and which passes the choice back by `choose`. A second question before the first is answered
+/// replaces the first.
 class OpenPanels : public QObject, public OpenPanel {
     Q_OBJECT
     QML_ELEMENT
@@ -26,9 +26,10 @@ class OpenPanels : public QObject, public OpenPanel {
     Q_PROPERTY(bool forFolder READ isForFolder NOTIFY asked)
     Q_PROPERTY(QString prompt READ prompt NOTIFY asked)
     Q_PROPERTY(QString message READ message NOTIFY asked)
-    /// What is listed, in either case; nothing for a folder.
+    /// Patterns of the files that are listed, in both cases of letters; empty for a folder.
     Q_PROPERTY(QStringList globs READ globs NOTIFY asked)
-    /// Where to begin to look: where something was chosen last, at first the user's folder of movies.
+    /// The folder that is shown first: that of the last choice; before any choice the user's folder of
+    /// movies.
     Q_PROPERTY(QUrl firstFolder READ firstFolder NOTIFY asked)
 
 public:
@@ -44,11 +45,11 @@ public:
     QUrl firstFolder() const;
 
     Q_INVOKABLE void choose(const QUrl& url);
-    /// The folder and those around it, outermost first: { name, url }.
+    /// The folder and its parents, outermost first: { name, url }.
     Q_INVOKABLE static QVariantList waysUp(const QUrl& folder);
 
 Q_SIGNALS:
-    /// Our own panel has to be shown.
+    /// The program's own panel has to be shown.
     void asked();
 
 private:

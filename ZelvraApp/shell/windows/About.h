@@ -10,10 +10,10 @@
 
 namespace zelvra {
 
-/// "1.2 (45)" for a version and a build, the version where there is no build, "1.0" without a version.
+/// "1.2 (45)" for a version and a build, the version if there is no build, "1.0" without a version.
 QString appVersionString(const std::optional<QString>& version, const std::optional<QString>& build);
 
-/// What the about window says of this build.
+/// What the about window shows about this build.
 class About : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -21,7 +21,7 @@ struct HelpSection {
 /// The sections of a text whose lines are "## icon Title" and, below each, "- item".
 std::vector<HelpSection> helpSections(const QString& text);
 
-/// What the help window says: a tour of the program (help.md), and what its signs for keys mean here.
+/// The text of the help window: a tour of the program (help.md), and what its signs for keys mean here.
 class HelpContent : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -28,11 +28,11 @@ class Settings : public QObject {
     Q_PROPERTY(double clipLengthSec READ clipLengthSec WRITE setClipLengthSec NOTIFY changed)
     Q_PROPERTY(OutputMode outputMode READ outputMode WRITE setOutputMode NOTIFY changed)
     Q_PROPERTY(QString subfolderName READ subfolderName WRITE setSubfolderName NOTIFY changed)
-    /// Empty where none was chosen.
+    /// Empty if none was chosen.
     Q_PROPERTY(QString customFolder READ customFolder NOTIFY changed)
     Q_PROPERTY(bool includeAudio READ includeAudio WRITE setIncludeAudio NOTIFY changed)
     Q_PROPERTY(bool previewEnabled READ previewEnabled WRITE setPreviewEnabled NOTIFY changed)
-    /// What stands beside the controls: "6.0%", "0.40%", "3.0s", "30s".
+    /// The texts beside the controls: "6.0%", "0.40%", "3.0s", "30s".
     Q_PROPERTY(QString radiusText READ radiusText NOTIFY changed)
     Q_PROPERTY(QString strokeText READ strokeText NOTIFY changed)
     Q_PROPERTY(QString durationText READ durationText NOTIFY changed)
@@ -77,7 +77,7 @@ public:
 
     /// Lets the user choose the custom folder. Cancelling leaves it as it is.
     Q_INVOKABLE void chooseCustomFolder();
-    /// Highlight style, clip length and output as on the first day; asks nothing.
+    /// Resets highlight style, clip length and output to factory defaults, without a question.
     Q_INVOKABLE void resetToFactoryDefaults();
 
 Q_SIGNALS:

@@ -15,7 +15,8 @@
 namespace zelvra {
 
 /// Small pictures of the open movie side by side, the whole movie over the item's width. They are made when
-/// the item is first shown for a movie, one after the other on a worker thread, and drawn as they come.
+/// the item is first shown for a movie, one after the other on a worker thread. Each is drawn as soon as it
+/// is made.
 class FilmStrip : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -38,12 +39,12 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 
 private:
-    /// Makes the pictures where those that there are do not fit the movie and the size.
+    /// Makes the pictures if the present ones do not fit the movie and the size.
     void refresh();
     void take(std::size_t index, const QImage& thumbnail);
 
     Session* session_ = nullptr;
-    std::weak_ptr<const Asset> movie_; ///< that the pictures are of
+    std::weak_ptr<const Asset> movie_; ///< that the pictures show
     std::vector<QImage> thumbnails_;   ///< null: not made yet
     QSize madeFor_;                    ///< pixels of the screen
     std::stop_source stop_;

@@ -16,7 +16,8 @@
 
 namespace zelvra {
 
-/// How a coded picture lies in an item: its size before turning, and the way from there to the item.
+/// How a coded picture is placed in an item: its size before turning, and the transform from there to the
+/// item.
 struct PicturePlacement {
     QRectF coded;
     QMatrix4x4 toItem;

@@ -137,7 +137,7 @@ void PlayerControls::pause() {
     Q_EMIT playingChanged();
 }
 
-/// Plays, and faster with each press; out of the way back, at the usual speed.
+/// Plays, and faster with each press. If the shuttle went backwards, plays at the usual speed.
 void PlayerControls::shuttleForward() {
     const bool faster = player().rate() > 0;
     const double next = faster ? std::min(std::max(player().rate(), 1.0) * 2, fastestShuttle) : rate_;
@@ -148,7 +148,7 @@ void PlayerControls::shuttleForward() {
     player().play();
 }
 
-/// Backwards, and faster with each press. Each picture on the way is sought, as fast as they can be decoded.
+/// Goes backwards, and faster with each press. Seeks to each picture, as fast as they can be decoded.
 void PlayerControls::shuttleBackward() {
     const double next = shuttleRate_ < 0 ? std::max(shuttleRate_ * 2, -fastestShuttle) : -1;
     session_->state()->cancelHighlightPreview();

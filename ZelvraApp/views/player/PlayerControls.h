@@ -14,7 +14,7 @@ namespace zelvra {
 /// What the controls in the player's picture show and do: playing, scrubbing, stepping, the shuttle of J, K
 /// and L, volume and speed. Main thread.
 ///
-/// Playing on counts as playing while a freeze is shown: pausing then ends the freeze.
+/// While a freeze is shown this counts as playing: pausing then ends the freeze.
 class PlayerControls : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -25,7 +25,7 @@ class PlayerControls : public QObject {
     Q_PROPERTY(QString remainingText READ remainingText NOTIFY timeChanged)
     Q_PROPERTY(double volume READ volume WRITE setVolume NOTIFY soundChanged)
     Q_PROPERTY(bool muted READ isMuted WRITE setMuted NOTIFY soundChanged)
-    /// At which the user wants to watch; the shuttle plays faster for as long as it runs.
+    /// The rate that the user has chosen. The shuttle plays faster while it runs.
     Q_PROPERTY(double rate READ rate WRITE setRate NOTIFY rateChanged)
     Q_PROPERTY(QString rateText READ rateText NOTIFY rateChanged)
     Q_PROPERTY(QList<double> rates READ rates CONSTANT)
@@ -51,14 +51,14 @@ public:
     Q_INVOKABLE static QString textOfRate(double rate);
 
     Q_INVOKABLE void togglePlaying();
-    /// A drag to that moment, in seconds; a movie that plays waits for the drag's end.
+    /// A drag to that moment, in seconds. A movie that plays is paused until the drag ends.
     void scrub(double seconds);
     void endScrub(double seconds);
     /// By that many frames; pauses.
     Q_INVOKABLE void step(int frames);
 
     /// Does what a key asks of the player: Space, the arrows (one frame, ten with Shift), J, K, L, Home, End.
-    /// False for any other key, and where nothing is open.
+    /// False for any other key, and if no clip is open.
     Q_INVOKABLE bool handleKey(int key, int modifiers);
 
 Q_SIGNALS:

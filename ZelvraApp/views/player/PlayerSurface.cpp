@@ -28,7 +28,7 @@ bool isOnItsSide(const SourceInfo& info) {
     return turnOf(info).m11() == 0;
 }
 
-/// Upright pictures keep the plain rectangle, which every way of drawing copies fastest.
+/// Upright pictures keep the plain rectangle, which is the fastest to draw.
 PicturePlacement placement(const SourceInfo& info, const QRectF& shown) {
     if (info.preferredTransform.isIdentity()) {
         return {shown, {}};
@@ -62,7 +62,7 @@ void PlayerSurface::setSession(Session* session) {
     Q_EMIT sessionChanged();
 }
 
-/// The thread of the window's pictures, while this one waits.
+/// Called on the scene graph's thread while the main thread waits.
 QSGNode* PlayerSurface::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) {
     std::unique_ptr<QSGNode> node(old);
     Player& player = session_->state()->player();

@@ -10,8 +10,8 @@
 namespace zelvra {
 
 /// The player's picture in a window: as large as fits, in the middle, upright, in the movie's own shape. The
-/// player draws it in the pixels that it takes on the screen, so nothing is scaled twice. Draws nothing where
-/// there is no picture.
+/// player draws it at its size on the screen, so it is not scaled twice. Draws nothing if there is no
+/// picture.
 class PlayerSurface : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

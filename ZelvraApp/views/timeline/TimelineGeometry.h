@@ -9,18 +9,19 @@
 
 namespace zelvra {
 
-/// Where things are on the timeline strip: which stretch of the source it shows, what is where on it, and
-/// what a pointer meets. Values only; times in seconds of the source, lengths in logical pixels of the strip.
+/// Geometry of the timeline strip: which part of the source it shows, where moments and marks are on it, and
+/// what is under a pointer. Values only; times in seconds of the source, lengths in logical pixels of the
+/// strip.
 
-/// A closed stretch of the source.
+/// A part of the source; both ends belong to it.
 struct TimeSpan {
     double lo = 0;
     double hi = 1;
     bool operator==(const TimeSpan&) const = default;
 };
 
-/// What the strip shows of a source of that duration: all of it, or the surroundings of the trim, which are
-/// more behind it than before. A source of no known duration gets one second.
+/// The part of a source of that duration that the strip shows: all of it, or the trim with 10 s before and 30
+/// s after it. One second if the duration is not known.
 TimeSpan currentWindow(double duration, const std::optional<TimeSpan>& trim);
 
 /// The strip's one axis: times of a window spread over a width.
@@ -48,7 +49,7 @@ private:
     double width_ = 0;
 };
 
-/// A bar on the strip from one moment to another; never narrower than can be seen.
+/// A bar on the strip from one moment to another; at least 2 pixels wide, so that it is visible.
 struct TimelineBar {
     double x = 0;
     double width = 0;
@@ -59,7 +60,7 @@ TimelineBar barOf(const TimeSpan& span, const TimelineAxis& axis);
 inline constexpr double timelineDotDiameter = 14;
 inline constexpr double timelineHandleReach = 7; ///< to either side; wider than what is drawn
 
-/// What a pointer can meet on the strip.
+/// What can be under a pointer on the strip.
 struct TimelineTarget {
     enum class Kind { strip, startHandle, endHandle, dot };
     Kind kind = Kind::strip;
@@ -67,8 +68,8 @@ struct TimelineTarget {
     bool operator==(const TimelineTarget&) const = default;
 };
 
-/// Dots lie over handles, and later dots over earlier ones. Of two handles that are close together it is the
-/// one on the pointer's side. `handles` are the positions of both edges, where they are shown.
+/// Dots are over handles, and later dots over earlier ones. Of two handles that are close together the one on
+/// the pointer's side counts. `handles` are the positions of both edges, if they are shown.
 TimelineTarget targetAt(const QPointF& at, double height, const std::vector<double>& dots,
                         const std::optional<TimeSpan>& handles);
 

@@ -9,11 +9,11 @@
 
 namespace zelvra {
 
-/// The marks of the timeline strip of which there may be hundreds, each kind in one picture: the marked
-/// clips, or the highlights' dots. It is painted anew only when the marks change, not while an edge is
-/// dragged or the playhead runs.
+/// Marks of the timeline strip of which there may be hundreds, painted as one item: the marked clips, or the
+/// highlights' dots. It is painted again only when the marks change, not while an edge is dragged or the
+/// playhead moves.
 ///
-/// It reaches beyond the strip by `overhang` on both sides, where dots at the ends need room.
+/// It reaches beyond the strip by `overhang` on both sides, as dots at the ends need room.
 class TimelineMarks : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

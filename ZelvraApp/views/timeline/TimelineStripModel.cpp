@@ -91,7 +91,7 @@ void TimelineStripModel::updateDots() {
             }
         }
     }
-    setTarget(std::nullopt); // what lay under the pointer may have gone
+    setTarget(std::nullopt); // what was under the pointer may be gone
     setCurrentDot(std::min(currentDot_, static_cast<int>(dots_.size()) - 1));
     Q_EMIT dotsChanged();
 }

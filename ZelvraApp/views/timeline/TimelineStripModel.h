@@ -15,9 +15,9 @@
 
 namespace zelvra {
 
-/// What the timeline strip shows and what a pointer or a key does on it. It turns the session's times into
+/// What the timeline strip shows, and what a pointer or a key does on it. It turns the session's times into
 /// positions, and presses, moves and releases into the session's operations. While an edge is dragged the
-/// shown window stays what it was, and the whole drag is one step of undo.
+/// shown window does not change, and the whole drag is one step of undo.
 ///
 /// Positions are in the strip's own logical pixels. Main thread.
 class TimelineStripModel : public QObject {
@@ -39,7 +39,8 @@ class TimelineStripModel : public QObject {
     Q_PROPERTY(double startHandleX READ startHandleX NOTIFY trimChanged)
     Q_PROPERTY(double endHandleX READ endHandleX NOTIFY trimChanged)
     Q_PROPERTY(bool draggingEdge READ draggingEdge NOTIFY draggingEdgeChanged)
-    /// What the pointer is over: its tooltip, where that belongs, and whether it can be dragged or clicked.
+    /// Of what the pointer is over: its tooltip, the tooltip's place, and whether it can be dragged or
+    /// clicked.
     Q_PROPERTY(QString tip READ tip NOTIFY hoverChanged)
     Q_PROPERTY(double tipX READ tipX NOTIFY hoverChanged)
     Q_PROPERTY(bool overHandle READ overHandle NOTIFY hoverChanged)
@@ -88,8 +89,8 @@ public:
     /// Of the highlights in the window.
     const std::vector<Dot>& dots() const { return dots_; }
 
-    // A pointer's way over the strip. A press on an edge's handle that then moves drags the edge; one that is
-    // released where it went down is a click.
+    // The pointer over the strip. A press on an edge's handle that then moves drags the edge; one that is
+    // released in the same place is a click.
     Q_INVOKABLE void hover(double x, double y);
     Q_INVOKABLE void leave();
     Q_INVOKABLE void press(double x, double y);

@@ -169,7 +169,7 @@ TEST_F(WindowStory, ALongRecordingIsMarkedWhileItPlaysAndRefined) {
     EXPECT_TRUE(std::filesystem::exists(folder_ / "highlighted" / "match_clip_01_highlighted.mov"));
 }
 
-TEST_F(WindowStory, AFolderIsWorkedThroughAndUnsavedWorkIsAskedFor) {
+TEST_F(WindowStory, AFolderIsWorkedThroughAndUnsavedWorkIsAskedAbout) {
     const auto games = folder_ / "games";
     std::filesystem::create_directory(games);
     for (const char* name : {"clip 10.mov", "clip 9.mov"}) {

@@ -14,7 +14,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Notes each change of rows as a word.
+/// Records each change of rows as text.
 class RowChanges {
 public:
     explicit RowChanges(QAbstractItemModel& model) {
@@ -52,7 +52,7 @@ TEST(KeyedListModel, ChangesOnlyTheRowsThatChange) {
     EXPECT_THAT(changes.take(), ElementsAre());
 }
 
-TEST(KeyedListModel, EndsWithTheGivenListWhateverItWas) {
+TEST(KeyedListModel, EndsWithTheGivenListAfterAnyList) {
     RecentItemModel model;
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     RowChanges changes(model);
@@ -68,7 +68,7 @@ TEST(KeyedListModel, EndsWithTheGivenListWhateverItWas) {
     EXPECT_THAT(changes.take(), testing::Not(testing::Contains("reset 0")));
 }
 
-TEST(KeyedListModel, TellsViewsWhatTheyShow) {
+TEST(KeyedListModel, HasTheValuesThatViewsShow) {
     MarkedClipModel clips;
     clips.update({{Uuid::random(), CMTimeRange::fromStartToEnd({1, 2}, {5, 2}), {Highlight{}}}});
     EXPECT_EQ(clips.data(clips.index(0), MarkedClipModel::startRole), 0.5);

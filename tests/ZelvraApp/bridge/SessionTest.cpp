@@ -46,7 +46,7 @@ TEST_F(SessionRows, AreTheListsForEveryLaterObserver) {
     EXPECT_EQ(changes_, 10);
 }
 
-TEST_F(SessionRows, NameWhatCommandsAreFor) {
+TEST_F(SessionRows, HaveTheIdsThatCommandsTake) {
     add(1);
     add(2);
     const HighlightModel& rows = *session_.highlightRows();

@@ -61,7 +61,7 @@ public:
                   QStringLiteral("/org/freedesktop/portal/desktop")) {
         start();
     }
-    void say(const QString& group, const QString& key, const QVariant& value) {
+    void change(const QString& group, const QString& key, const QVariant& value) {
         QDBusMessage signal = QDBusMessage::createSignal(
             path_, QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"));
         signal << group << key << QVariant::fromValue(QDBusVariant(value));
@@ -85,8 +85,8 @@ TEST(DesktopSettings, AreReadAndFollowed) {
     EXPECT_EQ(dark.last().first(), true);
     EXPECT_EQ(motion.first().first(), false);
     EXPECT_EQ(motion.last().first(), true);
-    portal.say(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"), 2U);
-    portal.say(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"), true);
+    portal.change(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"), 2U);
+    portal.change(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"), true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return motion.size() == 3; }, 20'000));
     EXPECT_EQ(dark.last().first(), false);
     EXPECT_EQ(motion.last().first(), false);
@@ -168,7 +168,7 @@ public Q_SLOTS:
     }
 };
 
-TEST(PortalFileChooser, AsksTheDesktopAndTakesItsAnswer) {
+TEST(PortalFileChooser, AsksTheDesktopAndPassesItsAnswerOn) {
     PortalFileChooser chooser(ours());
     QSignalSpy chosen(&chooser, &PortalFileChooser::chosen);
     QSignalSpy unavailable(&chooser, &PortalFileChooser::unavailable);
@@ -210,7 +210,7 @@ public:
     ~Login() override { close(ends_[0]); }
     bool isHeld() const {
         char nothing = 0;
-        return read(ends_[0], &nothing, 1) < 0; // at its end as soon as nobody holds the other side
+        return read(ends_[0], &nothing, 1) < 0; // ends when no process holds the other side
     }
     QString what;
 
@@ -279,7 +279,7 @@ TEST(SingleInstance, PassesTheDesktopsCallsOn) {
     EXPECT_EQ(opened.first().first().value<QList<QUrl>>().first().toLocalFile(), "/clips/game.mov");
 }
 
-TEST(SingleInstance, StandsAloneWithoutABus) {
+TEST(SingleInstance, IsTheOnlyOneWithoutABus) {
     SingleInstance instance(QDBusConnection(QStringLiteral("there is none")));
     EXPECT_TRUE(instance.claim({}));
 }

@@ -60,7 +60,7 @@ TEST_F(Launch, AnswersWithoutADisplay) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
-TEST_F(Launch, HandsOverToTheOneThatRuns) {
+TEST_F(Launch, HandsItsFilesToTheOneThatRuns) {
     SingleInstance first(QDBusConnection::sessionBus());
     ASSERT_TRUE(first.claim({}));
     QSignalSpy opened(&first, &SingleInstance::openRequested);
@@ -72,7 +72,7 @@ TEST_F(Launch, HandsOverToTheOneThatRuns) {
         QList<QUrl>{QUrl::fromLocalFile(QString::fromStdString((folder_ / "second half.mov").string()))});
 }
 
-TEST_F(Launch, TakesTheNameWhereNobodyHasItAndEndsInGoodOrder) {
+TEST_F(Launch, TakesAFreeNameAndEndsInOrder) {
     start({});
     SingleInstance later(QDBusConnection::sessionBus());
     const auto isTaken = [] {
@@ -93,7 +93,7 @@ TEST_F(Launch, DrawsItsWindowOnWayland) {
     environment.insert("WAYLAND_DISPLAY", "zelvra-test");
     environment.insert("WAYLAND_DEBUG", "1");
     environment.insert("QT_QPA_PLATFORM", "wayland");
-    environment.insert("QT_IM_MODULE", "compose"); // Qt 6.4 wants a keyboard for its own, and there is none
+    environment.insert("QT_IM_MODULE", "compose"); // Qt 6.4's default one needs a keyboard, and there is none
     QProcess weston;
     weston.setProcessEnvironment(environment);
     weston.start("weston", {"--backend=headless-backend.so", "--socket=zelvra-test", "--idle-time=0"});

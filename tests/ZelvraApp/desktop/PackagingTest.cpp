@@ -11,8 +11,8 @@ namespace {
 const QString packaging = QStringLiteral(ZELVRA_PACKAGING);
 const QString built = QStringLiteral(ZELVRA_PACKAGING_BUILT);
 
-/// Whatever the program complains of; empty where it is content.
-QByteArray warnings(const QString& program, const QStringList& arguments) {
+/// The program's output if it fails; empty if it succeeds.
+QByteArray errorsOf(const QString& program, const QStringList& arguments) {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(program, arguments);
@@ -22,9 +22,9 @@ QByteArray warnings(const QString& program, const QStringList& arguments) {
                : process.readAll() + "failed";
 }
 
-TEST(Packaging, DescribesTheProgramAsDesktopsWantIt) {
-    EXPECT_EQ(warnings("desktop-file-validate", {packaging + "/desktop/com.corvath.Zelvra.desktop"}), "");
-    EXPECT_EQ(warnings("appstreamcli", {"validate", "--no-net", built + "/com.corvath.Zelvra.metainfo.xml"}),
+TEST(Packaging, DescribesTheProgramForDesktops) {
+    EXPECT_EQ(errorsOf("desktop-file-validate", {packaging + "/desktop/com.corvath.Zelvra.desktop"}), "");
+    EXPECT_EQ(errorsOf("appstreamcli", {"validate", "--no-net", built + "/com.corvath.Zelvra.metainfo.xml"}),
               "");
     QProcess groff;
     groff.start("groff", {"-man", "-Tutf8", "-P-cbou", "-ww", packaging + "/man/zelvra.1"});

@@ -21,7 +21,7 @@ HighlightDraft draftOf(const DraftShape& shape, Size display = {1920, 1080}) {
             .isEditing = false};
 }
 
-TEST(DraftEditing, PutsTheRimToTheRightOfTheCentreForASize) {
+TEST(DraftEditing, PutsTheRimToTheRightOfTheCentre) {
     const DraftShape sized = withRadius(draftOf(circleOf({0.5, 0.5}, {0.5, 0.9})), 0.1);
     EXPECT_EQ(sized.p1, (Point{0.5, 0.5}));
     EXPECT_DOUBLE_EQ(sized.p2.x, 0.55625);

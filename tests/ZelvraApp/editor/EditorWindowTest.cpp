@@ -80,7 +80,7 @@ TEST_F(Editor, DrawsEachKindFromThePressToThePointer) {
     EXPECT_EQ(shape().p2, (Point{1, 1}));
 }
 
-TEST_F(Editor, MovesAndReshapesByTheHandlesWhereverTheyAreTaken) {
+TEST_F(Editor, MovesAndReshapesAnywhereOnTheHandles) {
     click("tool:arrow");
     drag(item("moveHandle"), {10, 22}, {10 + 60, 22 + 45});
     const QRectF frame = picture(canvas());
@@ -95,7 +95,7 @@ TEST_F(Editor, MovesAndReshapesByTheHandlesWhereverTheyAreTaken) {
     expectAt(shape().p2, {0.7 + way.x, 0.5 + 2 * way.y});
 }
 
-TEST_F(Editor, TellsUnderThePointerWhatADragWillDo) {
+TEST_F(Editor, ShowsUnderThePointerWhatADragWillDo) {
     const auto cursor = [this] { return canvas().window()->cursor().shape(); };
     const std::vector<std::pair<QString, QString>> tips = {
         {"circle", "Drag to change the circle's size"},
@@ -115,7 +115,7 @@ TEST_F(Editor, TellsUnderThePointerWhatADragWillDo) {
     EXPECT_EQ(item("moveHandle").property("tip").toString(), "Drag to move the shape");
 }
 
-TEST_F(Editor, DrawsNothingNewFromJustBesideAHandle) {
+TEST_F(Editor, DrawsNoNewShapeNearAHandle) {
     const DraftShape before = shape();
     const QPointF centre = onCanvas({0.5, 0.5});
     drag(canvas(), centre - QPointF(19, 0), centre - QPointF(200, 100));
@@ -131,7 +131,7 @@ TEST_F(Editor, SetsHandlesOnTheShapeAndPaintsItThere) {
     QQuickItem& handle = item("end2Handle");
     const QPointF middle = handle.mapToItem(&canvas(), QPointF(handle.width() / 2, handle.height() / 2));
     EXPECT_LE((middle - onCanvas(shape().p2)).manhattanLength(), 2);
-    letPass(50);
+    wait(50);
     const QImage shown = canvas().window()->grabWindow();
     const auto colorAt = [&](const Point& point) {
         return shown.pixelColor(canvas().mapToScene(onCanvas(point)).toPoint());
@@ -163,7 +163,7 @@ TEST_F(Editor, ChangesSizeStrokeColorAndDurationAtOnce) {
     EXPECT_TRUE(state().draft()) << "Return in the colour picker is not the editor's";
 }
 
-TEST_F(Editor, TakesTheColorBackWhenChoosingIsCancelled) {
+TEST_F(Editor, RestoresTheColorWhenChoosingIsCancelled) {
     openColorPicker();
     click("colorHex");
     key(Qt::Key_A, Qt::ControlModifier);

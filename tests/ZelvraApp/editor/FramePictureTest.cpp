@@ -7,7 +7,7 @@
 namespace zelvra::test {
 namespace {
 
-TEST(FramePicture, StandsOnTheScreensPixels) {
+TEST(FramePicture, IsOnWholePixelsOfTheScreen) {
     const QRectF fitted(0, 118.75, 1000, 562.5);
     EXPECT_EQ(onWholePixels(fitted, 1), QRectF(0, 119, 1000, 562));
     EXPECT_EQ(onWholePixels(fitted, 2), QRectF(0, 119, 1000, 562.5));

@@ -39,7 +39,7 @@ TEST(DrawingAShape, DoesNotBeginNearAHandle) {
     EXPECT_NE(ShapeDrag(Grip::Picture, {820, 350}, arrow, picture).moveTo({700, 120}), std::nullopt);
 }
 
-TEST(MovingAShape, TakesBothPointsAlongAndOutOfThePicture) {
+TEST(MovingAShape, MovesBothPointsAlsoOutOfThePicture) {
     const DraftShape rectangle = rectangleOf({0.25, 0.25}, {0.5, 0.75});
     ShapeDrag drag(Grip::Move, {375, 350}, rectangle, picture);
     drag.moveTo({300, 300});
@@ -47,7 +47,7 @@ TEST(MovingAShape, TakesBothPointsAlongAndOutOfThePicture) {
     EXPECT_EQ(drag.moveTo({375, 350}), (ShapeAnchors{rectangle.p1, rectangle.p2}));
 }
 
-TEST(MovingAShape, CountsFromThePressWhereverTheHandleWasTaken) {
+TEST(MovingAShape, MeasuresFromThePressAnywhereOnTheHandle) {
     const DraftShape circle = circleOf({0.5, 0.5}, {0.6, 0.5});
     ShapeDrag drag(Grip::Move, {510, 340}, circle, picture);
     EXPECT_EQ(drag.moveTo({510.5, 340}), std::nullopt);

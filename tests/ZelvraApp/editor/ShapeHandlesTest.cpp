@@ -19,13 +19,13 @@ TEST(AspectFit, CentresTheLargestRectangleOfThePicturesShape) {
     EXPECT_EQ(aspectFitRect({500, 400}, {1000, 800}), QRectF(0, 0, 1000, 800));
 }
 
-TEST(AspectFit, GivesTheWholeContainerWhereAnythingHasNoSize) {
+TEST(AspectFit, GivesTheWholeContainerIfEitherHasNoSize) {
     EXPECT_EQ(aspectFitRect({0, 1080}, {1000, 800}), QRectF(0, 0, 1000, 800));
     EXPECT_EQ(aspectFitRect({1920, -1}, {1000, 800}), QRectF(0, 0, 1000, 800));
     EXPECT_EQ(aspectFitRect({1920, 1080}, {1000, 0}), QRectF(0, 0, 1000, 0));
 }
 
-TEST(ShapeHandles, SitOnTheAnchorsAndMoveByCentreOrMiddle) {
+TEST(ShapeHandles, AreOnTheAnchorsAndOnTheCentreOrMiddle) {
     const DraftShape circle = circleOf({0.5, 0.5}, {0.6, 0.5});
     EXPECT_EQ(handlePoint(circle, Grip::Move, wide), QPointF(500, 400));
     EXPECT_EQ(handlePoint(circle, Grip::End2, wide), QPointF(600, 400));
@@ -39,7 +39,7 @@ TEST(ShapeHandles, SitOnTheAnchorsAndMoveByCentreOrMiddle) {
     EXPECT_TRUE(hasHandle(arrow.kind, Grip::End1));
 }
 
-TEST(ShapeHandles, TakeThePointerSixPixelsBeyondTheirDisc) {
+TEST(ShapeHandles, ReactSixPixelsBeyondTheirDisc) {
     EXPECT_EQ(handleHitRadius(Grip::Move), 18);
     EXPECT_EQ(handleHitRadius(Grip::End1), 16);
     EXPECT_EQ(handleRadius(Grip::End2), 10);
@@ -52,7 +52,7 @@ TEST(ShapeHandles, PointAlongTheShapeAsItIsSeen) {
     EXPECT_EQ(shapeAngle(arrowOf({0.5, 0.5}, {0.5, 0.5}), twiceAsWide), 0);
 }
 
-TEST(ShapeHandles, KeepNewShapesFromBeginningWithinTwentyPixels) {
+TEST(ShapeHandles, PreventNewShapesWithinTwentyPixels) {
     const QSizeF picture(1000, 562.5);
     const DraftShape arrow = arrowOf({0.2, 0.5}, {0.8, 0.5});
     for (const double handle : {200.0, 500.0, 800.0}) {

@@ -41,7 +41,7 @@ TEST(ShapeOutline, KeepsACirclesStrokeInsideItsRadius) {
     EXPECT_EQ(outline.pen.capStyle(), Qt::FlatCap);
 }
 
-TEST(ShapeOutline, FillsATinyCircleWithoutSpillingOver) {
+TEST(ShapeOutline, FillsATinyCircleAndNoMore) {
     const ShapeOutline outline = shapeOutline(circleOf({0.5, 0.5}, {0.5, 0.5}), picture);
     QPainterPathStroker stroker(outline.pen);
     const QRectF covered = stroker.createStroke(outline.path).boundingRect();

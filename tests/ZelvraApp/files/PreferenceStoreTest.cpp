@@ -32,7 +32,7 @@ protected:
     std::filesystem::path file_ = folder_ / "preferences.json";
 };
 
-TEST_F(Preferences, KeepsValuesAndTheirTypes) {
+TEST_F(Preferences, KeepValuesAndTheirTypes) {
     const QJsonArray recents{QJsonObject{{"path", "/a \"quoted\" 🏀"}, {"isFolder", true}}};
     PreferenceStore store(file_);
     store.write(PreferenceStore::Changes{}
@@ -49,7 +49,7 @@ TEST_F(Preferences, KeepsValuesAndTheirTypes) {
     EXPECT_EQ(again.read(preferences::outputMode), std::nullopt);
 }
 
-TEST_F(Preferences, ReadsValuesOfAnotherTypeAsAbsent) {
+TEST_F(Preferences, ReadValuesOfAnotherTypeAsAbsent) {
     writeByHand(
         R"({"zvPreview.enabled": 1, "zvDefault.durationSec": "3", "zvOutput.mode": 5, "zvRecents": {}})");
     const PreferenceStore store(file_);
@@ -59,7 +59,7 @@ TEST_F(Preferences, ReadsValuesOfAnotherTypeAsAbsent) {
     EXPECT_EQ(store.read(preferences::recents), std::nullopt);
 }
 
-TEST_F(Preferences, TellsOfChangesHereAndOnlyOfChanges) {
+TEST_F(Preferences, NotifyOfChangesAndOnlyOfChanges) {
     PreferenceStore store(file_);
     const QSignalSpy changed(&store, &PreferenceStore::changed);
     store.write(preferences::clipDefaultLengthSec, 20.0);
@@ -67,7 +67,7 @@ TEST_F(Preferences, TellsOfChangesHereAndOnlyOfChanges) {
     EXPECT_EQ(changed.count(), 1);
 }
 
-TEST_F(Preferences, TellsOfChangesByOtherHandsAgainAndAgain) {
+TEST_F(Preferences, NotifyOfEachChangeByAnotherProgram) {
     PreferenceStore store(file_);
     PreferenceStore other(file_);
     const auto length = [&] { return store.read(preferences::clipDefaultLengthSec).value_or(0); };
@@ -81,7 +81,7 @@ TEST_F(Preferences, TellsOfChangesByOtherHandsAgainAndAgain) {
     EXPECT_TRUE(comesTrue([&] { return length() == 0; })) << "deleted";
 }
 
-TEST_F(Preferences, KeepsWhatAnotherHasWrittenMeanwhile) {
+TEST_F(Preferences, KeepWhatAnotherProgramHasWrittenMeanwhile) {
     PreferenceStore one(file_);
     PreferenceStore two(file_);
     two.write(preferences::outputIncludeAudio, false);
@@ -90,7 +90,7 @@ TEST_F(Preferences, KeepsWhatAnotherHasWrittenMeanwhile) {
     EXPECT_THAT(PreferenceStore(file_).read(preferences::outputIncludeAudio), Optional(false));
 }
 
-TEST_F(Preferences, MovesADamagedFileAside) {
+TEST_F(Preferences, RenameADamagedFile) {
     for (const std::string damaged : {"{\"zvPreview.enabled\": fal", "[1, 2]"}) {
         writeByHand(damaged);
         PreferenceStore store(file_);
@@ -103,7 +103,7 @@ TEST_F(Preferences, MovesADamagedFileAside) {
     EXPECT_EQ(readByHand("preferences.json.damaged-2"), "[1, 2]");
 }
 
-TEST_F(Preferences, HoldsOnToItsValuesWhileAFileIsHalfWritten) {
+TEST_F(Preferences, KeepTheirValuesWhileAFileIsHalfWritten) {
     PreferenceStore store(file_);
     store.write(preferences::clipDefaultLengthSec, 20.0);
     const QSignalSpy changed(&store, &PreferenceStore::changed);
@@ -116,7 +116,7 @@ TEST_F(Preferences, HoldsOnToItsValuesWhileAFileIsHalfWritten) {
     EXPECT_THAT(folder_.names(), testing::Not(Contains(testing::HasSubstr("damaged"))));
 }
 
-TEST_F(Preferences, LeavesAloneWhatItCannotRead) {
+TEST_F(Preferences, LeaveAFileAloneThatCannotBeRead) {
     std::filesystem::create_directory(file_);
     PreferenceStore store(file_);
     store.write(preferences::previewEnabled, false);
@@ -125,7 +125,7 @@ TEST_F(Preferences, LeavesAloneWhatItCannotRead) {
     EXPECT_TRUE(std::filesystem::is_directory(file_));
 }
 
-TEST_F(Preferences, FollowsALinkToTheFile) {
+TEST_F(Preferences, FollowALinkToTheFile) {
     std::filesystem::create_symlink(folder_ / "elsewhere.json", file_);
     writeByHand("{}");
     PreferenceStore(file_).write(preferences::previewEnabled, false);
@@ -134,7 +134,7 @@ TEST_F(Preferences, FollowsALinkToTheFile) {
                 Optional(false));
 }
 
-TEST_F(Preferences, IsWhereTheEnvironmentSays) {
+TEST_F(Preferences, AreInTheFileThatTheEnvironmentNames) {
     qputenv("ZELVRA_PREFERENCES", file_.c_str());
     EXPECT_EQ(PreferenceStore::standardFile(), file_);
     qunsetenv("ZELVRA_PREFERENCES");

@@ -16,7 +16,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 
-TEST(RecentlyUsed, AddsToTheDesktopsListWhereThereIsOne) {
+TEST(RecentlyUsed, AddsToTheDesktopsListIfThereIsOne) {
     const std::filesystem::path list =
         std::filesystem::path(std::getenv("XDG_DATA_HOME")) / "recently-used.xbel";
     noteRecentlyUsed("/clips/no list yet.mov");

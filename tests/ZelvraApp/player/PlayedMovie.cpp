@@ -17,10 +17,10 @@
 namespace zelvra::test {
 
 bool spinUntil(const std::function<bool()>& done) {
-    constexpr int patience = 10'000;
+    constexpr int timeout = 10'000; // ms
     QElapsedTimer waited;
     waited.start();
-    while (!done() && waited.elapsed() < patience) {
+    while (!done() && waited.elapsed() < timeout) {
         spinFor(5);
     }
     return done();
@@ -54,7 +54,7 @@ void PlayedMovie::playUntil(const std::function<bool()>& done) {
 
 QImage PlayedMovie::pictureOnScreen() {
     auto& picture = dynamic_cast<SoftwarePicture&>(player_.picture());
-    constexpr int lastQueuedPicture = 45; // ms that one may take to come up after a pause
+    constexpr int lastQueuedPicture = 45; // ms that it may take to appear after a pause
     spinFor(lastQueuedPicture);
     spinUntil([&] { return !picture.isDrawing(); });
     const AffineTransform& turn = player_.currentItem()->info.preferredTransform;

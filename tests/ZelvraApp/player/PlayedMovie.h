@@ -12,13 +12,13 @@
 
 namespace zelvra::test {
 
-/// Lets events be handled until `done` holds; false where it did not within ten seconds.
+/// Runs the event loop until `done` holds; false if it did not within ten seconds.
 bool spinUntil(const std::function<bool()>& done);
 void spinFor(int milliseconds);
 
 PlayerItem itemOf(const std::filesystem::path& movie);
 
-/// A real player with a real movie of numbered pictures loaded, and an eye on its picture.
+/// A real player with a real movie of numbered pictures loaded, and the means to read its picture.
 class PlayedMovie {
 public:
     /// Loads, and waits until the first picture is there.

@@ -23,7 +23,7 @@ void expectFrame(PlayedMovie& movie, std::size_t index) {
     EXPECT_EQ(shown, movie.numberGrabbed()) << "frame " << index;
 }
 
-/// Whatever the player is asked to do, what it shows is what the engine grabs at its current time.
+/// After every operation the player shows the picture that the engine grabs at its current time.
 void expectGrabbedFramesOnScreen(const std::filesystem::path& file) {
     PlayedMovie movie(file);
     const FrameIndex& frames = movie.frames();
@@ -96,9 +96,9 @@ TEST(PlayerFramesOfOwnExports, AreThoseThatTheEngineGrabs) {
 
 const NumberedMovie plain{.sound = SoundCodec::aac};
 
-/// What a player says while it runs.
-struct Ear {
-    explicit Ear(Player& player) {
+/// Records a player's signals.
+struct PlayerLog {
+    explicit PlayerLog(Player& player) {
         QObject::connect(&player, &Player::periodicTime,
                          [this](const CMTime& time) { times.push_back(time); });
         QObject::connect(&player, &Player::rateChanged, [this](double rate) { rates.push_back(rate); });
@@ -111,30 +111,30 @@ struct Ear {
     QString reason;
 };
 
-TEST(PlayerBounds, StopAtTheUpperAndGoOnFromTheLower) {
+TEST(PlayerBounds, StopAtTheUpperAndContinueFromTheLower) {
     PlayedMovie movie(movieFile(plain));
     Player& player = movie.player();
-    Ear ear(player);
+    PlayerLog log(player);
     for (const CMTime& upper : {CMTime(25, 30), CMTime(51, 60), CMTime(1700, 2000)}) {
         const CMTime lower{15, 30};
         player.setPlaybackBounds(lower, upper);
         EXPECT_TRUE(movie.seek({20, 30}));
         for (int round = 0; round < 2; ++round) { // stopping twice does not creep
-            const int before = ear.ends;
-            movie.playUntil([&] { return ear.ends > before; });
+            const int before = log.ends;
+            movie.playUntil([&] { return log.ends > before; });
             EXPECT_EQ(player.rate(), 0);
             EXPECT_EQ(player.currentTime(), upper);
             expectFrame(movie, 25);
             EXPECT_EQ(player.currentTime(), upper);
         }
         player.setPeriodicTimeObservation(true);
-        ear.times.clear();
-        const int before = ear.ends;
-        movie.playUntil([&] { return ear.ends > before; });
+        log.times.clear();
+        const int before = log.ends;
+        movie.playUntil([&] { return log.ends > before; });
         player.setPeriodicTimeObservation(false);
-        ASSERT_FALSE(ear.times.empty());
-        EXPECT_GE(ear.times.front(), lower);
-        EXPECT_LE(ear.times.front(), CMTime(18, 30));
+        ASSERT_FALSE(log.times.empty());
+        EXPECT_GE(log.times.front(), lower);
+        EXPECT_LE(log.times.front(), CMTime(18, 30));
     }
     player.setPlaybackBounds(CMTime::invalid(), CMTime::invalid());
     EXPECT_EQ(player.currentTime(), CMTime(1700, 2000));
@@ -143,10 +143,10 @@ TEST(PlayerBounds, StopAtTheUpperAndGoOnFromTheLower) {
 
 TEST(PlayerBounds, ApplyToWhatAlreadyPlays) {
     PlayedMovie movie(movieFile(plain));
-    Ear ear(movie.player());
+    PlayerLog log(movie.player());
     movie.playUntil([&] { return movie.player().currentTime() >= CMTime(20, 30); });
     movie.player().setPlaybackBounds(CMTime::zero(), {10, 30});
-    EXPECT_TRUE(spinUntil([&] { return ear.ends == 1; }));
+    EXPECT_TRUE(spinUntil([&] { return log.ends == 1; }));
     EXPECT_EQ(movie.player().currentTime(), CMTime(10, 30));
     EXPECT_TRUE(spinUntil([&] { return movie.numberOnScreen() == 10; }));
 }
@@ -155,35 +155,35 @@ TEST(PlayerEnd, StaysOnTheLastFrameAndPlaysAgainFromTheStart) {
     for (const double sound : {0.0, 2.5}) { // as long as the picture, and outlasting it
         PlayedMovie movie(movieFile({.sound = SoundCodec::aac, .soundSeconds = sound}));
         Player& player = movie.player();
-        Ear ear(player);
+        PlayerLog log(player);
         EXPECT_TRUE(movie.seek({50, 30}));
-        movie.playUntil([&] { return ear.ends == 1; });
-        EXPECT_EQ(ear.rates, (std::vector<double>{1, 0}));
+        movie.playUntil([&] { return log.ends == 1; });
+        EXPECT_EQ(log.rates, (std::vector<double>{1, 0}));
         EXPECT_EQ(player.currentTime(), CMTime(59, 30));
         expectFrame(movie, 59);
         EXPECT_FALSE(movie.step(1));
         EXPECT_TRUE(movie.step(-1));
         expectFrame(movie, 58);
 
-        movie.playUntil([&] { return ear.ends == 2; });
+        movie.playUntil([&] { return log.ends == 2; });
         movie.playUntil([&] { return player.currentTime() > CMTime(3, 30); });
         EXPECT_LT(player.currentTime(), CMTime(30, 30));
-        EXPECT_EQ(ear.ends, 2);
+        EXPECT_EQ(log.ends, 2);
     }
 }
 
 TEST(PlayerEnd, AsUpperBoundIsTheBoundItself) {
     PlayedMovie movie(movieFile(plain));
-    Ear ear(movie.player());
+    PlayerLog log(movie.player());
     const CMTime end = movie.asset().duration();
     movie.player().setPlaybackBounds({1, 1}, end);
     EXPECT_TRUE(movie.seek({55, 30}));
-    movie.playUntil([&] { return ear.ends == 1; });
+    movie.playUntil([&] { return log.ends == 1; });
     EXPECT_EQ(movie.player().currentTime(), end);
     EXPECT_EQ(movie.numberOnScreen(), 59);
 }
 
-TEST(PlayerSeeks, MoveIntoTheMovieWhateverIsAsked) {
+TEST(PlayerSeeks, StayInsideTheMovie) {
     PlayedMovie movie(movieFile({}));
     EXPECT_TRUE(movie.seek({-5, 1}));
     EXPECT_EQ(movie.player().currentTime(), CMTime::zero());
@@ -194,7 +194,7 @@ TEST(PlayerSeeks, MoveIntoTheMovieWhateverIsAsked) {
     EXPECT_FALSE(movie.seek(CMTime::positiveInfinity()));
 }
 
-TEST(PlayerSeeks, InFlightGiveWayToTheLatest) {
+TEST(PlayerSeeks, InFlightAreOvertakenByTheLatest) {
     PlayedMovie movie(movieFile({.frames = 120, .gop = 250}));
     Player& player = movie.player();
     std::vector<QCoro::Task<bool>> tasks;
@@ -216,7 +216,7 @@ TEST(PlayerSeeks, InFlightGiveWayToTheLatest) {
     expectFrame(movie, 31);
 }
 
-TEST(PlayerSeeks, KeepPlayingWhatPlays) {
+TEST(PlayerSeeks, KeepAPlayingMoviePlaying) {
     PlayedMovie movie(movieFile(plain));
     Player& player = movie.player();
     movie.playUntil([&] { return player.currentTime() > CMTime(3, 30); });
@@ -244,25 +244,25 @@ TEST(PlayerSeeks, ScrubToSyncFramesAndRestExactly) {
 TEST(PlayerObservation, FollowsPlaybackAndPausedSeeks) {
     PlayedMovie movie(movieFile({.frames = 90, .sound = SoundCodec::aac}));
     Player& player = movie.player();
-    Ear ear(player);
+    PlayerLog log(player);
     EXPECT_TRUE(movie.seek({5, 30}));
-    EXPECT_TRUE(ear.times.empty());
+    EXPECT_TRUE(log.times.empty());
     player.setPeriodicTimeObservation(true);
     EXPECT_TRUE(movie.seek({10, 30}));
-    EXPECT_EQ(ear.times, std::vector<CMTime>{CMTime(10, 30)});
+    EXPECT_EQ(log.times, std::vector<CMTime>{CMTime(10, 30)});
     spinFor(120);
-    EXPECT_EQ(ear.times.size(), 1U); // nothing moves
+    EXPECT_EQ(log.times.size(), 1U); // nothing moves
     movie.playUntil([&] { return player.currentTime() > CMTime(40, 30); });
     player.pause();
-    EXPECT_GT(ear.times.size(), 15U);
-    EXPECT_TRUE(std::ranges::is_sorted(ear.times));
-    EXPECT_EQ(ear.times.back(), player.currentTime());
+    EXPECT_GT(log.times.size(), 15U);
+    EXPECT_TRUE(std::ranges::is_sorted(log.times));
+    EXPECT_EQ(log.times.back(), player.currentTime());
 
     player.play();
     player.replaceCurrentItem(std::nullopt);
-    ear.times.clear();
+    log.times.clear();
     spinFor(120);
-    EXPECT_TRUE(ear.times.empty());
+    EXPECT_TRUE(log.times.empty());
     EXPECT_EQ(player.rate(), 0);
 }
 
@@ -285,30 +285,30 @@ TEST(PlayerItems, AreReplacedWhilePlayingAndSeeking) {
     EXPECT_EQ(player.rate(), 0);
 }
 
-TEST(PlayerItems, ThatFailSayWhy) {
+TEST(PlayerItems, ThatFailReportTheCause) {
     const TemporaryFolder folder;
     const auto gone = folder / "gone.mov";
     std::filesystem::copy_file(movieFile({}), gone);
     PlayerItem item = itemOf(gone);
     std::filesystem::remove(gone);
     Player player;
-    Ear ear(player);
+    PlayerLog log(player);
     player.replaceCurrentItem(item);
     player.play();
     auto waiting = player.seek({1, 1});
-    EXPECT_TRUE(spinUntil([&] { return !ear.reason.isEmpty(); }));
-    EXPECT_TRUE(ear.reason.startsWith("“gone.mov” cannot be played: "));
-    EXPECT_TRUE(ear.reason.contains("No such file")) << ear.reason.toStdString();
+    EXPECT_TRUE(spinUntil([&] { return !log.reason.isEmpty(); }));
+    EXPECT_TRUE(log.reason.startsWith("“gone.mov” cannot be played: "));
+    EXPECT_TRUE(log.reason.contains("No such file")) << log.reason.toStdString();
     EXPECT_FALSE(QCoro::waitFor(waiting));
     EXPECT_EQ(player.rate(), 0);
 
     item = itemOf(movieFile({}));
     item.path = folder / "text.mov";
     writeBytes(item.path, Bytes(1000, 'x'));
-    ear.reason.clear();
+    log.reason.clear();
     player.replaceCurrentItem(item);
-    EXPECT_TRUE(spinUntil([&] { return !ear.reason.isEmpty(); }));
-    EXPECT_EQ(ear.reason.count('\n'), 0) << ear.reason.toStdString();
+    EXPECT_TRUE(spinUntil([&] { return !log.reason.isEmpty(); }));
+    EXPECT_EQ(log.reason.count('\n'), 0) << log.reason.toStdString();
 
     player.replaceCurrentItem(itemOf(movieFile({})));
     EXPECT_TRUE(spinUntil([&] { return player.isReady(); }));

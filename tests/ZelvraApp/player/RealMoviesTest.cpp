@@ -34,7 +34,7 @@ double distance(const QImage& a, const QImage& b) {
     return sum / (a.width() * a.height());
 }
 
-/// The picture on screen is the one that is grabbed at the current time: no neighbour is (much) more like it.
+/// The picture on screen is the one that is grabbed at the current time: no neighbour is (much) more similar.
 void expectGrabbedFrame(PlayedMovie& movie) {
     const FrameIndex& frames = movie.frames();
     const CMTime time = movie.player().currentTime();
@@ -42,7 +42,7 @@ void expectGrabbedFrame(PlayedMovie& movie) {
     const double difference = distance(shown, grabbed(movie, time));
     for (const auto& neighbour : {frames.previous(time), frames.next(time)}) {
         if (neighbour) {
-            constexpr double noise = 0.15; // where nothing moves
+            constexpr double noise = 0.15; // of pictures without motion
             EXPECT_LT(difference, distance(shown, grabbed(movie, neighbour->time)) + noise) << time.seconds();
         }
     }
@@ -68,7 +68,7 @@ std::vector<std::filesystem::path> movies() {
     auto files = sharedMovies();
     std::erase_if(files, [](const auto& file) {
         const std::string name = file.filename();
-        // Without pictures, and with pictures in another order than that of their times.
+        // One has no pictures, one has pictures in another order than their times.
         const bool unfit = name.starts_with("track-52") || name.starts_with("phone-29");
         constexpr std::uintmax_t quicklyDone = 1'000'000; // bytes
         const bool slow =

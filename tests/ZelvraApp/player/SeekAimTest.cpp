@@ -8,7 +8,7 @@ namespace zelvra::test {
 namespace {
 
 /// As mpv does: the first frame that is not more than 5 ms before the aim.
-TEST(SeekAim, PicksEveryFrameThroughATolerantSeek) {
+TEST(SeekAim, ReachesEveryFrameByATolerantSeek) {
     for (const int rate : {24, 60, 120, 240, 480, 1000}) {
         const FrameIndex frames({0, 1, 2, 3, 7, 8, 9}, 10, rate);
         for (std::size_t i = 0; i < frames.count(); ++i) {

@@ -48,7 +48,7 @@ TEST_F(Authoring, BeginsWithACircleOnTheFrameOnScreen) {
     EXPECT_TRUE(identical(session_->highlights()[0].duration, CMTime{1800, 600}));
 }
 
-TEST_F(Authoring, PausesWhatPlaysAndKeepsItPausedOnCancel) {
+TEST_F(Authoring, PausesAPlayingClipAndKeepsItPausedOnCancel) {
     open(clip("one.mov", {.frames = 300}));
     session_->player().play();
     EXPECT_TRUE(comesTrue([&] { return session_->currentTime().seconds() > 0.3; }));
@@ -124,7 +124,7 @@ TEST_F(Authoring, AsksForTheScopeOfANewStyleOnly) {
     EXPECT_FALSE(promptAfter(HighlightShapeKind::arrow, 0.4));
 }
 
-TEST_F(Authoring, TellsWhereThereIsNoFrame) {
+TEST_F(Authoring, ReportsAMissingFrame) {
     open(clip("one.mov"));
     Highlight beyond = draftAt(1).highlight();
     beyond.timestamp = sessionTime(50);
@@ -134,7 +134,7 @@ TEST_F(Authoring, TellsWhereThereIsNoFrame) {
     EXPECT_FALSE(session_->canUndo());
 }
 
-TEST_F(Authoring, TakesAFrameThatComesAfterTheClipWasClosed) {
+TEST_F(Authoring, AcceptsAFrameThatComesAfterTheClipWasClosed) {
     open(clip("one.mov"));
     QCoro::Task<> adding = session_->addHighlightAtCurrentTime();
     session_->closeVideo();
@@ -158,7 +158,7 @@ protected:
     }
 };
 
-TEST_F(Defaults, ReachAsFarAsTheUserSays) {
+TEST_F(Defaults, ApplyToTheScopeThatTheUserChooses) {
     const HighlightDefaults factory = HighlightDefaults::factory();
     const std::filesystem::path file = clip("one.mov");
     open(file);
@@ -194,7 +194,7 @@ TEST_F(Defaults, ApplyOncePerCommitAndNotOnEscape) {
     EXPECT_TRUE(identical(session_->sessionDefaults(), HighlightDefaults::factory()));
 }
 
-TEST_F(Defaults, AreNotTakenOverTwiceAfterSaving) {
+TEST_F(Defaults, AreAppliedOnceAfterSaving) {
     open(clip("one.mov"));
     commit(red());
     session_->applyPendingDefaults(DefaultsScope::always);
@@ -202,7 +202,7 @@ TEST_F(Defaults, AreNotTakenOverTwiceAfterSaving) {
     later.durationSec = 6;
     commit(later);
     session_->applyPendingDefaults(DefaultsScope::justThisClip);
-    letPass(0.2);
+    wait(0.2);
     EXPECT_EQ(session_->clipDefaults().durationSec, 6)
         << "the notification of our own saving changes nothing";
 }
@@ -212,7 +212,7 @@ TEST_F(Defaults, FollowTheSettingsAtOnce) {
     commit(red());
     session_->applyPendingDefaults(DefaultsScope::forThisSession);
     preferences_.write(preferences::previewEnabled, false);
-    letPass(0.05);
+    wait(0.05);
     EXPECT_TRUE(identical(session_->clipDefaults(), red())) << "another preference does not count";
     PreferenceStore settings(preferences_.file());
     settings.write(preferences::defaultColorHex, QStringLiteral("#00FF00"));

@@ -104,7 +104,7 @@ TEST_F(Exporting, StopsAtTheFirstClipThatFails) {
     EXPECT_FALSE(std::filesystem::exists(folder_ / "highlighted" / "game_clip_03_highlighted.mp4"));
 }
 
-TEST_F(Exporting, TellsWhereItsFolderCannotBeMade) {
+TEST_F(Exporting, ReportsAFolderThatCannotBeMade) {
     openGame();
     add(1);
     std::ofstream(folder_ / "highlighted") << "in the way";
@@ -147,7 +147,7 @@ TEST_F(Exporting, ReadsWhetherToIncludeSoundForEachClip) {
     EXPECT_TRUE(readSound(folder_ / "highlighted" / "game_clip_02_highlighted.mp4").samples.empty());
 }
 
-TEST_F(Exporting, GoesOnWhileAnotherClipIsOpenedOrNoneIs) {
+TEST_F(Exporting, ContinuesWhileAnotherClipIsOpenedAndClosed) {
     openGame();
     mark(0, 0.5);
     mark(0.5, 1);
@@ -161,7 +161,7 @@ TEST_F(Exporting, GoesOnWhileAnotherClipIsOpenedOrNoneIs) {
     EXPECT_EQ(story(folder_ / "highlighted" / "game_clip_02_highlighted.mp4"), "15-29");
 }
 
-TEST_F(Exporting, EndsSoonWhereTheSessionEnds) {
+TEST_F(Exporting, EndsSoonIfTheSessionIsDestroyed) {
     openGame();
     add(1);
     QCoro::Task<> exporting = session_->exportMovies();
@@ -169,7 +169,7 @@ TEST_F(Exporting, EndsSoonWhereTheSessionEnds) {
     run(std::move(exporting));
 }
 
-TEST_F(Exporting, LeadsOnToWhatComesNext) {
+TEST_F(Exporting, ContinuesWithTheAnswerOfItsDialog) {
     openGame();
     add(1);
     session_->revealLastExport();

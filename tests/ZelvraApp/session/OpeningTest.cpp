@@ -56,7 +56,7 @@ TEST_F(Opening, LoadsAClipAndForgetsThePreviousOne) {
     EXPECT_EQ(RecentItem::loadFromUserDefaults(PreferenceStore(preferences_.file())), session_->recents());
 }
 
-TEST_F(Opening, KeepsTheOpenClipWhereAnotherCannotBeLoaded) {
+TEST_F(Opening, KeepsTheOpenClipIfAnotherCannotBeLoaded) {
     open(clip("one.mov"));
     add(0.5);
     std::ofstream(folder_ / "broken.mov") << "no movie at all";
@@ -87,7 +87,7 @@ TEST_F(Opening, WorksThroughAFolderInNaturalOrder) {
     EXPECT_EQ(session_->recents().size(), 1U);
 }
 
-TEST_F(Opening, KeepsTheMovedPlaceInTheQueueWhereAClipHasVanished) {
+TEST_F(Opening, KeepsTheNewPlaceInTheQueueIfAClipIsMissing) {
     makeFolder();
     run(session_->loadFolder(folder_ / "clips"));
     std::filesystem::remove(folder_ / "clips/clip2.MP4");
@@ -109,7 +109,7 @@ TEST_F(Opening, LeavesTheFolderOnlyForAClipOutsideIt) {
     EXPECT_FALSE(session_->canGoNext());
 }
 
-TEST_F(Opening, TellsOfAFolderWithoutClips) {
+TEST_F(Opening, ReportsAFolderWithoutClips) {
     open(clip("one.mov"));
     std::filesystem::create_directory(folder_ / "empty one");
     for (const char* name : {"empty one", "empty one/", "missing"}) {
@@ -169,7 +169,7 @@ TEST_F(Opening, OpensARecentItemAsWhatItIsNow) {
     EXPECT_THAT(recentNames(), ElementsAre("clips"));
 }
 
-TEST_F(Opening, AsksThePanelsForWhatIsMeant) {
+TEST_F(Opening, ShowsThePanelsWithTheirTexts) {
     session_->presentOpenVideoPanel();
     EXPECT_EQ(desktop_.asked->choice, OpenPanelRequest::Choice::movie);
     EXPECT_EQ(desktop_.asked->prompt, "Open");
@@ -194,7 +194,7 @@ TEST_F(Opening, LetsTheLaterOfTwoLoadsWin) {
     EXPECT_EQ(session_->player().currentItem()->path, *session_->videoFile());
 }
 
-TEST_F(Opening, TellsWhileWorkIsUnderway) {
+TEST_F(Opening, PublishesThatWorkIsUnderway) {
     const auto seen = [this](auto changed, auto isUnderway) {
         auto values = std::make_shared<std::vector<bool>>();
         QObject::connect(session_.get(), changed,
@@ -231,7 +231,7 @@ TEST_F(Opening, AsksBeforeWorkIsLost) {
     EXPECT_EQ(session_->recents().size(), 1U);
 }
 
-TEST_F(Opening, EndsQuietlyWhereTheSessionDiesMeanwhile) {
+TEST_F(Opening, EndsQuietlyIfTheSessionIsDestroyedMeanwhile) {
     const std::filesystem::path one = clip("one.mov");
     open(one);
     QCoro::Task<> loading = session_->load(one);

@@ -18,7 +18,7 @@ protected:
         double at = 0;
         double seconds = 0;
     };
-    /// Plays until `end`, or the movie's end, and notes each preview.
+    /// Plays until `end`, and records each preview.
     std::vector<Pause> playUntil(double end) {
         std::vector<Pause> pauses;
         QElapsedTimer clock;
@@ -58,7 +58,7 @@ TEST_F(Preview, FollowsThePreferenceWhilePlaying) {
     EXPECT_TRUE(playUntil(1).empty());
 }
 
-TEST_F(Preview, StartsOnlyWherePlaybackCrossesAMoment) {
+TEST_F(Preview, StartsOnlyWhenPlaybackCrossesAMoment) {
     add(2.0, 0.1);
     session_->player().play();
     const auto crossing = [&](double from, double to) {
@@ -83,18 +83,18 @@ TEST_F(Preview, StartsOnlyWherePlaybackCrossesAMoment) {
     EXPECT_FALSE(session_->previewHighlight()) << "paused";
 }
 
-TEST_F(Preview, StaysPausedWhereItIsCancelled) {
+TEST_F(Preview, StaysPausedIfItIsCancelled) {
     add(0.5, 0.3);
     session_->player().play();
     ASSERT_TRUE(comesTrue([&] { return session_->previewHighlight().has_value(); }));
     session_->cancelHighlightPreview();
-    letPass(0.5);
+    wait(0.5);
     EXPECT_EQ(session_->player().rate(), 0);
     run(session_->addHighlightAtCurrentTime());
     EXPECT_TRUE(session_->draft());
 }
 
-TEST_F(Preview, EndsNormallyWhereItsHighlightIsDeleted) {
+TEST_F(Preview, EndsNormallyIfItsHighlightIsDeleted) {
     const Highlight highlight = add(0.5, 0.3);
     session_->player().play();
     ASSERT_TRUE(comesTrue([&] { return session_->previewHighlight().has_value(); }));
@@ -102,7 +102,7 @@ TEST_F(Preview, EndsNormallyWhereItsHighlightIsDeleted) {
     EXPECT_TRUE(comesTrue([&] { return !session_->previewHighlight() && session_->player().rate() > 0; }));
 }
 
-TEST_F(Preview, IsFedByPausedSeeksToo) {
+TEST_F(Preview, IsNotStartedByPausedSeeks) {
     add(2.0);
     seek(1.9);
     EXPECT_TRUE(comesTrue([&] { return session_->currentTime() == sessionTime(1.9); }));

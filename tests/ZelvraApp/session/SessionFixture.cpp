@@ -22,7 +22,7 @@ bool SessionFixture::comesTrue(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 20'000);
 }
 
-void SessionFixture::letPass(double seconds) {
+void SessionFixture::wait(double seconds) {
     QTest::qWait(static_cast<int>(seconds * 1000));
 }
 

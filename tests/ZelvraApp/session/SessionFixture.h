@@ -19,15 +19,17 @@
 
 namespace zelvra::test {
 
-/// A session as a user finds it, in a folder of its own: real player, real engine, preferences of its own.
+/// A session as users have it, with a real player and the real engine, and with a folder and preferences of
+/// its own.
 class SessionFixture : public testing::Test {
 protected:
     SessionFixture();
 
-    /// Runs the program until the task, or the condition, is through. A condition gives up after 20 s.
+    /// Runs the event loop until the task is done or the condition holds. Waiting for a condition ends after
+    /// 20 s.
     static void run(QCoro::Task<> task);
     static bool comesTrue(const std::function<bool()>& condition);
-    static void letPass(double seconds);
+    static void wait(double seconds);
 
     /// A copy of that movie in the test's folder.
     std::filesystem::path clip(const std::string& name, const NumberedMovie& movie = {}) const;

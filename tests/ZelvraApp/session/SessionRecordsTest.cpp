@@ -38,7 +38,7 @@ HighlightDraft circleOn(Size display, Point p2) {
             .isEditing = false};
 }
 
-TEST(Colors, AreWrittenAsHexCutOffAndReadInEitherCase) {
+TEST(Colors, AreWrittenAsHexRoundedDownAndReadInEitherCase) {
     EXPECT_EQ(hexString(HighlightDraft::defaultColor), "#0A84FF");
     EXPECT_EQ(hexString({0.9999, -1, 7, 0}), "#FE00FF");
     EXPECT_EQ(hexString({std::nan(""), 0, 0, 1}).size(), 7);
@@ -53,7 +53,7 @@ TEST(Colors, AreWrittenAsHexCutOffAndReadInEitherCase) {
     }
 }
 
-TEST(HighlightDefaults, AreEqualAsFarAsAUserCanTell) {
+TEST(HighlightDefaults, AreEqualIfAUserSeesNoDifference) {
     const HighlightDefaults factory = HighlightDefaults::factory();
     const auto changed = [&](auto change) {
         HighlightDefaults style = factory;

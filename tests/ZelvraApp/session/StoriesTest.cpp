@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::Pair;
 
-/// Whole afternoons of a coach.
+/// Whole jobs of a coach, from the opened clips to the exported movies.
 class Story : public SessionFixture {};
 
 TEST_F(Story, WorksThroughAFolderOfClips) {
@@ -113,7 +113,7 @@ TEST_F(Story, CutsFourHoursIntoThreeHundredClips) {
     EXPECT_EQ(exported("300"), "14352-14353, 14354 frozen 2.0 s #7, 14354-14356");
 }
 
-TEST_F(Story, ExportsWhatWasSeenOfRealMovies) {
+TEST_F(Story, ExportsHighlightsOfRealMovies) {
     for (const char* name : {"phone-13-portrait.MOV", "sport-11-karma.mp4"}) {
         const auto source = sharedMovie(name);
         if (!source) {

@@ -86,13 +86,13 @@ protected:
         editor().setInPoint(sessionTime(in));
         editor().setOutPoint(sessionTime(out));
         editor().confirm();
-        letPass(0.01);
+        wait(0.01);
     }
 
     std::unique_ptr<TrimEditor> editor_;
 };
 
-TEST_F(TrimInTheView, TakesOverWhatIsConfirmed) {
+TEST_F(TrimInTheView, AppliesWhatIsConfirmed) {
     trim(2, 5);
     EXPECT_THAT(span(), Pair(2, 5));
     session_->beginTrim();
@@ -102,7 +102,7 @@ TEST_F(TrimInTheView, TakesOverWhatIsConfirmed) {
     editor().setOutPoint(sessionTime(-1));
     EXPECT_EQ(editor().outPoint(), sessionTime(0.1));
     editor().cancel();
-    letPass(0.01);
+    wait(0.01);
     EXPECT_THAT(span(), Pair(2, 5));
     EXPECT_EQ(session_->player().currentItem()->forwardPlaybackEndTime, sessionTime(5));
 }
@@ -116,12 +116,12 @@ TEST_F(TrimInTheView, CountsNearlyTheWholeSourceAsNoTrim) {
     EXPECT_THAT(span(), Pair(0.06, 9.98));
 }
 
-TEST_F(TrimInTheView, DropsPointsOfAMovieThatIsGone) {
+TEST_F(TrimInTheView, DropsThePointsOfAnEarlierMovie) {
     session_->beginTrim();
     editor().setInPoint(sessionTime(4));
     open(folder_ / "one.mov");
     editor().confirm();
-    letPass(0.01);
+    wait(0.01);
     EXPECT_EQ(session_->trimRange(), std::nullopt);
     session_->beginTrim();
     EXPECT_TRUE(editor().isActive()) << "and can be opened again";
@@ -152,7 +152,7 @@ protected:
     }
 };
 
-TEST_F(MarkedClips, BeginAtThePlayheadAndEndWhereOPullsThem) {
+TEST_F(MarkedClips, BeginAtThePlayheadAndEndWhereOIsPressed) {
     preferences_.write(preferences::clipDefaultLengthSec, 3.0);
     session_->markOutPoint();
     EXPECT_THAT(clips(), ElementsAre());
@@ -182,7 +182,7 @@ TEST_F(MarkedClips, BeginAtThePlayheadAndEndWhereOPullsThem) {
     EXPECT_THAT(clips(), ElementsAre(Pair(2, 7)));
 }
 
-TEST_F(MarkedClips, AreAsLongAsThePreferenceSaysOrHalfAMinute) {
+TEST_F(MarkedClips, HaveTheLengthOfThePreferenceOrHalfAMinute) {
     for (const auto& [stored, length] : {std::pair(1.5, 1.5), {0.0, 10.0}, {-3.0, 10.0}, {60.0, 10.0}}) {
         preferences_.write(preferences::clipDefaultLengthSec, stored);
         session_->markInPoint();
@@ -190,7 +190,7 @@ TEST_F(MarkedClips, AreAsLongAsThePreferenceSaysOrHalfAMinute) {
     }
 }
 
-TEST_F(MarkedClips, GoOnPlayingWhileTheyAreMarked) {
+TEST_F(MarkedClips, AreMarkedWhileTheMoviePlays) {
     session_->player().play();
     ASSERT_TRUE(comesTrue([&] { return session_->currentTime().seconds() > 0.2; }));
     session_->markInPoint();
@@ -227,7 +227,7 @@ TEST_F(MarkedClips, AreRefinedAndSavedInPlace) {
     EXPECT_THAT(clips()[1], Pair(3, 4.5)) << "discarding leaves the clip as it was";
 }
 
-TEST_F(MarkedClips, AreNudgedWithoutAStepOfUndoWhileTrimmed) {
+TEST_F(MarkedClips, AreNudgedWithoutAnUndoStepWhileTrimmed) {
     session_->setTrim(range(4, 6));
     const auto nudged = [&](double playhead, void (AppState::*nudge)()) {
         seek(playhead);
@@ -243,7 +243,7 @@ TEST_F(MarkedClips, AreNudgedWithoutAStepOfUndoWhileTrimmed) {
     EXPECT_EQ(session_->trimRange(), std::nullopt) << "back to before the trim was set";
 }
 
-TEST_F(MarkedClips, AreAddedAnewWhereTheEditedOneIsGone) {
+TEST_F(MarkedClips, AreAddedAgainIfTheEditedOneWasRemoved) {
     mark(1, 2);
     mark(3, 4);
     session_->editMarkedClip(session_->markedClips()[0]);
@@ -253,7 +253,7 @@ TEST_F(MarkedClips, AreAddedAnewWhereTheEditedOneIsGone) {
     EXPECT_THAT(clips(), ElementsAre(Pair(3, 4), Pair(1, 2)));
 }
 
-TEST_F(MarkedClips, ComeByTheHundreds) {
+TEST_F(MarkedClips, MayBeHundreds) {
     preferences_.write(preferences::clipDefaultLengthSec, 1.0);
     for (int i = 0; i < 300; ++i) {
         session_->markInPoint();

@@ -14,7 +14,7 @@ using testing::Pair;
 
 class Undo : public SessionFixture {};
 
-TEST_F(Undo, TakesBackAndRedoesOneStepAtATime) {
+TEST_F(Undo, RevertsAndRedoesOneStepAtATime) {
     open(clip("one.mov"));
     session_->undo();
     session_->redo();
@@ -34,7 +34,7 @@ TEST_F(Undo, TakesBackAndRedoesOneStepAtATime) {
     EXPECT_FALSE(session_->canUndo());
 }
 
-TEST_F(Undo, ReachesBackFiftySteps) {
+TEST_F(Undo, KeepsFiftySteps) {
     open(clip("one.mov"));
     for (int i = 0; i < 60; ++i) {
         add(i / 60.0);
@@ -49,7 +49,7 @@ TEST_F(Undo, ReachesBackFiftySteps) {
     EXPECT_EQ(moments().size(), 60U);
 }
 
-TEST_F(Undo, TakesBackEveryKindOfStep) {
+TEST_F(Undo, RevertsEveryKindOfStep) {
     open(clip("one.mov"));
     const auto isUndoable = [&](const char* what, const std::function<void()>& step) {
         const auto highlights = session_->highlights();
@@ -84,7 +84,7 @@ TEST_F(Undo, TakesBackEveryKindOfStep) {
     EXPECT_EQ(session_->editingClipID(), std::nullopt);
 }
 
-TEST_F(Undo, PutsThePlayersBoundsBack) {
+TEST_F(Undo, RestoresThePlayersBounds) {
     open(clip("one.mov"));
     session_->setTrim(range(0.5, 1));
     session_->setTrim(std::nullopt);
@@ -119,8 +119,7 @@ TEST_F(Undo, NotifiesOfEveryChangeAndOfNothingElse) {
     EXPECT_EQ(content.count(), 1);
 }
 
-/// Presses everything in any order. What must hold after each step is what the rest of the program relies
-/// on.
+/// Calls all operations in random order, and checks after each the invariants that the program relies on.
 class RandomOperations : public SessionFixture {
 protected:
     void step() {
@@ -209,7 +208,7 @@ private:
     std::mt19937 dice_{20240607};
 };
 
-TEST_F(RandomOperations, KeepWhatTheRestReliesOn) {
+TEST_F(RandomOperations, KeepTheInvariants) {
     open(clip("one.mov"));
     for (int i = 0; i < 10'000 && !HasFailure(); ++i) {
         SCOPED_TRACE(i);

@@ -7,7 +7,7 @@ namespace {
 
 using Leaving = ShellFixture;
 
-TEST_F(Leaving, EndsAtOnceWhereNothingIsLost) {
+TEST_F(Leaving, EndsAtOnceIfNothingIsLost) {
     openClip();
     window().close();
     EXPECT_TRUE(desktop_.terminated);
@@ -21,7 +21,7 @@ TEST_F(Leaving, AsksBeforeUnexportedWorkIsLost) {
     ASSERT_TRUE(state().showCloseConfirmation());
 
     click("answer:Cancel");
-    letPass(1);
+    wait(1);
     state().closeVideo(); // later, for other reasons
     EXPECT_FALSE(desktop_.terminated);
 }
@@ -50,7 +50,7 @@ protected:
     }
 };
 
-TEST_F(LeavingAnExport, GoesOnWhereTheUserStays) {
+TEST_F(LeavingAnExport, ContinuesIfTheUserStays) {
     key(Qt::Key_Escape);
     EXPECT_TRUE(comesTrue([&] { return !isShown("answer:Keep Exporting"); }));
     EXPECT_TRUE(state().isExporting());

@@ -128,7 +128,7 @@ TEST_F(Menu, AsksForAMovieOrAFolder) {
     EXPECT_EQ(desktop_.asked->choice, OpenPanelRequest::Choice::folder);
 }
 
-TEST_F(Menu, TakesSingleLettersOnlyWhereTheyAreCommands) {
+TEST_F(Menu, TakesSingleLettersOnlyWhileTheyAreCommands) {
     openClip("game.mov");
     key(Qt::Key_I);
     EXPECT_EQ(state().markedClips().size(), 1U);

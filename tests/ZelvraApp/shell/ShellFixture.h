@@ -11,7 +11,7 @@
 
 namespace zelvra::test {
 
-/// The application's window, with short ways to a clip that has been worked on.
+/// The main window, with helpers for its menus and other windows.
 class ShellFixture : public WindowFixture {
 protected:
     void openClip(const std::string& name = "game.mov") { open(clip(name)); }
@@ -20,7 +20,7 @@ protected:
         state().setDraft(draftAt(seconds, 1, 0, state().sourceInfo()->displaySize));
         state().commitDraft();
         state().setShowDefaultsScopePrompt(false);
-        window().requestActivate(); // as a window manager does when the editor goes
+        window().requestActivate(); // as a window manager does when the editor closes
         EXPECT_TRUE(isFront("Zelvra"));
     }
 
@@ -30,10 +30,10 @@ protected:
             return item(objectName);
         }
         closeMenus();
-        // Where another menu was open, moving there opens it, and the click closes it again.
+        // If another menu was open, moving the pointer there opens this one, and the click closes it again.
         for (int attempt = 0; attempt < 5 && !isShown(objectName); ++attempt) {
             click("menu:" + menu);
-            letPass(50);
+            wait(50);
         }
         return item(objectName);
     }

@@ -8,7 +8,7 @@ namespace {
 
 using MainWindow = ShellFixture;
 
-TEST_F(MainWindow, ComesBackInItsSize) {
+TEST_F(MainWindow, IsRestoredInItsSize) {
     EXPECT_GE(window().minimumWidth(), 960);
     EXPECT_GE(window().minimumHeight(), 620);
     window().resize(1000, 700);
@@ -18,7 +18,7 @@ TEST_F(MainWindow, ComesBackInItsSize) {
     EXPECT_EQ(window().size(), QSize(1000, 700));
 }
 
-TEST(WindowStateFile, IsOverruledWhereItMakesNoSense) {
+TEST(WindowStateFile, IsIgnoredIfItMakesNoSense) {
     const TemporaryFolder folder;
     const auto widthFrom = [&](const std::string& content) {
         writeBytes(folder / "window.json", Bytes(content.begin(), content.end()));

@@ -50,25 +50,25 @@ TEST_F(ControlBar, TurnsMarkingIntoSavingWhileAClipIsEdited) {
     mark(100, 120);
     state().editMarkedClip(state().markedClips().front());
     EXPECT_EQ(text("markClip"), "Save & Return");
-    EXPECT_TRUE(tells(item("markClip"), "Save edits and return to the full video (⇧⌘M)"));
+    EXPECT_TRUE(showsTip(item("markClip"), "Save edits and return to the full video (⇧⌘M)"));
     click("clearTrim");
     EXPECT_FALSE(state().editingClipID());
     EXPECT_EQ(state().markedClips().size(), 1U) << "only the edit is discarded";
     EXPECT_EQ(text("markClip"), "Mark Clip");
 }
 
-TEST_F(ControlBar, MarksByItsKeysAndTellsWhatTheyDo) {
+TEST_F(ControlBar, MarksByItsKeysWhoseTipsExplainThem) {
     openRecording();
-    EXPECT_TRUE(tells(item("inPoint"), "Start a 30-second clip here (I) — press O to set the exact end"));
-    EXPECT_TRUE(tells(item("outPoint"), "Press I first to start a clip"));
+    EXPECT_TRUE(showsTip(item("inPoint"), "Start a 30-second clip here (I) — press O to set the exact end"));
+    EXPECT_TRUE(showsTip(item("outPoint"), "Press I first to start a clip"));
     state().preferences().write(preferences::clipDefaultLengthSec, 45.9);
-    EXPECT_TRUE(tells(item("inPoint"), "Start a 45-second clip here (I) — press O to set the exact end"));
+    EXPECT_TRUE(showsTip(item("inPoint"), "Start a 45-second clip here (I) — press O to set the exact end"));
     click("inPointButton");
     EXPECT_EQ(state().markedClips().front().range.duration.seconds(), 45.9);
-    EXPECT_TRUE(tells(item("outPoint"), "Set the new clip's end to the current time (O)"));
+    EXPECT_TRUE(showsTip(item("outPoint"), "Set the new clip's end to the current time (O)"));
     trim(100, 120);
-    EXPECT_TRUE(tells(item("inPoint"), "Nudge the clip's start to the current time (I)"));
-    EXPECT_TRUE(tells(item("markClip"), "Mark the current trim + highlights as a clip (⇧⌘M)"));
+    EXPECT_TRUE(showsTip(item("inPoint"), "Nudge the clip's start to the current time (I)"));
+    EXPECT_TRUE(showsTip(item("markClip"), "Mark the current trim + highlights as a clip (⇧⌘M)"));
 }
 
 TEST_F(ControlBar, WalksThroughAFolder) {
@@ -82,7 +82,7 @@ TEST_F(ControlBar, WalksThroughAFolder) {
     EXPECT_FALSE(enabled("nextClip"));
     click("previousClip");
     EXPECT_TRUE(comesTrue([&] { return text("fileName") == "three.mov"; }));
-    EXPECT_TRUE(tells(item("previousClip"), "Previous clip (⌘[)"));
+    EXPECT_TRUE(showsTip(item("previousClip"), "Previous clip (⌘[)"));
 }
 
 TEST_F(ControlBar, OpensByItsMenu) {
@@ -94,13 +94,13 @@ TEST_F(ControlBar, OpensByItsMenu) {
     EXPECT_EQ(desktop_.asked->choice, OpenPanelRequest::Choice::folder);
 }
 
-TEST_F(ControlBar, KeepsAllItsButtonsWhereThereIsLittleRoom) {
+TEST_F(ControlBar, KeepsAllItsButtonsInANarrowWindow) {
     openQueue();
     mark(0.2, 0.5);
     trim(0.5, 1.5);
     for (const int width : {1600, 1280, 1100, 1000, 960}) {
         window().resize(width, 620);
-        letPass(50);
+        wait(50);
         const QQuickItem& bar = item("controlBar");
         const QQuickItem& last = item("exportMovies");
         EXPECT_LE(last.mapToItem(&bar, {last.width(), 0}).x(), bar.width() - 11.5) << width;
@@ -113,7 +113,7 @@ TEST_F(ControlBar, KeepsAllItsButtonsWhereThereIsLittleRoom) {
     const QQuickItem& last = item("exportMovies");
     EXPECT_LE(last.mapToItem(&item("controlBar"), {last.width(), 0}).x(), 520);
     EXPECT_EQ(text("addHighlight"), "");
-    EXPECT_TRUE(tells(item("addHighlight"), "Add highlight at current time (N)"));
+    EXPECT_TRUE(showsTip(item("addHighlight"), "Add highlight at current time (N)"));
 }
 
 } // namespace

@@ -8,7 +8,7 @@ namespace {
 
 using ExportCards = ViewsFixture;
 
-TEST_F(ExportCards, TellHowFarItIsAndWhatWasWritten) {
+TEST_F(ExportCards, ShowTheProgressAndTheWrittenFile) {
     open(clip("one.mov", {.frames = 300}));
     mark(0.5, 3);
     mark(4, 6);
@@ -37,7 +37,7 @@ TEST_F(ExportCards, TellHowFarItIsAndWhatWasWritten) {
     EXPECT_TRUE(appears("questionTitle")) << "dismissed, the export does not count as done any more";
 }
 
-TEST_F(ExportCards, GiveWayToAnErrorWhereAnExportFails) {
+TEST_F(ExportCards, AreReplacedByAnErrorIfAnExportFails) {
     open(clip("one.mov"));
     highlight(0.5);
     state().preferences().write(preferences::outputMode, QStringLiteral("custom"));

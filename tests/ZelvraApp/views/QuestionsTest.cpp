@@ -48,7 +48,7 @@ TEST_F(Questions, AskBeforeADropReplacesWhatIsOpen) {
     click("toolbarCloseButton");
     answer("Close and Discard");
     EXPECT_TRUE(appears("landing"));
-    letPass(200);
+    wait(200);
     EXPECT_FALSE(state().videoFile()) << "what was cancelled before does not come back";
 
     open(folder_ / "one.mov");
@@ -62,7 +62,7 @@ TEST_F(Questions, AskBeforeADropReplacesWhatIsOpen) {
     EXPECT_TRUE(comesTrue([&] { return state().videoFile() == folder_ / "one.mov"; })) << "nothing to lose";
 }
 
-TEST_F(Questions, StandInLine) {
+TEST_F(Questions, WaitForEachOther) {
     open(clip("one.mov"));
     highlight(0.5);
     state().setShowDefaultsScopePrompt(true);
@@ -93,7 +93,7 @@ TEST_F(Questions, ApplyTheChosenScope) {
     EXPECT_EQ(state().sessionDefaults().durationSec, 7);
 }
 
-TEST_F(Questions, LeaveTheEditorAloneButForErrors) {
+TEST_F(Questions, LeaveTheEditorAloneExceptForErrors) {
     open(clip("one.mov"));
     highlight(1);
     state().setShowCloseConfirmation(true);
@@ -111,7 +111,7 @@ TEST_F(Questions, LeaveTheEditorAloneButForErrors) {
     EXPECT_EQ(asked(), "Close this clip?");
 }
 
-TEST_F(Questions, LeadOnAfterAnExport) {
+TEST_F(Questions, ContinueAfterAnExport) {
     openQueue();
     highlight(0.5);
     click("exportMovies");

@@ -7,7 +7,7 @@
 namespace zelvra {
 namespace {
 
-TEST(Texts, TellWhatClosingLoses) {
+TEST(Texts, SayWhatClosingLoses) {
     EXPECT_EQ(Texts::closeMessage(0, 0), "");
     EXPECT_EQ(Texts::closeMessage(2, 0),
               "2 highlights haven't been exported yet. Closing will discard them.");
@@ -17,14 +17,14 @@ TEST(Texts, TellWhatClosingLoses) {
               "3 marked clips haven't been exported yet. Closing will discard them.");
 }
 
-TEST(Texts, NameTheExportedFileAsItIsCalled) {
+TEST(Texts, NameTheExportedFile) {
     EXPECT_EQ(Texts::postExportMessage({}), "");
     EXPECT_EQ(Texts::postExportMessage(QUrl::fromLocalFile("/a b/50% “öl”%20_highlighted.mp4")),
               "Saved as 50% “öl”%20_highlighted.mp4.");
     EXPECT_EQ(Texts::nextClipAnswer(2, 12), "Next Clip (4 of 12)");
 }
 
-TEST(Texts, TellWhatTheMarkingKeysDo) {
+TEST(Texts, SayWhatTheMarkingKeysDo) {
     EXPECT_EQ(Texts::inPointTip(false, 30.9),
               "Start a 30-second clip here (I) — press O to set the exact end");
     EXPECT_EQ(Texts::inPointTip(true, 45), "Nudge the clip's start to the current time (I)");
@@ -33,7 +33,7 @@ TEST(Texts, TellWhatTheMarkingKeysDo) {
     EXPECT_EQ(Texts::outPointTip(false, false), "Press I first to start a clip");
 }
 
-TEST(Texts, CountAndCutOff) {
+TEST(Texts, CountAndRoundDown) {
     EXPECT_EQ(Texts::exportLabel(0), "Export");
     EXPECT_EQ(Texts::exportLabel(3), "Export (3)");
     EXPECT_EQ(Texts::highlightCount(0), "0 highlights");

@@ -93,15 +93,15 @@ std::vector<std::string> ViewsFixture::answers() {
     return texts;
 }
 
-testing::AssertionResult ViewsFixture::tells(QQuickItem& item, const std::string& tip,
-                                             std::optional<QPointF> at) {
+testing::AssertionResult ViewsFixture::showsTip(QQuickItem& item, const std::string& tip,
+                                                std::optional<QPointF> at) {
     std::string seen;
-    const bool told = comesTrue([&] {
-        hover(item, at); // again and again, as the item may still be on its way to its place
+    const bool shown = comesTrue([&] {
+        hover(item, at); // repeatedly, as the item may still be moving to its place
         seen = isShown("tipText") ? text("tipText") : "";
         return seen == tip;
     });
-    return told ? testing::AssertionSuccess() : testing::AssertionFailure() << "it tells: " << seen;
+    return shown ? testing::AssertionSuccess() : testing::AssertionFailure() << "it shows: " << seen;
 }
 
 } // namespace zelvra::test

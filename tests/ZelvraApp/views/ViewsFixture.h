@@ -9,7 +9,7 @@
 
 namespace zelvra::test {
 
-/// The main window with clips of the test's own, and short ways to what is worked on. Times in seconds.
+/// The main window, with helpers for its views. Times in seconds.
 class ViewsFixture : public WindowFixture {
 protected:
     /// Opens a recording of ten minutes.
@@ -26,7 +26,7 @@ protected:
     static std::string text(const QQuickItem& item) { return item.property("text").toString().toStdString(); }
     std::string text(const QString& objectName) { return text(item(objectName)); }
     bool enabled(const QString& objectName) { return item(objectName).isEnabled(); }
-    /// Waits until it is shown, or not any more.
+    /// Waits until it is shown, or no longer shown.
     bool appears(const QString& objectName);
     bool disappears(const QString& objectName);
     /// Waits until the editor has gone and the main window has the keyboard.
@@ -35,8 +35,9 @@ protected:
     void answer(const QString& text) { click("answer:" + text); }
     /// The answers of the question that is up.
     std::vector<std::string> answers();
-    /// Whether that tooltip comes up where the pointer rests on the item.
-    testing::AssertionResult tells(QQuickItem& item, const std::string& tip, std::optional<QPointF> at = {});
+    /// Whether that tooltip appears while the pointer rests on the item.
+    testing::AssertionResult showsTip(QQuickItem& item, const std::string& tip,
+                                      std::optional<QPointF> at = {});
 };
 
 } // namespace zelvra::test

@@ -107,7 +107,7 @@ bool WindowFixture::comesTrue(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 20'000);
 }
 
-void WindowFixture::letPass(int milliseconds) {
+void WindowFixture::wait(int milliseconds) {
     QTest::qWait(milliseconds);
 }
 
@@ -150,7 +150,7 @@ bool WindowFixture::clickIfItStays(QQuickItem& item, std::optional<QPointF> at) 
 }
 
 void WindowFixture::click(QQuickItem& item, std::optional<QPointF> at) {
-    EXPECT_TRUE(clickIfItStays(item, at)) << "what was to be clicked went away";
+    EXPECT_TRUE(clickIfItStays(item, at)) << "the item to click disappeared";
 }
 
 void WindowFixture::hover(QQuickItem& item, std::optional<QPointF> at) {

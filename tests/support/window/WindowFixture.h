@@ -48,7 +48,7 @@ protected:
     /// Runs the event loop until the condition holds; false after 20 s.
     static bool comesTrue(const std::function<bool()>& condition);
     /// Runs the event loop, and so animations, for that time.
-    static void letPass(int milliseconds);
+    static void wait(int milliseconds);
 
     /// The topmost visible item of that name; null if there is none.
     QQuickItem* find(const QString& objectName);

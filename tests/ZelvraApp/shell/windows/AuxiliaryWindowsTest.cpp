@@ -56,7 +56,7 @@ TEST_F(AuxiliaryWindows, OpensOneHelpWindowByEitherKey) {
     EXPECT_TRUE(window().isVisible());
 }
 
-TEST_F(AuxiliaryWindows, TellsAboutItself) {
+TEST_F(AuxiliaryWindows, ShowsVersionAndMaker) {
     choose("Help", "aboutItem");
     ASSERT_TRUE(isFront("About Zelvra"));
     EXPECT_EQ(QGuiApplication::focusWindow()->size(), QSize(380, 520));

@@ -87,7 +87,7 @@ TEST_F(SettingsWindow, ChooseWhereExportsGo) {
     EXPECT_EQ(store().read(preferences::outputMode), "sameAsSource");
 }
 
-TEST_F(SettingsWindow, GoBackToTheFactorysAtOnce) {
+TEST_F(SettingsWindow, AreResetToFactoryDefaultsAtOnce) {
     click("outputSubfolder");
     click("subfolderName");
     type("x");

@@ -7,7 +7,7 @@ namespace {
 
 using Landing = ViewsFixture;
 
-TEST_F(Landing, OpensWhatThePanelsGive) {
+TEST_F(Landing, OpensWhatIsChosenInThePanels) {
     EXPECT_FALSE(isShown("recent0"));
     EXPECT_FALSE(enabled("toolbarCloseButton") || enabled("toolbarTrimButton"));
     click("landingOpenFolder");
@@ -40,7 +40,7 @@ TEST_F(Landing, OpensADroppedFolderAsAQueue) {
 TEST_F(Landing, RefusesAnEmptyDropAndIgnoresWhatIsNoFile) {
     EXPECT_FALSE(drop(item("landing"), {}));
     EXPECT_TRUE(drop(item("landing"), {QUrl("https://example.org/clip.mov")}));
-    letPass(200);
+    wait(200);
     EXPECT_FALSE(state().videoFile() || state().isOpening());
     EXPECT_EQ(state().errorMessage(), "");
 }
@@ -57,7 +57,7 @@ TEST_F(Landing, ListsTheFiveNewestRecents) {
     EXPECT_EQ(text(in(item("recent1"), "recentFolder")), "season");
     EXPECT_TRUE(isShown("recent4"));
     EXPECT_FALSE(isShown("recent5"));
-    EXPECT_TRUE(tells(item("recent2"), (folder_ / "season" / "4.mov").string()));
+    EXPECT_TRUE(showsTip(item("recent2"), (folder_ / "season" / "4.mov").string()));
 
     std::filesystem::remove(folder_ / "season" / "4.mov");
     click("recent2");

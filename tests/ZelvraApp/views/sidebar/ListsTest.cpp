@@ -38,9 +38,9 @@ TEST_F(Lists, ShowHighlightsInOrderOfTime) {
     EXPECT_TRUE(comesTrue([&] { return items("highlightRow").size() == 2; }));
     EXPECT_THAT(texts("highlightTime"), ElementsAre("01:00.00", "05:00.00"));
     EXPECT_THAT(texts("highlightFreeze"), ElementsAre("0.5s freeze", "2.0s freeze"));
-    EXPECT_TRUE(
-        tells(*items("highlightRow").at(0), "Click to edit, or use the trash to delete", QPointF(100, 10)));
-    EXPECT_TRUE(tells(*items("deleteHighlight").at(0), "Delete highlight"));
+    EXPECT_TRUE(showsTip(*items("highlightRow").at(0), "Click to edit, or use the trash to delete",
+                         QPointF(100, 10)));
+    EXPECT_TRUE(showsTip(*items("deleteHighlight").at(0), "Delete highlight"));
 }
 
 TEST_F(Lists, DeleteAndUndoAndEditHighlights) {
@@ -71,7 +71,7 @@ TEST_F(Lists, ShowMarkedClipsByTheirPlace) {
     EXPECT_THAT(texts("clipRange"),
                 ElementsAre("01:00.00 – 01:30.00", "03:20.00 – 03:50.00", "05:00.00 – 05:30.50"));
     EXPECT_THAT(texts("clipHighlights"), ElementsAre("1 highlight", "0 highlights", "0 highlights"));
-    EXPECT_TRUE(tells(*items("removeClip").at(1), "Remove from list"));
+    EXPECT_TRUE(showsTip(*items("removeClip").at(1), "Remove from list"));
     clickRow("removeClip", 1);
     EXPECT_TRUE(comesTrue([&] { return items("markedClipRow").size() == 2; }));
     EXPECT_THAT(texts("clipNumber"), ElementsAre("01", "02"));
@@ -86,7 +86,7 @@ TEST_F(Lists, LoadAMarkedClipForEditing) {
     clickRow("markedClipRow", 1);
     EXPECT_EQ(state().editingClipID(), state().markedClips().at(1).id);
     EXPECT_EQ(items("clipPencil").size(), 1U);
-    EXPECT_TRUE(tells(*items("markedClipRow").at(1), "Currently editing — use Save & Return to commit"));
+    EXPECT_TRUE(showsTip(*items("markedClipRow").at(1), "Currently editing — use Save & Return to commit"));
     trim(205, 230);
     clickRow("markedClipRow", 1);
     EXPECT_EQ(trimStart(), 205) << "a click on the row that is edited does nothing";

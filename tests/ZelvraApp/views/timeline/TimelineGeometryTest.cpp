@@ -30,7 +30,7 @@ TEST(TimelineAxis, MapsTimesToPositionsAndBackWithinItsEnds) {
     EXPECT_DOUBLE_EQ(TimelineAxis({5, 5}, 100).position(5), 0) << "a window of no length";
 }
 
-TEST(TimelineAxis, ShowsItsEndsAndTellsWhetherItIsZoomed) {
+TEST(TimelineAxis, ShowsItsEndsAndKnowsWhetherItIsZoomed) {
     const TimelineAxis axis({90, 150}, 300);
     EXPECT_TRUE(axis.shows(90) && axis.shows(150));
     EXPECT_FALSE(axis.shows(89.999) || axis.shows(150.001));
@@ -59,7 +59,7 @@ TEST(TimelineTargets, PreferDotsToHandlesAndWhatIsDrawnLast) {
     EXPECT_EQ(targetAt({100, 14}, 28, {}, {}), (TimelineTarget{Kind::strip})) << "without handles";
 }
 
-TEST(TimelineTargets, TellHandlesApartThatAreClose) {
+TEST(TimelineTargets, DistinguishHandlesThatAreClose) {
     const TimeSpan handles{100, 101};
     EXPECT_EQ(targetAt({99, 14}, 28, {}, handles).kind, Kind::startHandle);
     EXPECT_EQ(targetAt({102, 14}, 28, {}, handles).kind, Kind::endHandle);

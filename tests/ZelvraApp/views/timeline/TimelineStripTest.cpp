@@ -12,15 +12,15 @@ protected:
         EXPECT_TRUE(comesTrue([&] { return item("timelineRow").height() == 44; }));
         return item("timelineStrip");
     }
-    /// Where a time lies on a strip that shows from `lo` to `hi`, on its middle line.
+    /// The place of a time on a strip that shows `lo` to `hi`, on its middle line.
     QPointF at(double seconds, double lo, double hi) {
         return {(seconds - lo) / (hi - lo) * strip().width(), strip().height() / 2};
     }
-    /// The least step of the strip in seconds: what a whole pixel is.
+    /// The length of a pixel of the strip, in seconds.
     double pixel(double lo, double hi) { return (hi - lo) / strip().width(); }
 };
 
-TEST_F(TimelineStrip, ComesWithSomethingToShowAndGoesWithIt) {
+TEST_F(TimelineStrip, IsShownWhileThereIsSomethingOnIt) {
     openRecording();
     EXPECT_FALSE(isShown("timelineStrip"));
     highlight(300);
@@ -53,7 +53,7 @@ TEST_F(TimelineStrip, ZoomsInOnATrim) {
     EXPECT_NEAR(band.x(), at(100, 90, 150).x(), 0.01);
     EXPECT_NEAR(band.x() + band.width(), at(120, 90, 150).x(), 0.01);
     EXPECT_NEAR(item("trimEndHandle").x() + 2.5, at(120, 90, 150).x(), 0.01);
-    EXPECT_TRUE(tells(strip(), "Drag to adjust the clip's end", at(120, 90, 150)));
+    EXPECT_TRUE(showsTip(strip(), "Drag to adjust the clip's end", at(120, 90, 150)));
     EXPECT_FALSE(isShown("playhead")) << "it is outside the window";
 }
 
@@ -81,7 +81,7 @@ TEST_F(TimelineStrip, DragsAnEdgeOnAFrozenAxisInOneStepOfUndo) {
     EXPECT_DOUBLE_EQ(trimStart(), 100);
 }
 
-TEST_F(TimelineStrip, LeavesATrimAloneWhoseHandleIsOnlyClicked) {
+TEST_F(TimelineStrip, LeavesATrimAloneIfItsHandleIsOnlyClicked) {
     openRecording();
     trim(100, 120);
     click(strip(), at(100, 90, 150) + QPointF(2, 0));
@@ -94,7 +94,7 @@ TEST_F(TimelineStrip, EditsTheHighlightWhoseDotIsClicked) {
     openRecording();
     highlight(150);
     highlight(300);
-    EXPECT_TRUE(tells(strip(), "05:00.00 — click to edit", at(300, 0, 600)));
+    EXPECT_TRUE(showsTip(strip(), "05:00.00 — click to edit", at(300, 0, 600)));
     click(strip(), at(300, 0, 600) + QPointF(3, 3));
     EXPECT_TRUE(comesTrue([&] { return state().draft().has_value(); }));
     EXPECT_EQ(state().draft()->timestamp.seconds(), 300);
@@ -104,7 +104,7 @@ TEST_F(TimelineStrip, ShowsMarkedClipsAndDotsWhereTheyAre) {
     openRecording();
     mark(60, 120);
     highlight(300);
-    letPass(400);
+    wait(400);
     const QImage shown = picture();
     const auto pixelAt = [&](double seconds, double down = 0) {
         return shown.pixelColor(strip().mapToScene(at(seconds, 0, 600) + QPointF(0, down)).toPoint());

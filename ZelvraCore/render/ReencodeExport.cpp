@@ -194,9 +194,9 @@ private:
 };
 
 /// One export, from schedule to file. Lives for one call.
-class Export {
+class Reencoder {
 public:
-    Export(const Asset& source, const ReencodeJob& job)
+    Reencoder(const Asset& source, const ReencodeJob& job)
         : job_(job),
           schedule_(schedulePictures(job.timeline, source.frames(), job.frameDuration)),
           freezeStep_(std::max<std::int64_t>(1, schedule_.ticksOfFrame(1))),
@@ -305,7 +305,7 @@ void exportReencoded(const Asset& source, const ReencodeJob& job) {
         if (job.timeline.segments.empty()) {
             throw MediaError(MediaError::Cause::outOfRange, "the range holds no picture");
         }
-        Export(source, job).run();
+        Reencoder(source, job).run();
     } catch (const MediaError& error) {
         if (error.cause() == MediaError::Cause::cancelled) {
             throw;

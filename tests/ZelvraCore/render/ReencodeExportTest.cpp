@@ -101,7 +101,7 @@ Expected expectedOf(const Case& test, const CMTime& frameDuration) {
     return expected;
 }
 
-void expectSound(const std::filesystem::path& file, const Expected& expected) {
+void expectSoundOf(const std::filesystem::path& file, const Expected& expected) {
     const MovieSound sound = readSound(file);
     const std::vector<float> reference = numberedSound(std::int64_t{3} * sound.rate, sound.rate);
     constexpr double edge = 0.03; // a coded packet's window reaches over a cut
@@ -147,7 +147,7 @@ TEST_P(Reencode, ShowsEveryPictureAtItsTimeAndFreezesInBetween) {
                 expected.sound.back().at + expected.sound.back().seconds, 0.001);
     EXPECT_EQ(streams.size(), test.movie.sound == SoundCodec::none ? 1u : 2u);
     if (test.movie.sound != SoundCodec::none) {
-        expectSound(job.output, expected);
+        expectSoundOf(job.output, expected);
     }
 }
 

@@ -78,7 +78,7 @@ MovieSound playInGStreamer(const std::filesystem::path& movie, const std::string
 class SoundOf : public testing::TestWithParam<SourceKind> {
 protected:
     /// Expects sound of the source's `sourceTime` at the output's `time`.
-    void expectSound(const MovieSound& sound, double time, double sourceTime, double tolerance) const {
+    void expectSourceTimeAt(const MovieSound& sound, double time, double sourceTime, double tolerance) const {
         const SourceKind& kind = GetParam();
         const auto expected = static_cast<std::int64_t>(std::llround(sourceTime * kind.rate));
         const auto found =
@@ -111,13 +111,13 @@ TEST_P(SoundOf, IsSilentInFreezesAndGoesOnWhereItStopped) {
     const double packet = static_cast<double>(kind.packetFrames) / kind.rate;
     const bool exact = kind.packetFrames == 1 || !kind.kept;
     const double halfPacket = exact ? 1 : kind.packetFrames / 2.0 + 1;
-    expectSound(sound, 0, 1.2345, 1); // the range starts at its sample
-    expectSound(sound, 0.6, 1.8345, 1);
-    expectSound(sound, 2.2655 + 3 * packet, 2 + 3 * packet, halfPacket);
-    expectSound(sound, 3.2, 2.9345, halfPacket);
+    expectSourceTimeAt(sound, 0, 1.2345, 1); // the range starts at its sample
+    expectSourceTimeAt(sound, 0.6, 1.8345, 1);
+    expectSourceTimeAt(sound, 2.2655 + 3 * packet, 2 + 3 * packet, halfPacket);
+    expectSourceTimeAt(sound, 3.2, 2.9345, halfPacket);
     const double resumed = 0.7655 + 1.5 + 1.1 + 0.7 + 1001.0 / 3000;
-    expectSound(sound, resumed + 3 * packet, 3.1 + 3 * packet, halfPacket);
-    expectSound(sound, resumed + 1.6, 4.7, halfPacket);
+    expectSourceTimeAt(sound, resumed + 3 * packet, 3.1 + 3 * packet, halfPacket);
+    expectSourceTimeAt(sound, resumed + 1.6, 4.7, halfPacket);
     EXPECT_LT(peak(sound.between(0.7655 + 2 * packet, 1.5 - 4 * packet)), 0.001);
     EXPECT_LT(peak(sound.between(3.3655 + 2 * packet, 1.03 - 4 * packet)), 0.001);
     EXPECT_NEAR(static_cast<double>(sound.samples.size()) / kind.rate, resumed + 1.8, packet + 0.022);

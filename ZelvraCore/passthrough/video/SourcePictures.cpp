@@ -47,4 +47,17 @@ std::uint32_t SourcePictures::syncBefore(std::uint32_t index,
     throw CannotPassThrough("no picture before the range can be decoded on its own");
 }
 
+SourcePictures::Samples SourcePictures::decodedFor(std::uint32_t firstRank, std::uint32_t endRank,
+                                                   const std::function<bool(std::uint32_t)>& suits) const {
+    const std::uint32_t head = syncBefore(indexAt(firstRank), suits);
+    Samples samples{head, head};
+    for (std::uint32_t rank = firstRank; rank < endRank; ++rank) {
+        if (indexAt(rank) < head) {
+            throw CannotPassThrough("a picture of the range is decoded before its group starts");
+        }
+        samples.last = std::max(samples.last, indexAt(rank));
+    }
+    return samples;
+}
+
 } // namespace zelvra::passthrough

@@ -41,6 +41,17 @@ public:
     /// is none.
     std::uint32_t syncBefore(std::uint32_t index, const std::function<bool(std::uint32_t)>& suits = {}) const;
 
+    /// Samples in decode order, both ends included.
+    struct Samples {
+        std::uint32_t first = 0;
+        std::uint32_t last = 0;
+    };
+    /// The samples that must be decoded at most to get the pictures of ranks `firstRank` up to, but not
+    /// including, `endRank`, from the sync sample that `syncBefore` finds for the first one. Throws
+    /// CannotPassThrough if a picture among them is decoded earlier.
+    Samples decodedFor(std::uint32_t firstRank, std::uint32_t endRank,
+                       const std::function<bool(std::uint32_t)>& suits = {}) const;
+
 private:
     std::span<const isobmff::Sample> samples_;
     std::vector<std::uint32_t> order_;

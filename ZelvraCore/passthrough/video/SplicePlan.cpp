@@ -60,14 +60,7 @@ private:
         if (piece.isEmpty()) {
             return piece;
         }
-        const std::uint32_t head = pictures_.syncBefore(pictures_.indexAt(firstRank), rules_.canResumeAt);
-        std::uint32_t last = head;
-        for (std::uint32_t rank = firstRank; rank < endRank; ++rank) {
-            if (pictures_.indexAt(rank) < head) {
-                throw CannotPassThrough("a picture of the range is decoded before its group starts");
-            }
-            last = std::max(last, pictures_.indexAt(rank));
-        }
+        const auto [head, last] = pictures_.decodedFor(firstRank, endRank, rules_.canResumeAt);
         for (std::uint32_t i = head; i <= last; ++i) {
             // Leading pictures refer to the group before, which is not decoded again. H.264 resumes at IDR
             // pictures, which have none.

@@ -2,8 +2,6 @@
 
 #include "ZelvraCore/passthrough/video/StillSites.h"
 
-#include "ZelvraCore/passthrough/CannotPassThrough.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -23,15 +21,7 @@ public:
 
     /// A stored source sample is shown, or is a reference of one that is.
     Indexes stored() const {
-        const std::uint32_t first = pictures_.indexAt(cut_.firstRank);
-        const std::uint32_t head = pictures_.syncBefore(first);
-        std::uint32_t last = head;
-        for (std::uint32_t rank = cut_.firstRank; rank < cut_.endRank; ++rank) {
-            last = std::max(last, pictures_.indexAt(rank));
-            if (pictures_.indexAt(rank) < head) {
-                throw CannotPassThrough("a picture of the range is decoded before its group starts");
-            }
-        }
+        const auto [head, last] = pictures_.decodedFor(cut_.firstRank, cut_.endRank);
         Indexes stored;
         for (std::uint32_t i = head; i <= last; ++i) {
             // Leading pictures refer to the group before, which is not stored.

@@ -148,8 +148,9 @@ private:
         cut.frameDuration = frameDuration;
         for (const TimelineSegment& segment : timeline.segments) {
             if (segment.kind == Kind::freeze) {
-                cut.freezes.push_back(
-                    {.position = cut.endRank, .frames = freezeFrameCount(segment.duration, frameDuration)});
+                cut.freezes.push_back({.position = cut.endRank,
+                                       .frames = freezeFrameCount(segment.duration, frameDuration),
+                                       .highlight = segment.highlightIndex});
             } else if (segment.firstPicture < nextPicture) {
                 cut.freezes.push_back({.position = cut.endRank, .heldTicks = ticks(segment.duration)});
             } else {
@@ -277,9 +278,8 @@ private:
     /// One for each freeze and each hold of the cut.
     std::vector<std::filesystem::path> clipsFor(std::span<const VideoCut::Freeze> freezes) const {
         std::vector<std::filesystem::path> clips;
-        auto next = job_.freezeClips.begin();
         for (const VideoCut::Freeze& freeze : freezes) {
-            clips.push_back(freeze.heldTicks ? job_.holdClip.value() : *next++);
+            clips.push_back(freeze.heldTicks ? job_.holdClip.value() : job_.freezeClips[freeze.highlight]);
         }
         return clips;
     }

@@ -21,6 +21,7 @@ struct VideoCut {
         std::uint32_t position = 0; ///< rank of the picture that follows; `endRank` = after the last one
         std::int64_t frames = 1;    ///< number of frames, each `frameDuration` long
         std::optional<std::int64_t> heldTicks = {}; ///< how long a hold lasts; nullopt for a freeze
+        std::size_t highlight = 0;                  ///< which one freezes; without meaning for a hold
         bool operator==(const Freeze&) const = default;
     };
 

@@ -12,7 +12,7 @@ namespace {
 struct Case {
     const char* name;
     ExportJob job;
-    double apart = 0; ///< seconds between sound and picture
+    double maxSoundOffset = 0; ///< seconds between sound and picture
     bool withoutRoom = false;
 };
 
@@ -20,7 +20,7 @@ std::ostream& operator<<(std::ostream& stream, const Case& c) {
     return stream << c.name;
 }
 
-/// Movies whose sound goes on for two seconds after the last picture, with freezes there.
+/// Movies whose sound continues for two seconds after the last picture, with freezes in that tail.
 class SoundTail : public testing::TestWithParam<Case> {};
 
 TEST_P(SoundTail, FreezesAtItsOwnTimeAndThenShowsTheLastPictureAgain) {
@@ -37,7 +37,7 @@ TEST_P(SoundTail, FreezesAtItsOwnTimeAndThenShowsTheLastPictureAgain) {
         movie.expectRightPictures(movie.file());
         movie.expectRightSeeks(movie.file(), 12);
     }
-    movie.expectRightSound(GetParam().apart);
+    movie.expectRightSound(GetParam().maxSoundOffset);
 }
 
 constexpr double halfAacPacket = 512.0 / 48000;

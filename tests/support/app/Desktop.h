@@ -11,7 +11,7 @@
 
 namespace zelvra::test {
 
-/// A desktop that records what the session asks of it, and answers the open panel as the test says.
+/// A desktop that records the session's requests, and returns the test's answer from the open panel.
 struct Desktop : OpenPanel, FileViewer, Terminator, RecentDocuments {
     void ask(const OpenPanelRequest& request,
              std::function<void(const std::filesystem::path&)> chosen) override {
@@ -27,7 +27,7 @@ struct Desktop : OpenPanel, FileViewer, Terminator, RecentDocuments {
     ShellServices services() { return {this, this, this, this}; }
 
     std::optional<OpenPanelRequest> asked;
-    std::filesystem::path answer; ///< to the open panel; empty cancels
+    std::filesystem::path answer; ///< result of the open panel; empty cancels
     std::filesystem::path revealed;
     bool terminated = false;
     std::vector<std::filesystem::path> noted;

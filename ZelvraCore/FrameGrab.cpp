@@ -34,4 +34,13 @@ Image extractFrame(const Asset& asset, const CMTime& time) {
     return media::generateImage(asset, *frames.containing(time));
 }
 
+Image extractFrameOnScreen(const Asset& asset, const CMTime& time) {
+    const FrameIndex& frames = asset.frames();
+    if (frames.empty() || !time.isNumeric()) {
+        return extractFrame(asset, time);
+    }
+    const bool ended = time >= frames.end() && time >= asset.duration();
+    return extractFrame(asset, ended ? frames.last().time : maximum(time, CMTime::zero()));
+}
+
 } // namespace zelvra

@@ -8,6 +8,7 @@
 #include "ZelvraCore/media/still/StillEncoder.h"
 #include "ZelvraCore/media/still/StillPicture.h"
 #include "ZelvraCore/media/still/StillQuality.h"
+#include "ZelvraCore/records/Cancellation.h"
 #include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 
@@ -43,14 +44,7 @@ void deleteExisting(const fs::path& file) {
         fs::remove(file, error);
     }
     if (error) {
-        throw MediaError(MediaError::Cause::unwritable,
-                         "cannot delete " + file.string() + ": " + error.message());
-    }
-}
-
-void throwIfStopped(const std::stop_token& stop) {
-    if (stop.stop_requested()) {
-        throw MediaError(MediaError::Cause::cancelled, "cancelled");
+        throw MediaError::cannot(MediaError::Cause::unwritable, "delete", file.string(), error.message());
     }
 }
 

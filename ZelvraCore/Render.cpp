@@ -10,8 +10,10 @@
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/files/AtomicFile.h"
 #include "ZelvraCore/files/FileCopy.h"
+#include "ZelvraCore/files/FolderOf.h"
 #include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
+#include "ZelvraCore/records/Cancellation.h"
 #include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "ZelvraCore/render/PassthroughRender.h"
@@ -26,15 +28,9 @@ namespace zelvra {
 
 namespace {
 
-std::filesystem::path folderOf(const std::filesystem::path& file) {
-    return file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
-}
-
 void refuseSourceAsOutput(const std::filesystem::path& source, const std::filesystem::path& output) {
-    std::error_code unknown; // a file that is not there is not the source
-    if (std::filesystem::equivalent(source, output, unknown)) {
-        throw MediaError(MediaError::Cause::refused,
-                         "the output would replace the source movie: " + output.string());
+    if (const auto line = refusalOfOutput(source, output)) {
+        throw MediaError(MediaError::Cause::refused, *line);
     }
 }
 
@@ -65,7 +61,7 @@ public:
         }
         refuseAbsurdRange(plan_, info_);
         timeline_ = layoutTimeline(plan_, info_, source_.frames());
-        files::sweepStrays(folderOf(output_));
+        files::sweepStrays(files::folderOf(output_));
         preparePassthrough();
         makeFreezeClips();
         if (!writePassthrough()) {
@@ -87,12 +83,6 @@ private:
         }
     }
 
-    void stopIfAsked() const {
-        if (options_.stop.stop_requested()) {
-            throw MediaError(MediaError::Cause::cancelled, "cancelled");
-        }
-    }
-
     /// Runs a step of the passthrough; where the source rules it out the movie is re-encoded, and the user
     /// told why.
     template <class Step>
@@ -103,7 +93,8 @@ private:
         } catch (const passthrough::CannotPassThrough& e) {
             notice(std::string("Re-encoding the video, because ") + e.what() + ".");
         } catch (const bitstream::BitstreamError& e) {
-            notice(std::string("Re-encoding the video, because its coding stands in the way: ") + e.what());
+            notice(std::string("Re-encoding the video, because its coding stands in the way: ") + e.what() +
+                   ".");
         }
         passthrough_.reset();
         freezeEncoding_ = {};
@@ -121,9 +112,10 @@ private:
 
     void makeFreezeClips() {
         for (std::size_t i = 0; i < plan_.highlights.size(); ++i) {
-            stopIfAsked();
+            throwIfStopped(options_.stop);
             const Highlight& highlight = plan_.highlights[i];
-            const Image frame = drawShape(frameAt(highlight.timestamp), highlight.shape);
+            const Image frame =
+                drawShape(extractFrameOnScreen(source_, highlight.timestamp), highlight.shape);
             encodeFreezeClip(frame, freezeClips_.add(), info_.frameDuration, highlight.duration,
                              plan_.freezeCodec, freezeEncoding_, options_.stop);
             report(freezeProgress(i + 1, plan_.highlights.size()));
@@ -141,15 +133,9 @@ private:
             return std::nullopt;
         }
         const std::filesystem::path clip = edgeClips_.add();
-        encodeFreezeClip(frameAt(*time), clip, info_.frameDuration, info_.frameDuration, plan_.freezeCodec,
-                         freezeEncoding_, options_.stop);
+        encodeFreezeClip(extractFrameOnScreen(source_, *time), clip, info_.frameDuration, info_.frameDuration,
+                         plan_.freezeCodec, freezeEncoding_, options_.stop);
         return clip;
-    }
-
-    /// A highlight at the very end of the movie shows its last frame.
-    Image frameAt(const CMTime& time) const {
-        const CMTime last = source_.frames().last().time;
-        return extractFrame(source_, time < info_.duration ? maximum(time, CMTime::zero()) : last);
     }
 
     /// Failures of the export itself, once nothing can be refused any more, are told as such.
@@ -219,6 +205,15 @@ MovieContainer containerFor(const std::filesystem::path& output) {
     return extension == ".mp4"   ? MovieContainer::mpeg4
            : extension == ".m4v" ? MovieContainer::appleM4v
                                  : MovieContainer::quickTime;
+}
+
+std::optional<std::string> refusalOfOutput(const std::filesystem::path& source,
+                                           const std::filesystem::path& output) {
+    std::error_code unknown; // a file that is not there is not the source
+    if (!std::filesystem::equivalent(source, output, unknown)) {
+        return std::nullopt;
+    }
+    return "the output would replace the source movie: " + output.string();
 }
 
 RenderResult renderHighlights(const std::filesystem::path& source, std::span<const Highlight> highlights,

@@ -38,13 +38,18 @@ struct RenderOptions {
 /// The container that an output's extension asks for, whatever its case: "mp4", "m4v"; all else is QuickTime.
 MovieContainer containerFor(const std::filesystem::path& output);
 
+/// Why `output` must not be written, as one line: it is the file `source` itself, by whatever path. `nullopt`
+/// if it may be written.
+std::optional<std::string> refusalOfOutput(const std::filesystem::path& source,
+                                           const std::filesystem::path& output);
+
 /// Renders `source` with its highlights to `output`, whose extension chooses the container (.mp4, .m4v, else
 /// QuickTime; a plain copy of the source keeps the source's). Highlights may come in any order; those outside
 /// the range are ignored. Blocks; any thread, several renders at once.
 ///
 /// An `output` that exists is replaced when the new movie is complete, and not before. Throws ZVError,
 /// MediaError; nothing is left behind then, and an older output stays. An output that is the source is
-/// refused.
+/// refused (see refusalOfOutput).
 RenderResult renderHighlights(const std::filesystem::path& source, std::span<const Highlight> highlights,
                               const std::filesystem::path& output, const RenderOptions& options = {});
 

@@ -43,12 +43,6 @@ std::vector<Highlight> committing(const Highlight& highlight, std::vector<Highli
     return highlights;
 }
 
-/// What is on screen at `time`. A player that rests at the movie's very end shows the last picture.
-Image frameOnScreen(const Asset& asset, const CMTime& time) {
-    const bool atTheEnd = time == asset.duration() && !asset.frames().empty();
-    return extractFrame(asset, atTheEnd ? asset.frames().last().time : time);
-}
-
 } // namespace
 
 void AppState::setDraft(std::optional<HighlightDraft> draft) {
@@ -60,7 +54,7 @@ QCoro::Task<std::optional<Image>> AppState::grabFrame(std::shared_ptr<const Asse
     const QPointer<AppState> self(this);
     QString failure;
     try {
-        auto grab = [asset, time] { return frameOnScreen(*asset, time); };
+        auto grab = [asset, time] { return extractFrameOnScreen(*asset, time); };
         QCoro::Task<Image> grabbing = inBackground(std::move(grab));
         Image frame = co_await grabbing;
         co_return frame;

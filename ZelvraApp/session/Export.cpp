@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ZelvraApp/files/FilePaths.h"
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/Background.h"
 #include "ZelvraCore/Render.h"
@@ -109,16 +108,14 @@ QCoro::Task<> AppState::exportMarkedClips() {
 /// the same for all outputs. An error message begins with `refusal`; if that has a "%1", the file's number
 /// replaces it.
 bool AppState::prepareOutputs(const std::vector<std::filesystem::path>& outputs, const QString& refusal) {
-    std::error_code error;
     for (std::size_t k = 0; k < outputs.size(); ++k) {
-        if (std::filesystem::equivalent(*videoFile_, outputs[k], error)) {
+        if (const auto line = refusalOfOutput(*videoFile_, outputs[k])) {
             const QString start = refusal.contains(QLatin1String("%1")) ? refusal.arg(k + 1) : refusal;
-            setErrorMessage(start + QStringLiteral("the output would replace the source movie: ") +
-                            textOf(outputs[k]));
+            setErrorMessage(start + QString::fromStdString(*line));
             return false;
         }
     }
-    error.clear();
+    std::error_code error;
     std::filesystem::create_directories(outputs.front().parent_path(), error);
     if (error) {
         setErrorMessage(QStringLiteral("Couldn't create output folder: ") +

@@ -23,7 +23,7 @@ void BitReader::fetch() {
         zeros_ = 0;
     }
     if (next_ >= bytes_.size()) {
-        throw BitstreamError::corrupt("The coded video ends within a header.");
+        throw BitstreamError::corrupt("the coded video ends within a header");
     }
     current_ = bytes_[next_++];
     zeros_ = current_ == 0 ? zeros_ + 1 : 0;
@@ -55,7 +55,7 @@ std::uint32_t BitReader::ue() {
     int zeros = 0;
     while (!flag()) {
         if (++zeros > 31) {
-            throw BitstreamError::corrupt("A number in the coded video's headers is too long.");
+            throw BitstreamError::corrupt("a number in the coded video's headers is too long");
         }
     }
     return ((1U << zeros) - 1) + bits(zeros);
@@ -64,7 +64,7 @@ std::uint32_t BitReader::ue() {
 std::uint32_t BitReader::ue(std::uint32_t max) {
     const std::uint32_t value = ue();
     if (value > max) {
-        throw BitstreamError::corrupt("A number in the coded video's headers is out of range.");
+        throw BitstreamError::corrupt("a number in the coded video's headers is out of range");
     }
     return value;
 }
@@ -116,7 +116,7 @@ bool BitReader::moreData() const {
 std::uint64_t BitReader::bitsBeforeStop() const {
     const auto before = rest().beforeStop;
     if (!before) {
-        throw BitstreamError::corrupt("A part of the coded video has no end mark.");
+        throw BitstreamError::corrupt("a part of the coded video has no end mark");
     }
     return *before;
 }

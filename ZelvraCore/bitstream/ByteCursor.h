@@ -19,7 +19,7 @@ public:
 
     ByteView take(std::size_t count) {
         if (count > rest_.size()) {
-            throw BitstreamError::corrupt("The " + name_ + " ends too early.");
+            throw BitstreamError::corrupt("the " + name_ + " ends too early");
         }
         const ByteView taken = rest_.first(count);
         rest_ = rest_.subspan(count);

@@ -12,7 +12,7 @@ int lowestFreeId(const std::set<int>& used, int limit) {
         ++id;
     }
     if (id >= limit) {
-        throw BitstreamError::unsupported("The video uses every name that a parameter set can have.");
+        throw BitstreamError::unsupported("the video uses every name that a parameter set can have");
     }
     return id;
 }

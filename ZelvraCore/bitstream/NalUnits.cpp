@@ -10,7 +10,7 @@ namespace {
 
 void requireLengthSize(int lengthSize) {
     if (lengthSize != 1 && lengthSize != 2 && lengthSize != 4) {
-        throw BitstreamError::unsupported("The video's samples count the bytes of their parts unusually.");
+        throw BitstreamError::unsupported("the video's samples count the bytes of their parts unusually");
     }
 }
 
@@ -32,7 +32,7 @@ std::vector<ByteView> splitNalUnits(ByteView sample, int lengthSize) {
 void appendNalUnit(Bytes& sample, ByteView nal, int lengthSize) {
     requireLengthSize(lengthSize);
     if (std::uint64_t{nal.size()} >> (8 * lengthSize) != 0) {
-        throw BitstreamError::unsupported("A part of the coded video is too long for the video's samples.");
+        throw BitstreamError::unsupported("a part of the coded video is too long for the video's samples");
     }
     appendNumber(sample, nal.size(), lengthSize);
     append(sample, nal);

@@ -47,7 +47,7 @@ Layout layoutOf(ByteView entry) {
             headerSize += 8;
         }
         if (size < headerSize || size > rest.size()) {
-            throw BitstreamError::corrupt("A box in the video's sample entry has an impossible size.");
+            throw BitstreamError::corrupt("a box in the video's sample entry has an impossible size");
         }
         cursor.take(size - headerSize);
         const ByteView whole = rest.first(size);

@@ -2,10 +2,10 @@
 
 #include "ZelvraCore/files/AtomicFile.h"
 
+#include "ZelvraCore/files/FolderOf.h"
 #include "ZelvraCore/records/MediaError.h"
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <random>
 #include <sys/file.h>
@@ -50,10 +50,6 @@ public:
 private:
     int value_;
 };
-
-std::filesystem::path folderOf(const std::filesystem::path& file) {
-    return file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
-}
 
 /// Whether a sweeper has taken the file away between its creation and its lock.
 bool isUnlinked(int descriptor) {
@@ -138,8 +134,7 @@ void AtomicFile::commit() {
 }
 
 void AtomicFile::fail(int error) const {
-    throw MediaError(MediaError::Cause::unwritable,
-                     destination_.string() + ": cannot be written (" + std::strerror(error) + ")");
+    throw MediaError::cannotWrite(destination_.string(), systemReason(error));
 }
 
 void sweepStrays(const std::filesystem::path& folder) {

@@ -16,11 +16,12 @@ namespace zelvra::files {
 namespace {
 
 [[noreturn]] void failReading(const std::string& name, int error) {
-    throw MediaError(MediaError::Cause::unreadable, name + ": cannot be read (" + std::strerror(error) + ")");
+    throw MediaError::cannotRead(name, systemReason(error));
 }
 
 [[noreturn]] void failShort(const std::string& name) {
-    throw MediaError(MediaError::Cause::corrupt, name + ": ends before the data that it should hold");
+    throw MediaError::cannot(MediaError::Cause::corrupt, "read", name,
+                             "it ends before the data that it should hold");
 }
 
 /// Whether `length` bytes from `offset` on lie within `size`.

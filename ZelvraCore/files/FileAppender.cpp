@@ -2,7 +2,7 @@
 
 #include "ZelvraCore/files/FileAppender.h"
 
-#include "ZelvraCore/records/MediaError.h"
+#include "ZelvraCore/records/Cancellation.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -106,9 +106,7 @@ void FileAppender::report() {
         return;
     }
     nextReport_ = written() + stepBytes;
-    if (stop_.stop_requested()) {
-        throw MediaError(MediaError::Cause::cancelled, "cancelled");
-    }
+    throwIfStopped(stop_);
     if (progress_) {
         progress_(static_cast<double>(written()) / static_cast<double>(totalBytes_));
     }

@@ -179,7 +179,7 @@ Movie readMovie(const files::ByteSource& source) {
         if (error.cause() == MediaError::Cause::unreadable) {
             throw; // already names the file
         }
-        throw MediaError(error.cause(), source.name() + ": " + error.what());
+        throw MediaError::cannot(error.cause(), "read", source.name(), error.what());
     }
 }
 

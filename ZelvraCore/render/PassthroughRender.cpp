@@ -2,6 +2,7 @@
 
 #include "ZelvraCore/render/PassthroughRender.h"
 
+#include "ZelvraCore/files/FolderOf.h"
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 #include "ZelvraCore/media/AssetIndex.h"
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
@@ -303,7 +304,7 @@ private:
 
 void PassthroughRender::write(const Job& job) const {
     noticeDroppedTracks(media::movieOf(source_), media::videoTrackOf(source_), job.notice);
-    passthrough::SpoolStore spool(job.output.has_parent_path() ? job.output.parent_path() : ".");
+    passthrough::SpoolStore spool(files::folderOf(job.output));
     const Writing writing(*this, job);
     const std::optional<ChosenSound> sound = writing.sound(timeline_.sound);
     const passthrough::OutputMovie movie = writing.build(sound ? sound->builder.get() : nullptr, spool);

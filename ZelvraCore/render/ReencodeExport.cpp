@@ -10,6 +10,7 @@
 #include "ZelvraCore/media/reencode/RateFactor.h"
 #include "ZelvraCore/media/reencode/VideoEncoder.h"
 #include "ZelvraCore/media/sound/SoundEncoder.h"
+#include "ZelvraCore/records/Cancellation.h"
 #include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "ZelvraCore/render/PictureSchedule.h"
@@ -29,12 +30,6 @@ namespace zelvra {
 namespace {
 
 using namespace media;
-
-void throwIfStopped(const std::stop_token& stop) {
-    if (stop.stop_requested()) {
-        throw MediaError(MediaError::Cause::cancelled, "cancelled");
-    }
-}
 
 /// The pictures of an export one after another, ready for the encoder. They are decoded on a thread of their
 /// own, a few ahead.

@@ -9,6 +9,7 @@
 #include "tools/zelvra-cli/TimeText.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 #include <initializer_list>
 #include <iterator>
@@ -170,12 +171,12 @@ Annotations readAnnotations(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     const std::string content{std::istreambuf_iterator<char>(stream), {}};
     if (!stream) {
-        throw MediaError(MediaError::Cause::unreadable, "cannot read " + file.string());
+        throw MediaError::cannotRead(file.string(), systemReason(EIO));
     }
     try {
         return parseAnnotations(content);
     } catch (const BadRequest& error) {
-        throw MediaError(MediaError::Cause::corrupt, file.string() + ": " + error.what());
+        throw MediaError::cannot(MediaError::Cause::corrupt, "read", file.string(), error.what());
     }
 }
 

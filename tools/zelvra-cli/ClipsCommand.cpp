@@ -55,14 +55,12 @@ Asset open(const std::filesystem::path& movie) {
 /// Refuses to write over the source, before any clip is written. Then makes the folder, which is the same for
 /// all outputs.
 void prepare(const std::vector<std::filesystem::path>& outputs, const std::filesystem::path& source) {
-    std::error_code error;
     for (std::size_t index = 0; index < outputs.size(); ++index) {
-        if (std::filesystem::equivalent(source, outputs[index], error)) {
-            throw std::runtime_error(clipFailed(index) + ": the output would replace the source movie: " +
-                                     outputs[index].string());
+        if (const auto line = refusalOfOutput(source, outputs[index])) {
+            throw std::runtime_error(clipFailed(index) + ": " + *line);
         }
     }
-    error.clear();
+    std::error_code error;
     std::filesystem::create_directories(outputs.front().parent_path(), error);
     if (error) {
         throw std::runtime_error("Couldn't create output folder: " + error.message());

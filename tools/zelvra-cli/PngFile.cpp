@@ -2,13 +2,13 @@
 
 #include "tools/zelvra-cli/PngFile.h"
 
+#include "ZelvraCore/files/AtomicFile.h"
 #include "ZelvraCore/records/MediaError.h"
 
 #include <cairo.h>
 #include <cstdint>
 #include <memory>
-#include <system_error>
-#include <unistd.h>
+#include <vector>
 
 namespace zelvra::cli {
 namespace {
@@ -18,7 +18,7 @@ struct SurfaceClose {
 };
 using Surface = std::unique_ptr<cairo_surface_t, SurfaceClose>;
 
-/// Cairo stores a pixel as one number, 0x00RRGGBB.
+/// Cairo keeps a pixel as one number, 0x00RRGGBB.
 Surface opaqueSurface(const Image::Raster& raster) {
     Surface surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, raster.width, raster.height));
     cairo_surface_flush(surface.get());
@@ -36,23 +36,30 @@ Surface opaqueSurface(const Image::Raster& raster) {
     return surface;
 }
 
+using Bytes = std::vector<std::uint8_t>;
+
+cairo_status_t append(void* bytes, const unsigned char* data, unsigned length) {
+    try {
+        auto& content = *static_cast<Bytes*>(bytes);
+        content.insert(content.end(), data, data + length);
+        return CAIRO_STATUS_SUCCESS;
+    } catch (const std::bad_alloc&) {
+        return CAIRO_STATUS_NO_MEMORY; // an exception must not pass through the library, which is C
+    }
+}
+
 } // namespace
 
 void writePng(const Image& image, const std::filesystem::path& file) {
-    const Surface surface = opaqueSurface(image.raster());
-    const std::filesystem::path sibling = file.parent_path() / (".zv_frame_" + std::to_string(::getpid()));
-    const cairo_status_t status = cairo_surface_write_to_png(surface.get(), sibling.c_str());
-    std::error_code error;
-    if (status == CAIRO_STATUS_SUCCESS) {
-        std::filesystem::rename(sibling, file, error);
+    Bytes content;
+    const cairo_status_t status =
+        cairo_surface_write_to_png_stream(opaqueSurface(image.raster()).get(), append, &content);
+    if (status != CAIRO_STATUS_SUCCESS) {
+        throw MediaError::cannotWrite(file.string(), cairo_status_to_string(status));
     }
-    if (status != CAIRO_STATUS_SUCCESS || error) {
-        std::error_code ignored; // the first failure is the one that is reported
-        std::filesystem::remove(sibling, ignored);
-        throw MediaError(MediaError::Cause::unwritable,
-                         "cannot write " + file.string() + ": " +
-                             (error ? error.message() : cairo_status_to_string(status)));
-    }
+    files::AtomicFile output(file);
+    output.write(0, content);
+    output.commit();
 }
 
 } // namespace zelvra::cli

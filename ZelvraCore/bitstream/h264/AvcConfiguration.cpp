@@ -40,7 +40,7 @@ void addSet(std::vector<Bytes>& sets, ByteView nal, std::size_t most) {
         return;
     }
     if (sets.size() >= most || set.size() > 0xFFFF) {
-        throw BitstreamError::unsupported("The video's decoder configuration has no room for another set.");
+        throw BitstreamError::unsupported("the video's decoder configuration has no room for another set");
     }
     sets.push_back(std::move(set));
 }
@@ -50,7 +50,7 @@ void addSet(std::vector<Bytes>& sets, ByteView nal, std::size_t most) {
 AvcConfiguration AvcConfiguration::parse(ByteView content) {
     ByteCursor cursor(content, "video's decoder configuration");
     if (cursor.byte() != 1) {
-        throw BitstreamError::unsupported("The video's decoder configuration is of an unknown version.");
+        throw BitstreamError::unsupported("the video's decoder configuration is of an unknown version");
     }
     AvcConfiguration record;
     record.profile = cursor.byte();

@@ -43,7 +43,7 @@ bool ParameterSets::add(bitstream::ByteView nal) {
 const Sps& ParameterSets::sps(int id) const {
     const auto found = sps_.find(id);
     if (found == sps_.end()) {
-        throw BitstreamError::corrupt("A sequence parameter set of the video is missing.");
+        throw BitstreamError::corrupt("a sequence parameter set of the video is missing");
     }
     return found->second;
 }
@@ -51,7 +51,7 @@ const Sps& ParameterSets::sps(int id) const {
 const Pps& ParameterSets::pps(int id) const {
     const auto found = pps_.find(id);
     if (found == pps_.end()) {
-        throw BitstreamError::corrupt("A picture parameter set of the video is missing.");
+        throw BitstreamError::corrupt("a picture parameter set of the video is missing");
     }
     return found->second;
 }

@@ -96,7 +96,7 @@ std::int64_t PictureOrder::expectedOfType1(const Sps& sps, const SliceHeader& sl
         const std::int64_t cycles = (frames - 1) / cycleLength;
         const std::int64_t perCycle = sumOf(cycleLength);
         if (perCycle != 0 && cycles > maxCount / std::abs(perCycle)) {
-            throw bitstream::BitstreamError::corrupt("The order of the video's pictures is out of range.");
+            throw bitstream::BitstreamError::corrupt("the order of the video's pictures is out of range");
         }
         expected += cycles * perCycle + sumOf((frames - 1) % cycleLength + 1);
     }

@@ -47,7 +47,7 @@ PictureFacts PictureScanner::scan(bitstream::ByteView sample) {
         }
     }
     if (!first) {
-        throw BitstreamError::corrupt("A sample of the video holds no picture.");
+        throw BitstreamError::corrupt("a sample of the video holds no picture");
     }
     facts.orderAfter = order_;
     return facts;

@@ -39,7 +39,7 @@ void writeFlatEnd(BitWriter& writer, const Pps& pps, ChromaFormat chroma) {
 
 Pps parsePps(bitstream::ByteView nal, ChromaFormat chroma) {
     if (nal.empty() || nalType(nal) != NalType::pps) {
-        throw BitstreamError::corrupt("The video's picture parameter set is of another kind.");
+        throw BitstreamError::corrupt("the video's picture parameter set is of another kind");
     }
     BitReader reader(nal.subspan(1));
     Pps pps;
@@ -50,7 +50,7 @@ Pps parsePps(bitstream::ByteView nal, ChromaFormat chroma) {
     pps.cabac = reader.flag();
     pps.bottomFieldPicOrderPresent = reader.flag();
     if (reader.ue() != 0) {
-        throw BitstreamError::unsupported("The video's pictures are cut into slice groups.");
+        throw BitstreamError::unsupported("the video's pictures are cut into slice groups");
     }
     for (int& refs : pps.defaultActiveRefs) {
         refs = static_cast<int>(reader.ue(31) + 1);
@@ -80,7 +80,7 @@ bitstream::Bytes rewritePps(bitstream::ByteView nal, int newId, int newSpsId,
                             std::optional<ChromaFormat> flatFor) {
     const Pps pps = parsePps(nal, flatFor.value_or(ChromaFormat::yuv420));
     if (flatFor && pps.scalingMatrixPresent) {
-        throw BitstreamError::unsupported("The encoded freeze has scaling matrices of its own.");
+        throw BitstreamError::unsupported("the encoded freeze has scaling matrices of its own");
     }
     BitReader reader(nal.subspan(1));
     reader.skip(pps.idsEnd);

@@ -123,7 +123,7 @@ private:
             }
             reader_.ue();
         }
-        throw BitstreamError::corrupt("A picture changes its list of references too often.");
+        throw BitstreamError::corrupt("a picture changes its list of references too often");
     }
 
     void skipWeights(const Sps& sps, int lists) {
@@ -175,7 +175,7 @@ private:
             }
             header_.memoryOperations.push_back(operation);
         }
-        throw BitstreamError::corrupt("A picture changes the memory of references too often.");
+        throw BitstreamError::corrupt("a picture changes the memory of references too often");
     }
 
     void parseQuantisation(const Pps& pps) {
@@ -214,14 +214,14 @@ bool SliceHeader::resetsMemory() const {
 
 SliceHeader parseSliceHeader(bitstream::ByteView nal, const ParameterSets& sets) {
     if (nal.empty()) {
-        throw BitstreamError::corrupt("A slice of the video is empty.");
+        throw BitstreamError::corrupt("a slice of the video is empty");
     }
     const NalType type = nalType(nal);
     if (type >= NalType::partitionA && type <= NalType::partitionC) {
-        throw BitstreamError::unsupported("The video's slices are partitioned.");
+        throw BitstreamError::unsupported("the video's slices are partitioned");
     }
     if (type != NalType::slice && type != NalType::idrSlice) {
-        throw BitstreamError::unsupported("The video has more than one layer.");
+        throw BitstreamError::unsupported("the video has more than one layer");
     }
     return Parser(nal, sets).parse();
 }

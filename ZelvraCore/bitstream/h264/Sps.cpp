@@ -88,7 +88,7 @@ void parseFrame(BitReader& reader, Sps& sps) {
     const auto unit = cropUnit(sps);
     if ((sps.crop.left + sps.crop.right) * static_cast<std::uint32_t>(unit.x) >= width ||
         (sps.crop.top + sps.crop.bottom) * static_cast<std::uint32_t>(unit.y) >= height) {
-        throw BitstreamError::corrupt("The video's cropping leaves nothing of the picture.");
+        throw BitstreamError::corrupt("the video's cropping leaves nothing of the picture");
     }
 }
 
@@ -139,7 +139,7 @@ Vui parseVui(BitReader& reader) {
 
 Sps parseSps(bitstream::ByteView nal) {
     if (nal.empty() || nalType(nal) != NalType::sps) {
-        throw BitstreamError::corrupt("The video's sequence parameter set is of another kind.");
+        throw BitstreamError::corrupt("the video's sequence parameter set is of another kind");
     }
     BitReader reader(nal.subspan(1));
     Sps sps;

@@ -129,7 +129,7 @@ bitstream::Bytes rewriteSlice(bitstream::ByteView idrSlice, const ParameterSets&
     const SliceHeader header = parseSliceHeader(idrSlice, own);
     const Pps& ownPps = own.pps(header.ppsId);
     if (!header.idr || header.type != SliceType::i || header.fieldPicture) {
-        throw BitstreamError::unsupported("The encoded freeze does not begin with an intra frame.");
+        throw BitstreamError::unsupported("the encoded freeze does not begin with an intra frame");
     }
     if (const auto reason = whyStillDoesNotFit(own.sps(header.spsId), ownPps, source)) {
         throw BitstreamError::unsupported(*reason);

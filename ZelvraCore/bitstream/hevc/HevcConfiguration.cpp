@@ -59,7 +59,7 @@ std::vector<ByteView> HevcConfiguration::nalsOfType(NalType type) const {
 HevcConfiguration HevcConfiguration::parse(ByteView content) {
     ByteCursor cursor(content, "video's decoder configuration");
     if (cursor.byte() != 1) {
-        throw BitstreamError::unsupported("The video's decoder configuration is of an unknown version.");
+        throw BitstreamError::unsupported("the video's decoder configuration is of an unknown version");
     }
     HevcConfiguration record;
     record.profile = cursor.byte();
@@ -103,7 +103,7 @@ Bytes HevcConfiguration::serialise() const {
 void HevcConfiguration::add(ByteView nal) {
     constexpr std::size_t most = 0xFFFF;
     if (nal.size() < nalHeaderSize) {
-        throw BitstreamError::corrupt("A parameter set of the video is empty.");
+        throw BitstreamError::corrupt("a parameter set of the video is empty");
     }
     const NalType type = nalType(nal);
     auto array = std::ranges::find(arrays, type, &Array::type);
@@ -116,7 +116,7 @@ void HevcConfiguration::add(ByteView nal) {
         return;
     }
     if (set.size() > most || array->nals.size() >= most) {
-        throw BitstreamError::unsupported("The video's decoder configuration has no room for another set.");
+        throw BitstreamError::unsupported("the video's decoder configuration has no room for another set");
     }
     array->nals.push_back(std::move(set));
 }
@@ -135,7 +135,7 @@ HevcConfiguration mergeForSplice(const HevcConfiguration& source, const HevcConf
     if (differ(source.chroma, inserted.chroma, formatBits) ||
         differ(source.lumaDepth, inserted.lumaDepth, depthBits) ||
         differ(source.chromaDepth, inserted.chromaDepth, depthBits)) {
-        throw BitstreamError::unsupported("The encoded freeze is not of the video's colour format.");
+        throw BitstreamError::unsupported("the encoded freeze is not of the video's colour format");
     }
 
     HevcConfiguration merged = source;

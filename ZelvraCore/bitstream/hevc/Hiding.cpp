@@ -28,7 +28,7 @@ bool breaksLink(NalType type) {
 int twinIdOf(const TwinIds& ids, int ppsId) {
     const auto twin = ids.find(ppsId);
     if (twin == ids.end()) {
-        throw BitstreamError::unsupported("A picture parameter set of the video was not planned for.");
+        throw BitstreamError::unsupported("a picture parameter set of the video was not planned for");
     }
     return twin->second;
 }

@@ -61,7 +61,7 @@ Bytes reidentifyPps(ByteView nal, const Identity& identity) {
 void requireOneOfEach(const ParameterSets& own) {
     if (own.allVps().size() != 1 || own.allSps().size() != 1 || own.allPps().size() != 1) {
         throw bitstream::BitstreamError::unsupported(
-            "The encoded freeze has several parameter sets of a kind.");
+            "the encoded freeze has several parameter sets of a kind");
     }
 }
 

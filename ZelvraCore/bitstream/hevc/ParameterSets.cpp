@@ -14,7 +14,7 @@ template <class Set>
 const Set& find(const std::map<int, Set>& sets, int id) {
     const auto found = sets.find(id);
     if (found == sets.end()) {
-        throw BitstreamError::corrupt("A parameter set of the video is missing.");
+        throw BitstreamError::corrupt("a parameter set of the video is missing");
     }
     return found->second;
 }

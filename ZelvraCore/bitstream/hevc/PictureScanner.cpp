@@ -34,7 +34,7 @@ PictureFacts PictureScanner::scan(bitstream::ByteView sample) {
             sequenceEnds = true;
         } else if (isSlice(type)) {
             if (layerId(nal) != 0) {
-                throw BitstreamError::unsupported("The video has more than one layer.");
+                throw BitstreamError::unsupported("the video has more than one layer");
             }
             if (facts.slices++ == 0) {
                 takePicture(parseSliceHeader(nal, sets_), facts);
@@ -42,7 +42,7 @@ PictureFacts PictureScanner::scan(bitstream::ByteView sample) {
         }
     }
     if (facts.slices == 0) {
-        throw BitstreamError::corrupt("A sample of the video holds no picture.");
+        throw BitstreamError::corrupt("a sample of the video holds no picture");
     }
     sequenceStarts_ = sequenceEnds;
     started_ = true;

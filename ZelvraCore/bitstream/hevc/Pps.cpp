@@ -38,7 +38,7 @@ void parseDeblocking(BitReader& reader, Pps& pps) {
 void parseExtensions(BitReader& reader, Pps& pps, bool transformSkip) {
     const bool range = reader.flag();
     if (reader.bits(3) != 0) {
-        throw BitstreamError::unsupported("The video uses extensions of HEVC that are not handled.");
+        throw BitstreamError::unsupported("the video uses extensions of HEVC that are not handled");
     }
     reader.skip(4); // pps_extension_4bits
     if (!range) {
@@ -55,10 +55,10 @@ void parseExtensions(BitReader& reader, Pps& pps, bool transformSkip) {
 
 Pps parsePps(bitstream::ByteView nal) {
     if (nal.size() < nalHeaderSize || nalType(nal) != NalType::pps) {
-        throw BitstreamError::corrupt("A parameter set of the video is of another kind.");
+        throw BitstreamError::corrupt("a parameter set of the video is of another kind");
     }
     if (layerId(nal) != 0) {
-        throw BitstreamError::unsupported("The video has more than one layer.");
+        throw BitstreamError::unsupported("the video has more than one layer");
     }
     BitReader reader(nal.subspan(nalHeaderSize));
     Pps pps;

@@ -70,7 +70,7 @@ private:
 ShortTermRefs parsePredicted(BitReader& reader, const std::vector<ShortTermRefs>& known, bool last) {
     const std::uint32_t back = last ? reader.ue() : 0;
     if (back >= known.size()) {
-        throw BitstreamError::corrupt("A set of references is predicted from one that is not there.");
+        throw BitstreamError::corrupt("a set of references is predicted from one that is not there");
     }
     const ShortTermRefs& from = known[known.size() - 1 - back];
     const bool negative = reader.flag();
@@ -105,7 +105,7 @@ ShortTermRefs parseShortTermRefs(BitReader& reader, const std::vector<ShortTermR
     const bool predicted = !known.empty() && reader.flag();
     ShortTermRefs refs = predicted ? parsePredicted(reader, known, last) : parseExplicit(reader);
     if (refs.entries.size() > maxRefs) {
-        throw BitstreamError::corrupt("A picture of the video has too many references.");
+        throw BitstreamError::corrupt("a picture of the video has too many references");
     }
     return refs;
 }

@@ -95,7 +95,7 @@ private:
             const auto sets = static_cast<std::uint32_t>(sps.shortTermRefs.size());
             const std::uint32_t index = reader_.bits(bitsFor(sets));
             if (index >= sets) {
-                throw BitstreamError::corrupt("A picture of the video names references that are not there.");
+                throw BitstreamError::corrupt("a picture of the video names references that are not there");
             }
             countUsed(sps.shortTermRefs[index]);
         }
@@ -120,7 +120,7 @@ private:
             if (i < fromSet) {
                 const std::uint32_t index = reader_.bits(bitsFor(candidates));
                 if (index >= candidates) {
-                    throw BitstreamError::corrupt("A picture names references that are not there.");
+                    throw BitstreamError::corrupt("a picture names references that are not there");
                 }
                 used = sps.longTermRefUsed[index];
             } else {
@@ -228,7 +228,7 @@ private:
             aligned = !reader_.flag() && aligned;
         }
         if (!aligned) {
-            throw BitstreamError::corrupt("A slice of the video does not begin where its header ends.");
+            throw BitstreamError::corrupt("a slice of the video does not begin where its header ends");
         }
         header_.dataOffset = nalHeaderSize + reader_.storedOffset();
     }
@@ -282,10 +282,10 @@ bitstream::Bytes rewriteHeader(bitstream::ByteView nal, const SliceHeader& heade
 
 SliceHeader parseSliceHeader(bitstream::ByteView nal, const ParameterSets& sets) {
     if (nal.size() <= nalHeaderSize) {
-        throw BitstreamError::corrupt("A slice of the video is empty.");
+        throw BitstreamError::corrupt("a slice of the video is empty");
     }
     if (layerId(nal) != 0) {
-        throw BitstreamError::unsupported("The video has more than one layer.");
+        throw BitstreamError::unsupported("the video has more than one layer");
     }
     return Parser(nal, sets).parse();
 }
@@ -293,7 +293,7 @@ SliceHeader parseSliceHeader(bitstream::ByteView nal, const ParameterSets& sets)
 bitstream::Bytes rewriteSlice(bitstream::ByteView nal, const SliceHeader& header, const SliceEdits& edits) {
     const bitstream::ByteView coded = nal.first(header.dataOffset);
     if (!std::ranges::equal(rewriteHeader(nal, header, {}), coded)) {
-        throw BitstreamError::unsupported("The headers of the video's slices are written unusually.");
+        throw BitstreamError::unsupported("the headers of the video's slices are written unusually");
     }
     // The header's last byte contains the closing one bit, so no run of zeros extends into the slice data.
     // The emulation prevention of the slice data stays correct.

@@ -25,10 +25,10 @@ constexpr std::uint32_t maxSamplesAcross = 0x7FFF;
 
 void requireKind(bitstream::ByteView nal, NalType type) {
     if (nal.size() < nalHeaderSize || nalType(nal) != type) {
-        throw BitstreamError::corrupt("A parameter set of the video is of another kind.");
+        throw BitstreamError::corrupt("a parameter set of the video is of another kind");
     }
     if (layerId(nal) != 0) {
-        throw BitstreamError::unsupported("The video has more than one layer.");
+        throw BitstreamError::unsupported("the video has more than one layer");
     }
 }
 
@@ -74,7 +74,7 @@ void parseConformanceWindow(BitReader& reader, Sps& sps) {
     sps.conformanceWindow.bottom = side(sps.height, halfHeight);
     if (sps.conformanceWindow.left + sps.conformanceWindow.right >= sps.width ||
         sps.conformanceWindow.top + sps.conformanceWindow.bottom >= sps.height) {
-        throw BitstreamError::corrupt("The video's cropping leaves nothing of the picture.");
+        throw BitstreamError::corrupt("the video's cropping leaves nothing of the picture");
     }
 }
 
@@ -86,7 +86,7 @@ void parseFormat(BitReader& reader, Sps& sps) {
     sps.width = static_cast<int>(reader.ue(maxSamplesAcross));
     sps.height = static_cast<int>(reader.ue(maxSamplesAcross));
     if (sps.width == 0 || sps.height == 0) {
-        throw BitstreamError::corrupt("The video's pictures are empty.");
+        throw BitstreamError::corrupt("the video's pictures are empty");
     }
     if (reader.flag()) {
         parseConformanceWindow(reader, sps);
@@ -223,7 +223,7 @@ void refuseOtherExtensions(BitReader& reader) {
     }
     reader.skip(1); // sps_range_extension_flag
     if (reader.bits(3) != 0) {
-        throw BitstreamError::unsupported("The video uses extensions of HEVC that are not handled.");
+        throw BitstreamError::unsupported("the video uses extensions of HEVC that are not handled");
     }
 }
 
@@ -249,13 +249,13 @@ Sps parseSps(bitstream::ByteView nal) {
     sps.vpsId = static_cast<int>(reader.bits(4));
     const std::uint32_t subLayers = reader.bits(3) + 1;
     if (subLayers > subLayerLimit) {
-        throw BitstreamError::corrupt("The video has too many temporal layers.");
+        throw BitstreamError::corrupt("the video has too many temporal layers");
     }
     sps.maxSubLayers = static_cast<int>(subLayers);
     sps.temporalIdNesting = reader.flag();
     sps.profileTierLevel = parseProfileTierLevel(reader, sps.maxSubLayers);
     if (isUnsupportedProfile(sps.profileTierLevel.profileIdc)) {
-        throw BitstreamError::unsupported("The video is of a profile of HEVC that is not handled.");
+        throw BitstreamError::unsupported("the video is of a profile of HEVC that is not handled");
     }
     sps.idBegin = reader.position();
     sps.id = static_cast<int>(reader.ue(15));

@@ -55,7 +55,8 @@ void Demuxer::selectTrack(std::uint32_t trackId) {
         }
     }
     if (stream_ == nullptr) {
-        throw MediaError(MediaError::Cause::unsupported, cannotRead() + ": its track has no readable media");
+        throw MediaError::cannot(MediaError::Cause::unsupported, "read", reader_.bytes->name(),
+                                 "its track has no readable media");
     }
 }
 
@@ -78,7 +79,7 @@ bool Demuxer::read(AVPacket& packet) {
 }
 
 std::string Demuxer::cannotRead() const {
-    return "cannot read '" + reader_.bytes->name() + "'";
+    return cannotDo("read", reader_.bytes->name());
 }
 
 int Demuxer::readBytes(void* reader, std::uint8_t* buffer, int size) {

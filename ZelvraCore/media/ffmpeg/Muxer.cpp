@@ -144,7 +144,7 @@ private:
         throwIfFailed(avformat_write_header(context_.get(), options.entries()));
     }
 
-    void throwIfFailed(int code) const { throwOnError(code, "cannot write " + name_, unwritable); }
+    void throwIfFailed(int code) const { throwOnError(code, cannotDo("write", name_), unwritable); }
 
     std::string name_;
     Options options_;

@@ -92,7 +92,8 @@ CodecContext openDecoder(VideoCodec codec, std::span<const std::uint8_t> paramet
     }
     std::ranges::copy(parameterSets, context->extradata);
     context->extradata_size = static_cast<int>(parameterSets.size());
-    throwOnError(avcodec_open2(context.get(), decoder, nullptr), "cannot check the encoder's quality");
+    throwOnError(avcodec_open2(context.get(), decoder, nullptr), "cannot check the encoder's quality",
+                 MediaError::Cause::internal);
     return context;
 }
 

@@ -28,8 +28,8 @@ void describe(AVCodecContext& context, const EncoderPicture& form) {
 }
 
 void setOption(AVCodecContext& context, const char* name, const char* value) {
-    throwOnError(av_opt_set(context.priv_data, name, value, 0), "cannot set up the encoder",
-                 MediaError::Cause::unsupported);
+    throwOnError(av_opt_set(context.priv_data, name, value, 0), "cannot set up the video encoder",
+                 MediaError::Cause::internal);
 }
 
 void chooseQuality(AVCodecContext& context, VideoCodec codec, double rateFactor) {

@@ -113,8 +113,8 @@ Frame silentFrame(const AVCodecContext& encoder) {
     frame->nb_samples = encoder.frame_size;
     frame->format = encoder.sample_fmt;
     frame->sample_rate = encoder.sample_rate;
-    throwOnError(av_channel_layout_copy(&frame->ch_layout, &encoder.ch_layout), "silence");
-    throwOnError(av_frame_get_buffer(frame.get(), 0), "silence");
+    throwOnError(av_channel_layout_copy(&frame->ch_layout, &encoder.ch_layout), "cannot encode silence");
+    throwOnError(av_frame_get_buffer(frame.get(), 0), "cannot encode silence");
     av_samples_set_silence(frame->extended_data, 0, frame->nb_samples, frame->ch_layout.nb_channels,
                            encoder.sample_fmt);
     return frame;
@@ -139,7 +139,7 @@ CodecContext encoderLike(const TrackDecoder& track) {
     encoder->sample_rate = decoder.sample_rate;
     encoder->time_base = {1, decoder.sample_rate};
     encoder->bit_rate = decoder.bit_rate;
-    throwOnError(av_channel_layout_copy(&encoder->ch_layout, &decoder.ch_layout), "silence");
+    throwOnError(av_channel_layout_copy(&encoder->ch_layout, &decoder.ch_layout), "cannot encode silence");
     return avcodec_open2(encoder.get(), codec, nullptr) >= 0 ? std::move(encoder) : nullptr;
 }
 
@@ -150,7 +150,7 @@ Bytes encodeSilence(AVCodecContext& encoder) {
     Bytes latest;
     for (int i = 0; i < packetsToSettle; ++i) {
         silence->pts = std::int64_t{i} * encoder.frame_size;
-        throwOnError(avcodec_send_frame(&encoder, silence.get()), "silence");
+        throwOnError(avcodec_send_frame(&encoder, silence.get()), "cannot encode silence");
         while (avcodec_receive_packet(&encoder, packet.get()) >= 0) {
             latest.assign(packet->data, packet->data + packet->size);
             av_packet_unref(packet.get());

@@ -8,7 +8,8 @@ namespace zelvra::media {
 std::uint32_t soundTrackId(const Asset& movie) {
     const isobmff::Track* track = movieOf(movie).firstTrack(isobmff::soundHandler);
     if (track == nullptr) {
-        throw MediaError(MediaError::Cause::unsupported, movie.path().string() + ": the movie has no sound");
+        throw MediaError::cannot(MediaError::Cause::unsupported, "read", movie.path().string(),
+                                 "the movie has no sound");
     }
     return track->id;
 }
@@ -16,12 +17,14 @@ std::uint32_t soundTrackId(const Asset& movie) {
 CodecContext openSoundDecoder(const AVStream& stream, const std::string& name) {
     const AVCodec* codec = avcodec_find_decoder(stream.codecpar->codec_id);
     if (codec == nullptr) {
-        throw MediaError(MediaError::Cause::unsupported, name + ": there is no decoder for its sound");
+        throw MediaError::cannot(MediaError::Cause::unsupported, "read", name,
+                                 "there is no decoder for its sound");
     }
     auto decoder = owned<CodecContext>(avcodec_alloc_context3(codec));
-    throwOnError(avcodec_parameters_to_context(decoder.get(), stream.codecpar), name);
+    const std::string cannotRead = cannotDo("read", name);
+    throwOnError(avcodec_parameters_to_context(decoder.get(), stream.codecpar), cannotRead);
     decoder->pkt_timebase = stream.time_base;
-    throwOnError(avcodec_open2(decoder.get(), codec, nullptr), name, MediaError::Cause::unsupported);
+    throwOnError(avcodec_open2(decoder.get(), codec, nullptr), cannotRead, MediaError::Cause::unsupported);
     return decoder;
 }
 

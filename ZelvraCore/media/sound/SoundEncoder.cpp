@@ -82,7 +82,7 @@ std::int64_t bitRateFor(const AVChannelLayout& layout, int sampleRate, int packe
     return fullChannels * std::min(bitsPerChannel, mostBitsPerChannelAndPacket * sampleRate / packetFrames);
 }
 
-const std::string encoderName = "the AAC encoder";
+const std::string cannotEncode = "cannot encode the sound as AAC";
 constexpr int aacPacketFrames = 1024;
 constexpr int framesPerPull = 4096;
 
@@ -95,8 +95,8 @@ public:
           pulled_(static_cast<std::size_t>(framesPerPull * sound_.format().channels)) {
         const SoundFormat& source = sound_.format();
         const ChannelMapping mapping = channelMapping(source);
-        const AVChannelLayout sourceLayout = layoutOf(mapping.source, encoderName);
-        const AVChannelLayout encodedLayout = layoutOf(mapping.encoded, encoderName);
+        const AVChannelLayout sourceLayout = layoutOf(mapping.source, cannotEncode);
+        const AVChannelLayout encodedLayout = layoutOf(mapping.encoded, cannotEncode);
         openEncoder(encodedRate(source.sampleRate), encodedLayout);
         openConverter(source.sampleRate, sourceLayout);
         waiting_ = owned<AudioFifo>(
@@ -123,7 +123,7 @@ public:
                 return takePacket();
             }
             if (code != AVERROR(EAGAIN)) {
-                throwOnError(code, encoderName, MediaError::Cause::unsupported);
+                throwOnError(code, cannotEncode, MediaError::Cause::unsupported);
             }
             feedEncoder();
         }
@@ -142,7 +142,7 @@ private:
         encoder_->ch_layout = layout;
         encoder_->bit_rate = bitRateFor(layout, sampleRate, aacPacketFrames);
         encoder_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-        throwOnError(avcodec_open2(encoder_.get(), codec, nullptr), encoderName,
+        throwOnError(avcodec_open2(encoder_.get(), codec, nullptr), cannotEncode,
                      MediaError::Cause::unsupported);
     }
 
@@ -151,9 +151,9 @@ private:
         throwOnError(swr_alloc_set_opts2(&converter, &encoder_->ch_layout, encoder_->sample_fmt,
                                          encoder_->sample_rate, &sourceLayout, AV_SAMPLE_FMT_FLT, sourceRate,
                                          0, nullptr),
-                     encoderName);
+                     cannotEncode);
         converter_.reset(converter);
-        throwOnError(swr_init(converter_.get()), encoderName, MediaError::Cause::unsupported);
+        throwOnError(swr_init(converter_.get()), cannotEncode, MediaError::Cause::unsupported);
     }
 
     void feedEncoder() {
@@ -163,7 +163,7 @@ private:
         const auto frames =
             static_cast<int>(std::min<std::int64_t>(totalFrames_ - sentFrames_, packetFrames()));
         if (frames == 0) {
-            throwOnError(avcodec_send_frame(encoder_.get(), nullptr), encoderName);
+            throwOnError(avcodec_send_frame(encoder_.get(), nullptr), cannotEncode);
             return;
         }
         sendFrame(frames);
@@ -173,13 +173,13 @@ private:
     void pull() {
         const auto frames = static_cast<int>(sound_.read(pulled_));
         const std::uint8_t* input = reinterpret_cast<const std::uint8_t*>(pulled_.data());
-        const int room = throwOnError(swr_get_out_samples(converter_.get(), frames), encoderName);
+        const int room = throwOnError(swr_get_out_samples(converter_.get(), frames), cannotEncode);
         auto converted = encoderFrame(std::max(room, 1));
         converted->nb_samples = throwOnError(swr_convert(converter_.get(), converted->extended_data, room,
                                                          frames > 0 ? &input : nullptr, frames),
-                                             encoderName);
+                                             cannotEncode);
         auto** samples = reinterpret_cast<void**>(converted->extended_data);
-        throwOnError(av_audio_fifo_write(waiting_.get(), samples, converted->nb_samples), encoderName);
+        throwOnError(av_audio_fifo_write(waiting_.get(), samples, converted->nb_samples), cannotEncode);
         soundEnded_ = frames == 0;
     }
 
@@ -188,10 +188,10 @@ private:
         // A converter of rates may end some frames early: those are silent.
         av_samples_set_silence(frame->extended_data, 0, frames, channels(), encoder_->sample_fmt);
         auto** samples = reinterpret_cast<void**>(frame->extended_data);
-        throwOnError(av_audio_fifo_read(waiting_.get(), samples, frames), encoderName);
+        throwOnError(av_audio_fifo_read(waiting_.get(), samples, frames), cannotEncode);
         frame->pts = sentFrames_;
         sentFrames_ += frames;
-        throwOnError(avcodec_send_frame(encoder_.get(), frame.get()), encoderName);
+        throwOnError(avcodec_send_frame(encoder_.get(), frame.get()), cannotEncode);
     }
 
     Frame encoderFrame(int frames) const {
@@ -199,8 +199,8 @@ private:
         frame->nb_samples = frames;
         frame->format = encoder_->sample_fmt;
         frame->sample_rate = encoder_->sample_rate;
-        throwOnError(av_channel_layout_copy(&frame->ch_layout, &encoder_->ch_layout), encoderName);
-        throwOnError(av_frame_get_buffer(frame.get(), 0), encoderName);
+        throwOnError(av_channel_layout_copy(&frame->ch_layout, &encoder_->ch_layout), cannotEncode);
+        throwOnError(av_frame_get_buffer(frame.get(), 0), cannotEncode);
         return frame;
     }
 

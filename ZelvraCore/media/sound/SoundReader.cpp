@@ -35,9 +35,9 @@ SoundFormat formatOf(int sampleRate, const AVChannelLayout& layout) {
 
 SoundReader::SoundReader(Asset movie)
     : movie_(std::move(movie)),
-      name_(movie_.path().string()),
+      cannotRead_(cannotDo("read", movie_.path().string())),
       demuxer_(bytesOf(movie_), soundTrackId(movie_)),
-      decoder_(openSoundDecoder(demuxer_.stream(), name_)) {
+      decoder_(openSoundDecoder(demuxer_.stream(), movie_.path().string())) {
     findFormat();
 }
 
@@ -52,7 +52,8 @@ void SoundReader::findFormat() {
     format_ = decoded ? formatOf(frame_->sample_rate, frame_->ch_layout)
                       : formatOf(described.sample_rate, described.ch_layout);
     if (format_.sampleRate <= 0 || format_.channels <= 0) {
-        throw MediaError(MediaError::Cause::unsupported, name_ + ": its sound has no rate or no channels");
+        throw MediaError::cannot(MediaError::Cause::unsupported, "read", movie_.path().string(),
+                                 "its sound has no rate or no channels");
     }
     const isobmff::Movie& movie = movieOf(movie_);
     const isobmff::TrackTimeline timeline(*movie.firstTrack(isobmff::soundHandler), movie.timescale);
@@ -176,12 +177,12 @@ void SoundReader::cutAtEditEnd() {
 
 void SoundReader::convertFrame() {
     prepareConverter();
-    const int room = throwOnError(swr_get_out_samples(converter_.get(), frame_->nb_samples), name_);
+    const int room = throwOnError(swr_get_out_samples(converter_.get(), frame_->nb_samples), cannotRead_);
     block_.samples.resize(static_cast<std::size_t>(room) * static_cast<std::size_t>(format_.channels));
     auto* output = reinterpret_cast<std::uint8_t*>(block_.samples.data());
     auto** input = const_cast<const std::uint8_t**>(frame_->extended_data);
     const int frames =
-        throwOnError(swr_convert(converter_.get(), &output, room, input, frame_->nb_samples), name_);
+        throwOnError(swr_convert(converter_.get(), &output, room, input, frame_->nb_samples), cannotRead_);
     block_.samples.resize(static_cast<std::size_t>(frames) * static_cast<std::size_t>(format_.channels));
 }
 
@@ -203,9 +204,9 @@ void SoundReader::prepareConverter() {
     throwOnError(swr_alloc_set_opts2(&converter, &outputLayout, AV_SAMPLE_FMT_FLT, format_.sampleRate,
                                      &inputLayout, static_cast<AVSampleFormat>(inputSampleFormat_),
                                      inputRate_, 0, nullptr),
-                 name_);
+                 cannotRead_);
     converter_.reset(converter);
-    throwOnError(swr_init(converter_.get()), name_, MediaError::Cause::unsupported);
+    throwOnError(swr_init(converter_.get()), cannotRead_, MediaError::Cause::unsupported);
 }
 
 } // namespace zelvra::media

@@ -54,7 +54,7 @@ private:
     void prepareConverter();
 
     Asset movie_;
-    std::string name_;
+    std::string cannotRead_; ///< how its errors begin
     Demuxer demuxer_;
     CodecContext decoder_;
     Resampler converter_;

@@ -3,6 +3,7 @@
 #include "ZelvraCore/media/sound/SoundRenderer.h"
 
 #include "ZelvraCore/media/sound/SoundReader.h"
+#include "ZelvraCore/records/Cancellation.h"
 
 #include <algorithm>
 
@@ -66,9 +67,7 @@ public:
         const std::size_t wanted = samples.size() / channels;
         std::size_t done = 0;
         while (done < wanted && piece_ < pieces_.size()) {
-            if (stop_.stop_requested()) {
-                throw MediaError(MediaError::Cause::cancelled, "cancelled");
-            }
+            throwIfStopped(stop_);
             const FramePiece& piece = pieces_[piece_];
             const auto left = static_cast<std::size_t>(piece.frames - positionInPiece_);
             const std::size_t now = std::min(left, wanted - done);

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace zelvra::passthrough {
@@ -15,8 +14,7 @@ namespace zelvra::passthrough {
 namespace {
 
 [[noreturn]] void throwUnwritable(const std::filesystem::path& folder) {
-    throw MediaError(MediaError::Cause::unwritable,
-                     folder.string() + ": " + std::generic_category().message(errno));
+    throw MediaError::cannotWrite(folder.string(), systemReason(errno));
 }
 
 /// For file systems without nameless files: the name is removed at once.
@@ -67,11 +65,10 @@ void SpoolStore::read(std::uint64_t offset, std::span<std::uint8_t> bytes) const
             continue;
         }
         if (got < 0) {
-            throw MediaError(MediaError::Cause::unreadable,
-                             name() + ": " + std::generic_category().message(errno));
+            throw MediaError::cannotRead(name(), systemReason(errno));
         }
         if (got == 0) {
-            throw MediaError(MediaError::Cause::corrupt, name() + " ends too early");
+            throw MediaError::cannot(MediaError::Cause::corrupt, "read", name(), "it ends too early");
         }
         offset += static_cast<std::uint64_t>(got);
         bytes = bytes.subspan(static_cast<std::size_t>(got));

@@ -54,7 +54,7 @@ TEST(AtomicFile, SaysWhichFileCannotBeWrittenAndWhy) {
         FAIL();
     } catch (const MediaError& error) {
         EXPECT_EQ(error.cause(), MediaError::Cause::unwritable);
-        EXPECT_EQ(error.what(), destination.string() + ": cannot be written (No such file or directory)");
+        EXPECT_EQ(error.what(), "cannot write '" + destination.string() + "': No such file or directory");
     }
     std::filesystem::create_directory(folder / "folder");
     EXPECT_THROW(AtomicFile(folder / "folder").commit(), MediaError);

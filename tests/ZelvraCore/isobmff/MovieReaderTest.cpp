@@ -185,7 +185,7 @@ TEST_P(PatchedMovie, IsReadOrRefusedInOneLine) {
     if (GetParam().refusal.empty()) {
         EXPECT_EQ(line, "");
     } else {
-        EXPECT_EQ(line, "clip: " + GetParam().refusal);
+        EXPECT_EQ(line, "cannot read 'clip': " + GetParam().refusal);
     }
 }
 
@@ -296,7 +296,7 @@ TEST(MovieReader, ReportsThatAFileCannotBeOpened) {
         FAIL();
     } catch (const MediaError& error) {
         EXPECT_EQ(error.cause(), MediaError::Cause::unreadable);
-        EXPECT_STREQ(error.what(), "/nowhere/clip.mov: cannot be read (No such file or directory)");
+        EXPECT_STREQ(error.what(), "cannot read '/nowhere/clip.mov': No such file or directory");
     }
     EXPECT_THROW(files::FileByteSource("/tmp"), MediaError);
 }

@@ -129,8 +129,8 @@ TEST(MovieFileWriter, RefusesASourceThatHasBecomeShorter) {
         std::filesystem::resize_file(folder / "source.mov", left);
         const auto error = failure(shortened, folder / "out.mp4");
         ASSERT_TRUE(error);
-        EXPECT_EQ(error->what(),
-                  (folder / "source.mov").string() + ": ends before the data that it should hold");
+        EXPECT_EQ(error->what(), "cannot read '" + (folder / "source.mov").string() +
+                                     "': it ends before the data that it should hold");
         EXPECT_EQ(folder.names(), std::vector<std::string>{"source.mov"});
         test::writeBytes(folder / "source.mov", test::readBytes(aMovie()));
     }
@@ -146,7 +146,7 @@ TEST(MovieFileWriter, SaysThatTheDiskIsFull) {
     ::umount(folder.path().c_str());
     ASSERT_TRUE(error);
     EXPECT_EQ(error->cause(), MediaError::Cause::unwritable);
-    EXPECT_EQ(error->what(), (folder / "out.mp4").string() + ": cannot be written (No space left on device)");
+    EXPECT_EQ(error->what(), "cannot write '" + (folder / "out.mp4").string() + "': No space left on device");
 }
 
 } // namespace

@@ -16,7 +16,7 @@ namespace zelvra {
 
 namespace {
 
-/// Cairo keeps coordinates as 24.8 fixed-point numbers; what lies further out is brought to this distance.
+/// Cairo keeps coordinates as 24.8 fixed-point numbers. Coordinates further out are moved to this distance.
 constexpr double greatestCoordinate = 1 << 21;
 
 double withinReach(double coordinate) {
@@ -29,7 +29,7 @@ public:
     StrokeMask(int width, int height, double lineWidth)
         : surface_(cairo_image_surface_create(CAIRO_FORMAT_A8, width, height)),
           context_(cairo_create(surface_.get())) {
-        if (!isSound()) {
+        if (!isValid()) {
             throw ZVError::contextCreationFailed("overlay");
         }
         constexpr double curveTolerance = 0.02; // of a pixel
@@ -50,7 +50,7 @@ public:
         cairo_restore(context_.get());
         cairo_stroke(context_.get());
         cairo_surface_flush(surface_.get());
-        if (!isSound()) {
+        if (!isValid()) {
             throw ZVError::contextCreationFailed("makeImage");
         }
     }
@@ -67,7 +67,7 @@ private:
         void operator()(cairo_t* context) const { cairo_destroy(context); }
     };
 
-    bool isSound() const {
+    bool isValid() const {
         return cairo_surface_status(surface_.get()) == CAIRO_STATUS_SUCCESS &&
                cairo_status(context_.get()) == CAIRO_STATUS_SUCCESS;
     }

@@ -3,6 +3,7 @@
 #include "ZelvraCore/isobmff/TrackTimeline.h"
 
 #include "ZelvraCore/records/MediaError.h"
+#include "ZelvraCore/records/WideInteger.h"
 
 #include <algorithm>
 #include <limits>
@@ -11,8 +12,6 @@
 namespace zelvra::isobmff {
 
 namespace {
-
-__extension__ using Wide = __int128;
 
 /// Sample times and edit lengths stay below this, so that sums of a few cannot overflow.
 constexpr std::int64_t latestTime = std::int64_t{1} << 60;
@@ -23,8 +22,8 @@ std::int64_t clampedTime(std::int64_t time) {
 
 /// A length in ticks of the movie as ticks of the track, halves rounded up.
 std::int64_t rescaled(std::uint64_t duration, std::uint32_t trackTimescale, std::uint32_t movieTimescale) {
-    const Wide ticks = (Wide{duration} * trackTimescale * 2 + movieTimescale) / (Wide{movieTimescale} * 2);
-    return static_cast<std::int64_t>(std::min<Wide>(ticks, latestTime));
+    const WideInteger ticks = (WideInteger{duration} * trackTimescale * 2 + movieTimescale) / (WideInteger{movieTimescale} * 2);
+    return static_cast<std::int64_t>(std::min<WideInteger>(ticks, latestTime));
 }
 
 bool startsEarlier(const ShownSample& a, const ShownSample& b) {

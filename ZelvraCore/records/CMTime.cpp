@@ -2,6 +2,8 @@
 
 #include "ZelvraCore/records/CMTime.h"
 
+#include "ZelvraCore/records/WideInteger.h"
+
 #include <cmath>
 #include <limits>
 #include <numeric>
@@ -10,25 +12,23 @@ namespace zelvra {
 
 namespace {
 
-__extension__ using Wide = __int128;
-
 constexpr std::int32_t greatestTimescale = std::numeric_limits<std::int32_t>::max();
 
-constexpr bool fits(Wide value) {
+constexpr bool fits(WideInteger value) {
     return value >= std::numeric_limits<std::int64_t>::min() &&
            value <= std::numeric_limits<std::int64_t>::max();
 }
 
-Wide divide(Wide numerator, Wide denominator, Rounding rounding) {
-    const Wide quotient = numerator / denominator;
-    const Wide remainder = numerator % denominator;
+WideInteger divide(WideInteger numerator, WideInteger denominator, Rounding rounding) {
+    const WideInteger quotient = numerator / denominator;
+    const WideInteger remainder = numerator % denominator;
     if (remainder == 0) {
         return quotient;
     }
-    const Wide awayFromZero = numerator < 0 ? -1 : 1;
+    const WideInteger awayFromZero = numerator < 0 ? -1 : 1;
     switch (rounding) {
     case Rounding::nearest: {
-        const Wide twice = 2 * (remainder < 0 ? -remainder : remainder);
+        const WideInteger twice = 2 * (remainder < 0 ? -remainder : remainder);
         return twice >= denominator ? quotient + awayFromZero : quotient;
     }
     case Rounding::down: return numerator < 0 ? quotient - 1 : quotient;
@@ -43,10 +43,10 @@ CMTime infinite(bool negative) {
 }
 
 /// `numerator` / `denominator` seconds at `timescale`, or at the greatest halving of it that holds the value.
-CMTime carried(Wide numerator, Wide denominator, std::int32_t timescale, bool rounded) {
+CMTime carried(WideInteger numerator, WideInteger denominator, std::int32_t timescale, bool rounded) {
     for (; timescale >= 1; timescale /= 2) {
         // A sum of two products of 63 and 31 bits stays below 2^95; times a timescale, below 2^126.
-        const Wide ticks = divide(numerator * timescale, denominator, Rounding::nearest);
+        const WideInteger ticks = divide(numerator * timescale, denominator, Rounding::nearest);
         if (fits(ticks)) {
             CMTime time(static_cast<std::int64_t>(ticks), timescale);
             if (rounded || ticks * denominator != numerator * timescale) {
@@ -105,8 +105,8 @@ CMTime CMTime::converted(std::int32_t newTimescale, Rounding rounding) const {
     if (newTimescale <= 0) {
         return invalid();
     }
-    const Wide scaled = Wide{value} * newTimescale;
-    const Wide ticks = divide(scaled, timescale, rounding);
+    const WideInteger scaled = WideInteger{value} * newTimescale;
+    const WideInteger ticks = divide(scaled, timescale, rounding);
     if (!fits(ticks)) {
         return infinite(value < 0);
     }
@@ -131,7 +131,7 @@ CMTime operator+(const CMTime& a, const CMTime& b) {
     }
     const bool rounded = ((a.flags | b.flags) & CMTime::hasBeenRounded) != 0;
     const std::int64_t common = std::lcm(std::int64_t{a.timescale}, std::int64_t{b.timescale});
-    const Wide numerator = Wide{a.value} * (common / a.timescale) + Wide{b.value} * (common / b.timescale);
+    const WideInteger numerator = WideInteger{a.value} * (common / a.timescale) + WideInteger{b.value} * (common / b.timescale);
     const std::int64_t timescale = common <= greatestTimescale ? common : greatestTimescale;
     if (common == timescale && fits(numerator)) {
         CMTime sum(static_cast<std::int64_t>(numerator), static_cast<std::int32_t>(timescale));
@@ -149,7 +149,7 @@ CMTime operator-(const CMTime& time) {
         return time;
     }
     if (time.value == std::numeric_limits<std::int64_t>::min()) {
-        return carried(-Wide{time.value}, time.timescale, time.timescale, false);
+        return carried(-WideInteger{time.value}, time.timescale, time.timescale, false);
     }
     CMTime negated = time;
     negated.value = -time.value;
@@ -165,7 +165,7 @@ CMTime operator*(const CMTime& time, std::int32_t factor) {
         return factor < 0 ? -time : time;
     }
     const bool rounded = (time.flags & CMTime::hasBeenRounded) != 0;
-    return carried(Wide{time.value} * factor, time.timescale, time.timescale, rounded);
+    return carried(WideInteger{time.value} * factor, time.timescale, time.timescale, rounded);
 }
 
 CMTime operator*(std::int32_t factor, const CMTime& time) {
@@ -174,8 +174,8 @@ CMTime operator*(std::int32_t factor, const CMTime& time) {
 
 std::weak_ordering operator<=>(const CMTime& a, const CMTime& b) {
     if (a.isNumeric() && b.isNumeric()) {
-        const Wide left = Wide{a.value} * b.timescale;
-        const Wide right = Wide{b.value} * a.timescale;
+        const WideInteger left = WideInteger{a.value} * b.timescale;
+        const WideInteger right = WideInteger{b.value} * a.timescale;
         return left < right   ? std::weak_ordering::less
                : left > right ? std::weak_ordering::greater
                               : std::weak_ordering::equivalent;

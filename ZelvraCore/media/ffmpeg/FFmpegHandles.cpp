@@ -46,13 +46,6 @@ int throwOnError(int code, std::string_view what, MediaError::Cause cause) {
     return code;
 }
 
-CMTime timeOfTicks(std::int64_t ticks, AVRational timeBase) {
-    if (ticks == AV_NOPTS_VALUE || timeBase.num <= 0 || timeBase.den <= 0) {
-        return CMTime::invalid();
-    }
-    return CMTime(ticks, timeBase.den) * timeBase.num;
-}
-
 namespace {
 
 AVRounding roundingMode(Rounding rounding) {

@@ -2,8 +2,8 @@
 
 #pragma once
 
-/// The FFmpeg libraries' objects as values that close themselves, their error codes as MediaError, and their
-/// ticks as CMTime.
+/// The FFmpeg libraries' objects as values that close themselves, their error codes as MediaError, and
+/// CMTime in their ticks.
 
 #include "ZelvraCore/records/CMTime.h"
 #include "ZelvraCore/records/MediaError.h"
@@ -85,10 +85,6 @@ MediaError::Cause causeOfReading(int code);
 /// Returns `code` when it is no error. Otherwise throws MediaError with the line "`what`: error text".
 int throwOnError(int code, std::string_view what);
 int throwOnError(int code, std::string_view what, MediaError::Cause cause);
-
-/// `ticks` of `timeBase` seconds as a time, exact. AV_NOPTS_VALUE and a time base that is not positive give
-/// an invalid time; one beyond 64 bits an infinite one.
-CMTime timeOfTicks(std::int64_t ticks, AVRational timeBase);
 
 /// `time` in ticks of `timeBase` seconds. Throws MediaError (outOfRange) for a time that is not numeric or
 /// that 64 bits do not hold.

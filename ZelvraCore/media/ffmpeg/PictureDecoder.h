@@ -10,20 +10,19 @@ namespace zelvra::media {
 class PictureDecoder {
 public:
     enum class Use {
-        run,        ///< many pictures to come: decode several at once
-        single,     ///< a picture or two: decode parts of one at once
-        smallViews, ///< sync samples only, to be shown small: the edges of coding blocks need no smoothing
+        run,        ///< many pictures follow: several are decoded at once
+        smallViews, ///< sync samples only, shown small: the edges of coding blocks are not smoothed
     };
 
-    /// Throws MediaError::unsupported where there is no decoder.
+    /// Throws MediaError::unsupported if there is no decoder.
     PictureDecoder(const AVStream& stream, Use use);
 
-    /// Takes one packet. `needed` false allows to skip a picture that no other one refers to. A packet that
-    /// the decoder cannot make sense of is passed over, as players do.
+    /// Takes one packet. If not `needed`, a picture that no other one refers to may be skipped. A packet that
+    /// the decoder cannot read is skipped, as players do.
     void send(const AVPacket& packet, bool needed);
-    /// Says that no more packets come, so that every picture is given out. H.264 pictures of a run that does
-    /// not start clean are held back then, unless the caller knows that decoding has recovered: a picture
-    /// came out before, so all that are still inside, which are later ones, are right as well.
+    /// Call after the last packet, so that every picture is output. H.264 pictures of a run that does not
+    /// start clean are then held back, unless `recovered`: if a picture came out before, all pictures that
+    /// are still inside are later ones and right as well.
     void drain(bool recovered = false);
     /// Whether a run that starts with this packet is clean: every picture after it in presentation order is
     /// right. An H.264 sync sample that is no IDR picture may need several pictures to recover.

@@ -5,7 +5,6 @@
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 #include "ZelvraCore/records/ZVError.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <new>
 #include <string>
@@ -53,17 +52,8 @@ PixelBuffer::PixelBuffer(int width, int height)
       bytesPerRow_(width > 0 ? alignedRow(width) : 0),
       bytes_(allocate(width, height)) {}
 
-PixelBuffer PixelBufferPool::take() {
-    const auto idle = std::ranges::find_if(
-        buffers_, [](const PixelBuffer& buffer) { return buffer.bytes_.use_count() == 1; });
-    return idle != buffers_.end() ? *idle : buffers_.emplace_back(width_, height_);
-}
-
-PixelBuffer makePixelBuffer(const Image& image, PixelBufferPool* pool, int width, int height) {
-    PixelBuffer buffer = pool != nullptr ? pool->take() : PixelBuffer(width, height);
-    if (buffer.width() < width || buffer.height() < height) {
-        throw ZVError::contextCreationFailed("CVPixelBuffer context");
-    }
+PixelBuffer makePixelBuffer(const Image& image, int width, int height) {
+    PixelBuffer buffer(width, height);
     // The raster is premultiplied, so that leaving out its alpha draws it over black.
     const Scaler scaler(sws_getContext(image.width(), image.height(), AV_PIX_FMT_RGB0, width, height,
                                        AV_PIX_FMT_BGR0, SWS_BICUBIC | SWS_ACCURATE_RND, nullptr, nullptr,

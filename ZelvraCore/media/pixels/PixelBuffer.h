@@ -30,28 +30,12 @@ private:
     int height_;
     std::size_t bytesPerRow_;
     std::shared_ptr<std::vector<std::uint8_t>> bytes_;
-    friend class PixelBufferPool;
 };
 
-/// Buffers of one size that are used again once nobody else holds them. One thread at a time.
-class PixelBufferPool {
-public:
-    PixelBufferPool(int width, int height) : width_(width), height_(height) {}
-
-    /// Throws as PixelBuffer does.
-    PixelBuffer take();
-
-private:
-    int width_;
-    int height_;
-    std::vector<PixelBuffer> buffers_;
-};
-
-/// Draws `image` over black into a buffer of `width` by `height`, scaled where its size differs. The buffer
-/// comes from `pool` where one is given.
+/// Draws `image` over black into a new buffer of `width` by `height`, scaled if its size differs.
 ///
-/// Throws ZVError::contextCreationFailed: "CVPixelBuffer (status ...)" where no buffer can be made,
-/// "CVPixelBuffer context" where it cannot be drawn into, as when the pool's buffers are too small.
-PixelBuffer makePixelBuffer(const Image& image, PixelBufferPool* pool, int width, int height);
+/// Throws ZVError::contextCreationFailed: "CVPixelBuffer (status ...)" if no buffer can be made,
+/// "CVPixelBuffer context" if it cannot be drawn into.
+PixelBuffer makePixelBuffer(const Image& image, int width, int height);
 
 } // namespace zelvra::media

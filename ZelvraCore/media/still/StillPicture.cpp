@@ -248,7 +248,7 @@ bool isDrawn(const std::vector<std::uint8_t>& drawn, const DecodedPicture& pictu
 
 /// Brings what was drawn on the raster into the planes.
 void convertDrawn(const Image& image, const std::vector<std::uint8_t>& drawn, DecodedPicture& picture) {
-    const PixelBuffer raster = makePixelBuffer(image, nullptr, picture.width, picture.height);
+    const PixelBuffer raster = makePixelBuffer(image, picture.width, picture.height);
     constexpr int unspecified = 2; // by the planes; the raster was read by some matrix all the same
     const int stated = picture.color.matrix == unspecified ? image.color().matrix : picture.color.matrix;
     const int matrix = matrixOrGuess(stated, picture.width, picture.height);

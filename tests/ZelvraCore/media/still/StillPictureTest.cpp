@@ -71,38 +71,24 @@ TEST(Fitted, ConvertsDepthAndChroma) {
 TEST(PixelBuffer, HoldsBlueGreenRedInThisOrder) {
     Image::Raster raster{2, 1, {10, 20, 30, 255, 40, 50, 60, 255}};
     const Image image(std::make_shared<Image::Raster>(raster), {});
-    const PixelBuffer same = makePixelBuffer(image, nullptr, 2, 1);
+    const PixelBuffer same = makePixelBuffer(image, 2, 1);
     EXPECT_EQ(std::vector<int>(same.bytes(), same.bytes() + 3), (std::vector<int>{30, 20, 10}));
-    const PixelBuffer larger = makePixelBuffer(image, nullptr, 20, 10);
+    const PixelBuffer larger = makePixelBuffer(image, 20, 10);
     EXPECT_NEAR(larger.bytes()[9 * larger.bytesPerRow() + 19 * 4 + 2], 40, 1);
-}
-
-TEST(PixelBuffer, ComesFromThePoolAndGoesBack) {
-    const Image image = imageOf(texturedPicture(16, 8));
-    PixelBufferPool pool(16, 8);
-    const std::uint8_t* first = nullptr;
-    {
-        const PixelBuffer buffer = makePixelBuffer(image, &pool, 16, 8);
-        first = buffer.bytes();
-        EXPECT_NE(makePixelBuffer(image, &pool, 16, 8).bytes(), first);
-    }
-    EXPECT_EQ(makePixelBuffer(image, &pool, 16, 8).bytes(), first);
 }
 
 TEST(PixelBuffer, SaysWhyItCannotBeMade) {
     const Image image = imageOf(texturedPicture(16, 8));
-    PixelBufferPool pool(8, 8);
-    const auto failure = [&](PixelBufferPool* from, int width, int height) -> std::string {
+    const auto failure = [&](int width, int height) -> std::string {
         try {
-            makePixelBuffer(image, from, width, height);
+            makePixelBuffer(image, width, height);
         } catch (const ZVError& error) {
             return error.description();
         }
         return "none";
     };
-    EXPECT_EQ(failure(nullptr, 0, 8), "CGContext creation failed: CVPixelBuffer (status -22)");
-    EXPECT_EQ(failure(nullptr, 1 << 30, 1 << 30), "CGContext creation failed: CVPixelBuffer (status -12)");
-    EXPECT_EQ(failure(&pool, 16, 8), "CGContext creation failed: CVPixelBuffer context");
+    EXPECT_EQ(failure(0, 8), "CGContext creation failed: CVPixelBuffer (status -22)");
+    EXPECT_EQ(failure(1 << 30, 1 << 30), "CGContext creation failed: CVPixelBuffer (status -12)");
 }
 
 } // namespace

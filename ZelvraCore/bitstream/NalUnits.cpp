@@ -4,6 +4,8 @@
 
 #include "ZelvraCore/bitstream/ByteCursor.h"
 
+#include <algorithm>
+
 namespace zelvra::bitstream {
 
 namespace {
@@ -27,6 +29,26 @@ std::vector<ByteView> splitNalUnits(ByteView sample, int lengthSize) {
         }
     }
     return nals;
+}
+
+NalUnitWalk::NalUnitWalk(ByteView bytes, int lengthSize)
+    : rest_(lengthSize >= 1 && lengthSize <= 4 ? bytes : ByteView()),
+      lengthSize_(static_cast<std::size_t>(lengthSize)) {}
+
+std::optional<ByteView> NalUnitWalk::next() {
+    while (rest_.size() > lengthSize_) {
+        std::size_t length = 0;
+        for (const std::uint8_t byte : rest_.first(lengthSize_)) {
+            length = length << 8 | byte;
+        }
+        rest_ = rest_.subspan(lengthSize_);
+        const ByteView nal = rest_.first(std::min(length, rest_.size()));
+        rest_ = rest_.subspan(nal.size());
+        if (!nal.empty()) {
+            return nal;
+        }
+    }
+    return std::nullopt;
 }
 
 void appendNalUnit(Bytes& sample, ByteView nal, int lengthSize) {

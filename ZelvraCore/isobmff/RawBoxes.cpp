@@ -37,10 +37,6 @@ RawBox firstBox(std::span<const std::uint8_t> bytes) {
     return box;
 }
 
-std::vector<RawBox> boxesBehind(std::span<const std::uint8_t> entry, std::size_t header) {
-    return entry.size() > header ? rawBoxes(entry.subspan(header)) : std::vector<RawBox>{};
-}
-
 } // namespace
 
 std::vector<RawBox> rawBoxes(std::span<const std::uint8_t> bytes) {
@@ -52,12 +48,9 @@ std::vector<RawBox> rawBoxes(std::span<const std::uint8_t> bytes) {
     return boxes;
 }
 
-std::vector<RawBox> visualEntryBoxes(std::span<const std::uint8_t> entry) {
-    return boxesBehind(entry, visualEntryHeaderSize);
-}
-
 std::vector<RawBox> soundEntryBoxes(std::span<const std::uint8_t> entry) {
-    return boxesBehind(entry, soundEntryHeaderSize(entry));
+    const std::size_t header = soundEntryHeaderSize(entry);
+    return entry.size() > header ? rawBoxes(entry.subspan(header)) : std::vector<RawBox>{};
 }
 
 std::size_t soundEntryHeaderSize(std::span<const std::uint8_t> entry) {

@@ -25,15 +25,10 @@ struct RawBox {
 /// 8 bytes at the end are ignored, because QuickTime ends lists with 4 zeros.
 std::vector<RawBox> rawBoxes(std::span<const std::uint8_t> bytes);
 
-/// The boxes inside a whole visual sample entry (`avcC`, `colr`, `pasp` ...), ISO/IEC 14496-12 clause 12.1.3.
-std::vector<RawBox> visualEntryBoxes(std::span<const std::uint8_t> entry);
-
 /// The boxes inside a whole sound sample entry (`esds`, `dac3`, QuickTime's `wave` ...), clause 12.2.3 and
 /// QuickTime's versions 1 and 2.
 std::vector<RawBox> soundEntryBoxes(std::span<const std::uint8_t> entry);
 
-/// Bytes of a visual entry before its boxes.
-inline constexpr std::size_t visualEntryHeaderSize = 86;
 /// Bytes of a sound entry before its boxes: 36, or 52 and 72 in QuickTime's versions 1 and 2.
 std::size_t soundEntryHeaderSize(std::span<const std::uint8_t> entry);
 

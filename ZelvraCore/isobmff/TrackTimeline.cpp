@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <span>
 
 namespace zelvra::isobmff {
@@ -22,7 +23,8 @@ std::int64_t clampedTime(std::int64_t time) {
 
 /// A length in ticks of the movie as ticks of the track, halves rounded up.
 std::int64_t rescaled(std::uint64_t duration, std::uint32_t trackTimescale, std::uint32_t movieTimescale) {
-    const WideInteger ticks = (WideInteger{duration} * trackTimescale * 2 + movieTimescale) / (WideInteger{movieTimescale} * 2);
+    const WideInteger ticks =
+        (WideInteger{duration} * trackTimescale * 2 + movieTimescale) / (WideInteger{movieTimescale} * 2);
     return static_cast<std::int64_t>(std::min<WideInteger>(ticks, latestTime));
 }
 
@@ -251,31 +253,6 @@ TrackTimeline::TrackTimeline(const Track& track, std::uint32_t movieTimescale) {
 
 std::int64_t TrackTimeline::end() const {
     return pieces_.empty() ? 0 : pieces_.back().end();
-}
-
-std::optional<std::int64_t> TrackTimeline::mediaTime(std::int64_t presentationTime) const {
-    for (const ShownPiece& piece : pieces_) {
-        if (presentationTime >= piece.start && presentationTime < piece.end()) {
-            return piece.mediaStart + (presentationTime - piece.start);
-        }
-    }
-    return std::nullopt;
-}
-
-std::optional<std::int64_t> TrackTimeline::presentationTime(std::int64_t mediaTime) const {
-    for (const ShownPiece& piece : pieces_) {
-        if (mediaTime >= piece.mediaStart && mediaTime < piece.mediaEnd()) {
-            return piece.start + (mediaTime - piece.mediaStart);
-        }
-    }
-    return std::nullopt;
-}
-
-std::optional<ShownSample> TrackTimeline::shownAt(std::int64_t presentationTime) const {
-    const auto after =
-        std::upper_bound(shown_.begin(), shown_.end(), presentationTime,
-                         [](std::int64_t time, const ShownSample& sample) { return time < sample.start; });
-    return after == shown_.begin() ? std::nullopt : std::optional(*(after - 1));
 }
 
 } // namespace zelvra::isobmff

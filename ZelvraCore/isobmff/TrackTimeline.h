@@ -5,7 +5,6 @@
 #include "ZelvraCore/isobmff/Movie.h"
 
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 namespace zelvra::isobmff {
@@ -53,16 +52,6 @@ public:
 
     /// End of the last piece; 0 if the track shows nothing.
     std::int64_t end() const;
-
-    /// The media time shown at a presentation time; `nullopt` in an empty edit and outside the track.
-    std::optional<std::int64_t> mediaTime(std::int64_t presentationTime) const;
-
-    /// The first presentation time that shows that media time; `nullopt` if no edit shows it.
-    std::optional<std::int64_t> presentationTime(std::int64_t mediaTime) const;
-
-    /// The last sample that starts at or before the time; `nullopt` before the first. It is on screen then if
-    /// its duration reaches that far.
-    std::optional<ShownSample> shownAt(std::int64_t presentationTime) const;
 
 private:
     std::vector<ShownPiece> pieces_;

@@ -2,6 +2,7 @@
 
 #include "ZelvraCore/media/HiddenPictures.h"
 
+#include "ZelvraCore/bitstream/NalUnits.h"
 #include "ZelvraCore/bitstream/SampleEntry.h"
 #include "ZelvraCore/bitstream/hevc/SliceHeader.h"
 #include "ZelvraCore/records/MediaError.h"
@@ -15,19 +16,13 @@ namespace {
 /// What may stand before a picture's first slice, and its header: parameter sets and messages.
 constexpr std::uint64_t mostBytesBeforeSliceData = 16384;
 
-/// The first slice segment; it may be cut short by the end of `sample`. Empty where there is none.
-bitstream::ByteView firstSlice(bitstream::ByteView sample, std::size_t nalLengthSize) {
-    while (sample.size() > nalLengthSize + hevc::nalHeaderSize) {
-        std::size_t length = 0;
-        for (const std::uint8_t byte : sample.first(nalLengthSize)) {
-            length = length << 8 | byte;
+/// The first slice segment; it may be cut short by the end of `sample`. Empty if there is none.
+bitstream::ByteView firstSlice(bitstream::ByteView sample, int nalLengthSize) {
+    bitstream::NalUnitWalk walk(sample, nalLengthSize);
+    while (const std::optional<bitstream::ByteView> nal = walk.next()) {
+        if (nal->size() > hevc::nalHeaderSize && hevc::isSlice(hevc::nalType(*nal))) {
+            return *nal;
         }
-        sample = sample.subspan(nalLengthSize);
-        length = std::min(length, sample.size());
-        if (length > hevc::nalHeaderSize && hevc::isSlice(hevc::nalType(sample))) {
-            return sample.first(length);
-        }
-        sample = sample.subspan(length);
     }
     return {};
 }
@@ -53,7 +48,7 @@ void HiddenPictures::readConfiguration(const isobmff::Track& track) {
     const auto content = bitstream::findChildBox(track.sampleEntries.front().box, "hvcC");
     if (content) {
         const auto configuration = hevc::HevcConfiguration::parse(*content);
-        nalLengthSize_ = static_cast<std::size_t>(configuration.nalLengthSize());
+        nalLengthSize_ = configuration.nalLengthSize();
         sets_.emplace(configuration);
     }
 }

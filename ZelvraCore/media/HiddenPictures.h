@@ -27,7 +27,7 @@ private:
 
     const files::ByteSource& bytes_;
     std::optional<hevc::ParameterSets> sets_; ///< nothing: not a track of readable HEVC
-    std::size_t nalLengthSize_ = 4;
+    int nalLengthSize_ = 4;
 };
 
 } // namespace zelvra::media

@@ -131,7 +131,8 @@ CMTime operator+(const CMTime& a, const CMTime& b) {
     }
     const bool rounded = ((a.flags | b.flags) & CMTime::hasBeenRounded) != 0;
     const std::int64_t common = std::lcm(std::int64_t{a.timescale}, std::int64_t{b.timescale});
-    const WideInteger numerator = WideInteger{a.value} * (common / a.timescale) + WideInteger{b.value} * (common / b.timescale);
+    const WideInteger numerator =
+        WideInteger{a.value} * (common / a.timescale) + WideInteger{b.value} * (common / b.timescale);
     const std::int64_t timescale = common <= greatestTimescale ? common : greatestTimescale;
     if (common == timescale && fits(numerator)) {
         CMTime sum(static_cast<std::int64_t>(numerator), static_cast<std::int32_t>(timescale));

@@ -5,7 +5,6 @@
 #include "ZelvraCore/bitstream/BitReader.h"
 #include "ZelvraCore/bitstream/BitstreamError.h"
 #include "ZelvraCore/bitstream/VideoSignal.h"
-#include "ZelvraCore/bitstream/h264/Levels.h"
 #include "ZelvraCore/bitstream/h264/NalType.h"
 #include "ZelvraCore/bitstream/h264/ScalingLists.h"
 
@@ -171,14 +170,6 @@ FreezeEncoding::CodedFrame Sps::codedFrame() const {
     frame.cropTop = static_cast<int>(crop.top) * unit.y;
     frame.cropBottom = static_cast<int>(crop.bottom) * unit.y;
     return frame;
-}
-
-int Sps::decodedPictureBufferFrames() const {
-    if (vui && vui->maxDecFrameBuffering) {
-        return std::max({1, *vui->maxDecFrameBuffering, maxNumRefFrames});
-    }
-    const int macroblocks = widthInMacroblocks * codedHeight() / 16;
-    return std::clamp(levelLimits(*this).maxDpbMacroblocks / macroblocks, 1, 16);
 }
 
 bool Sps::isLevel1b() const {

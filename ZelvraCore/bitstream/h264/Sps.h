@@ -58,9 +58,6 @@ struct Sps {
     int codedHeight() const { return heightInMapUnits * 16 * (frameMbsOnly ? 1 : 2); }
     /// The size of the coded frame and the margins that the cropping rectangle removes, in luma samples.
     FreezeEncoding::CodedFrame codedFrame() const;
-    /// Number of frames in the decoded picture buffer: the stream's own value, otherwise the maximum of its
-    /// level (max_dec_frame_buffering, clause E.2.1, and MaxDpbFrames, A.3.1). At least 1.
-    int decodedPictureBufferFrames() const;
     /// Level 1b of table A-1, which some profiles write as 1.1 with constraint_set3_flag.
     bool isLevel1b() const;
 };

@@ -61,11 +61,8 @@ constexpr bool isBla(NalType type) {
 constexpr bool isRasl(NalType type) {
     return type == NalType::raslN || type == NalType::raslR;
 }
-constexpr bool isRadl(NalType type) {
-    return type == NalType::radlN || type == NalType::radlR;
-}
 constexpr bool isLeading(NalType type) {
-    return isRasl(type) || isRadl(type);
+    return isRasl(type) || type == NalType::radlN || type == NalType::radlR;
 }
 /// Pictures that no other picture of the same temporal sub-layer refers to: the even types below 16.
 constexpr bool isSubLayerNonReference(NalType type) {

@@ -2,8 +2,9 @@
 
 #include "ZelvraCore/media/ffmpeg/PictureDecoder.h"
 
+#include "ZelvraCore/bitstream/NalUnits.h"
+
 #include <algorithm>
-#include <span>
 
 namespace zelvra::media {
 
@@ -99,18 +100,11 @@ bool PictureDecoder::startsClean(const AVPacket& packet) const {
         return true;
     }
     constexpr int idrSlice = 5; // nal_unit_type, ITU-T H.264 clause 7.4.1
-    const auto lengthSize = static_cast<std::size_t>(h264LengthSize_);
-    std::span<const std::uint8_t> left(packet.data, static_cast<std::size_t>(packet.size));
-    while (lengthSize > 0 && left.size() > lengthSize) {
-        std::size_t length = 0;
-        for (const std::uint8_t byte : left.first(lengthSize)) {
-            length = length << 8 | byte;
-        }
-        left = left.subspan(lengthSize);
-        if ((left.front() & 0x1F) == idrSlice) {
+    bitstream::NalUnitWalk walk({packet.data, static_cast<std::size_t>(packet.size)}, h264LengthSize_);
+    while (const std::optional<bitstream::ByteView> nal = walk.next()) {
+        if ((nal->front() & 0x1F) == idrSlice) {
             return true;
         }
-        left = left.subspan(std::min(length, left.size()));
     }
     return false;
 }

@@ -94,7 +94,7 @@ void describePicture(x264_param_t& param, const DecodedPicture& picture, const C
     param.i_timebase_den = param.i_fps_num;
 }
 
-void obey(x264_param_t& param, const FreezeEncoding& encoding) {
+void applySourceConstraints(x264_param_t& param, const FreezeEncoding& encoding) {
     param.b_cabac = encoding.cabac ? 1 : 0;
     param.analyse.b_transform_8x8 = encoding.transform8x8 ? 1 : 0;
     param.i_sps_id = encoding.parameterSetId;
@@ -141,7 +141,7 @@ public:
         x264_param_default_preset(&param, "medium", "psnr");
         makePlain(param);
         describePicture(param, *picture, format, frameDuration);
-        obey(param, encoding);
+        applySourceConstraints(param, encoding);
         param.b_full_recon = 1;
         interlaced_ = param.b_interlaced != 0;
         encoder_.reset(x264_encoder_open(&param));

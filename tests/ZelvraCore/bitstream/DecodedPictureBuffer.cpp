@@ -3,12 +3,23 @@
 #include "tests/ZelvraCore/bitstream/DecodedPictureBuffer.h"
 
 #include "ZelvraCore/bitstream/NalUnits.h"
+#include "ZelvraCore/bitstream/h264/Levels.h"
 
 #include <algorithm>
 
 namespace zelvra::test {
 
 namespace {
+
+/// Frames the decoded picture buffer holds: what the stream says, else what its level allows
+/// (max_dec_frame_buffering, ITU-T H.264 clause E.2.1, and MaxDpbFrames, A.3.1). At least 1.
+int bufferFrames(const h264::Sps& sps) {
+    if (sps.vui && sps.vui->maxDecFrameBuffering) {
+        return std::max({1, *sps.vui->maxDecFrameBuffering, sps.maxNumRefFrames});
+    }
+    const int macroblocks = sps.widthInMacroblocks * sps.codedHeight() / 16;
+    return std::clamp(h264::levelLimits(sps).maxDpbMacroblocks / macroblocks, 1, 16);
+}
 
 struct Frame {
     std::size_t index = 0;
@@ -24,7 +35,7 @@ public:
     BufferedOutput output;
 
     void store(const h264::Sps& sps, const h264::SliceHeader& slice, Frame frame) {
-        size_ = static_cast<std::size_t>(sps.decodedPictureBufferFrames());
+        size_ = static_cast<std::size_t>(bufferFrames(sps));
         frameNumRange_ = 1U << sps.frameNumBits;
         current_ = slice.frameNum;
         if (slice.idr || slice.resetsMemory()) {

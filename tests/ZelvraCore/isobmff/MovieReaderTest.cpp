@@ -136,7 +136,9 @@ TEST(MovieReader, ReadsTracksEntriesAndUserData) {
     EXPECT_TRUE(movie.isQuickTime());
     const Track& video = *movie.firstTrack(videoHandler);
     EXPECT_EQ(video.sampleEntries.at(0).type, fourCharCode("avc1"));
-    EXPECT_NE(findBox(visualEntryBoxes(video.sampleEntries[0].box), fourCharCode("avcC")), nullptr);
+    constexpr std::size_t visualEntryHeaderSize = 86;
+    const auto boxes = rawBoxes(std::span(video.sampleEntries[0].box).subspan(visualEntryHeaderSize));
+    EXPECT_NE(findBox(boxes, fourCharCode("avcC")), nullptr);
     EXPECT_EQ(video.matrix.a, 0);
     EXPECT_EQ(std::abs(video.matrix.b), 1);
     EXPECT_TRUE(video.hasSyncTable);

@@ -53,21 +53,12 @@ TEST(TrackTimeline, ShowsTheMediaAsItIsWithoutEdits) {
     EXPECT_EQ(starts(whole), (std::vector<std::int64_t>{100, 200, 300, 400}));
     EXPECT_EQ(whole.pieces(), (std::vector<ShownPiece>{{100, 400, 100}}));
     EXPECT_EQ(whole.shown()[1].sample, 2u);
-    EXPECT_FALSE(whole.mediaTime(99));
-    EXPECT_EQ(whole.mediaTime(499), 499);
 }
 
 TEST(TrackTimeline, StartsAtTheEditAfterAnEmptyOne) {
     const TrackTimeline shifted = timeline(reorderedTrack(8), {{250, -1}, {400, 300}});
     EXPECT_EQ(shifted.pieces(), (std::vector<ShownPiece>{{250, 400, 300}}));
     EXPECT_EQ(starts(shifted), (std::vector<std::int64_t>{250, 350, 450, 550}));
-    EXPECT_EQ(shifted.presentationTime(300), 250);
-    EXPECT_EQ(shifted.mediaTime(649), 699);
-    EXPECT_FALSE(shifted.mediaTime(650));
-    EXPECT_FALSE(shifted.presentationTime(299));
-    EXPECT_FALSE(shifted.shownAt(249));
-    EXPECT_EQ(shifted.shownAt(349)->start, 250);
-    EXPECT_EQ(shifted.shownAt(9999)->end(), 650);
 }
 
 TEST(TrackTimeline, ClipsTheLastPictureAtTheEditsEnd) {
@@ -80,8 +71,6 @@ TEST(TrackTimeline, ListsAPictureOnceForEachEditThatShowsIt) {
     const TrackTimeline twice = timeline(reorderedTrack(8), {{200, 100}, {300, 100}});
     EXPECT_EQ(starts(twice), (std::vector<std::int64_t>{0, 100, 200, 300, 400}));
     EXPECT_EQ(twice.pieces(), (std::vector<ShownPiece>{{0, 200, 100}, {200, 300, 100}}));
-    EXPECT_EQ(twice.mediaTime(210), 110);
-    EXPECT_EQ(twice.presentationTime(110), 10);
 }
 
 TEST(TrackTimeline, CutsSoundWithinAPacket) {

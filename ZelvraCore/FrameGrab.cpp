@@ -10,7 +10,7 @@ namespace zelvra {
 
 namespace {
 
-/// Asks for the whole movie's duration, which takes all tables, only where the pictures end before.
+/// Reads the whole movie's duration, which takes all tables, only if the pictures end before `time`.
 bool isInside(const Asset& asset, const CMTime& time) {
     return time.isNumeric() && time >= CMTime::zero() &&
            (time < asset.frames().end() || time < asset.duration());

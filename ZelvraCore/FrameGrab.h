@@ -12,14 +12,14 @@ namespace zelvra {
 
 /// The picture that a movie shows at `time` of its presentation timeline (edit lists applied): never a nearby
 /// sync frame, always the one on screen. It is upright, in square pixels, as large as
-/// SourceInfo::displaySize; see Image for what it keeps of the decoded one. Because the editor and the render
-/// both use this, the frame that is annotated is the frame that freezes.
+/// SourceInfo::displaySize; see Image for what it keeps of the decoded picture. Because the editor and the
+/// render both use this, the frame that is annotated is the frame that freezes.
 ///
-/// From 0 up to, not including, the movie's duration there is a picture: before the first one appears it is
-/// the first, after the last one, while sound goes on, the last.
+/// There is a picture at every time from 0 up to, not including, the movie's duration: the first one before
+/// it appears, the last one after it, while sound goes on.
 ///
-/// Costs the decoding from the sync sample before the frame; nothing decoded is kept. Blocks; any thread,
-/// several at once on one asset. Throws MediaError (outOfRange for a time outside the movie or no number;
+/// Decodes from the sync sample before the frame on; nothing decoded is kept. Blocks; any thread, several at
+/// once on one asset. Throws MediaError (outOfRange for a time outside the movie or no number;
 /// unreadable, unsupported, corrupt), ZVError::noVideoTrack, and ZVError::frameExtractionFailed for a video
 /// track that never shows a picture.
 Image extractFrame(const std::filesystem::path& movie, const CMTime& time);

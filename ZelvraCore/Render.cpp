@@ -83,8 +83,8 @@ private:
         }
     }
 
-    /// Runs a step of the passthrough; where the source rules it out the movie is re-encoded, and the user
-    /// told why.
+    /// Runs a step of the passthrough. False if the source rules it out: the notice then says why the movie
+    /// is re-encoded.
     template <class Step>
     bool passThrough(Step step) {
         try {
@@ -138,7 +138,7 @@ private:
         return clip;
     }
 
-    /// Failures of the export itself, once nothing can be refused any more, are told as such.
+    /// Failures after this point are failures of the export itself and are reported as such.
     template <class Step>
     static void exporting(Step step) {
         try {

@@ -19,7 +19,7 @@ namespace zelvra {
 
 /// The engine's one entry point for exporting: writes the finished movie, in which the picture freezes on
 /// each highlighted frame with its shape drawn over it and then plays on. The source's compressed video
-/// passes through untouched where it can (H.264 and HEVC without rotation); only freezes are encoded then.
+/// passes through untouched if possible (H.264 and HEVC without rotation); only freezes are encoded then.
 
 struct RenderOptions {
     /// The stretch of the source to export; absent means all of it. A part beyond the source's end is left
@@ -28,10 +28,10 @@ struct RenderOptions {
     bool includeAudio = true;
     /// Called with 0...1 from the render's own threads; values never decrease. Must not throw.
     std::function<void(double)> progress;
-    /// Called with one line when the export is sound but not what was hoped for, such as a source that has to
-    /// be re-encoded after all. Must not throw.
+    /// Called with one sentence if the export succeeds in another way than wanted, for example if the source
+    /// must be re-encoded. Must not throw.
     std::function<void(const std::string&)> notice;
-    /// Ends the render soon; it then throws MediaError::cancelled and leaves nothing behind.
+    /// Ends the render soon: it throws MediaError::cancelled and leaves no file.
     std::stop_token stop;
 };
 
@@ -48,7 +48,7 @@ std::optional<std::string> refusalOfOutput(const std::filesystem::path& source,
 /// the range are ignored. Blocks; any thread, several renders at once.
 ///
 /// An `output` that exists is replaced when the new movie is complete, and not before. Throws ZVError,
-/// MediaError; nothing is left behind then, and an older output stays. An output that is the source is
+/// MediaError; no file is left then, and an older output stays. An output that is the source is
 /// refused (see refusalOfOutput).
 RenderResult renderHighlights(const std::filesystem::path& source, std::span<const Highlight> highlights,
                               const std::filesystem::path& output, const RenderOptions& options = {});

@@ -9,16 +9,16 @@
 
 namespace zelvra {
 
-/// What a movie is: the facts that the rest of the engine decides by. Of several video tracks the first
-/// enabled one is described (see Asset::videoTrackNumber).
+/// What a movie is: the facts on which the rest of the engine decides. Of several video tracks it describes
+/// the first enabled one (see Asset::videoTrackNumber).
 ///
 /// - `naturalSize` is that of the decoded picture in square pixels, `displaySize` the same after turning.
 /// - `preferredTransform` is one of the eight turns and mirrors, moved so that the picture's corner is at the
 ///   origin; exactly the identity for an upright movie.
-/// - `duration` is where the pictures or the longest sound track end, edit lists applied.
+/// - `duration` is the end of the pictures or of the longest sound track, edit lists applied.
 /// - `nominalFrameRate` is the number of pictures shown over the time that they are shown.
-/// - `frameDuration` is the length that its frames really have (see typicalFrameDuration), else one n-th of a
-///   second by the rate (see frameDurationFromRate).
+/// - `frameDuration` is the length that its frames really have (media/FrameDuration.h), else one n-th of a
+///   second by the rate.
 ///
 /// Blocks on the file; any thread. Throws ZVError::noVideoTrack for a movie without pictures, MediaError for
 /// a file that is missing, unreadable or no movie.

@@ -41,8 +41,8 @@ public:
           size_(storedThumbnailSize(format, height)),
           decoder_(demuxer.stream(), PictureDecoder::Use::smallViews) {}
 
-    /// The thumbnail of the sync sample at or before `ticks`; the one made last where it is the same, or
-    /// where it cannot be decoded.
+    /// The thumbnail of the sync sample at or before `ticks`; the one made last if it is the same, or if it
+    /// cannot be decoded.
     const std::optional<Image>& at(std::int64_t ticks) {
         demuxer_.seek(ticks);
         if (demuxer_.read(*packet_)) {

@@ -20,7 +20,7 @@ namespace {
 constexpr std::string_view hiddenPrefix = ".zv-";
 constexpr std::string_view hiddenSuffix = ".part";
 
-/// Short, so that a destination whose name is as long as a name can be has room beside it.
+/// Short, so that it fits beside a destination whose name has the greatest length.
 std::string hiddenName() {
     static constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz0123456789";
     std::random_device random;
@@ -86,7 +86,7 @@ bool AtomicFile::createHidden() {
         }
         fail(errno);
     }
-    // Where locks are not to be had (some network file systems) no sweeper gets one either.
+    // On file systems without locks (some network file systems) no sweeper gets one either.
     if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         return false;
     }

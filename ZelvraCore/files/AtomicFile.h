@@ -10,8 +10,8 @@ namespace zelvra::files {
 
 /// A file that appears under its name only when it is complete. It is written beside its destination under a
 /// short hidden name without a movie's extension; until `commit`, whatever the destination held stays there.
-/// A failure leaves nothing behind: unless committed, the destructor removes the file, and what a killed
-/// program left is recognised by `sweepStrays`, as nobody holds its lock any more.
+/// A failure leaves no file: unless committed, the destructor removes it, and `sweepStrays` recognises what a
+/// killed program left, as its lock is free.
 ///
 /// One thread at a time. Every failure throws MediaError::unwritable with one line that names the
 /// destination.
@@ -47,8 +47,8 @@ private:
     bool committed_ = false;
 };
 
-/// Removes hidden files of AtomicFile that no living program holds. What cannot be looked at or removed
-/// stays; nothing is thrown.
+/// Removes hidden files of AtomicFile whose lock is free. Files that cannot be opened or removed stay.
+/// Never throws.
 void sweepStrays(const std::filesystem::path& folder);
 
 } // namespace zelvra::files

@@ -24,7 +24,7 @@ namespace {
                              "it ends before the data that it should hold");
 }
 
-/// Whether `length` bytes from `offset` on lie within `size`.
+/// Whether `length` bytes from `offset` on are within `size`.
 bool contains(std::uint64_t size, std::uint64_t offset, std::uint64_t length) {
     return offset <= size && length <= size - offset;
 }
@@ -40,7 +40,7 @@ std::vector<std::uint8_t> ByteSource::readBytes(std::uint64_t offset, std::uint6
     return bytes;
 }
 
-// O_NONBLOCK, so that a pipe is refused instead of waited for; regular files know no difference.
+// O_NONBLOCK: opening a pipe must not wait, as it is refused anyway. It changes nothing for regular files.
 FileByteSource::FileByteSource(const std::filesystem::path& path)
     : path_(path), descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
     if (descriptor_ < 0) {

@@ -11,9 +11,9 @@
 
 namespace zelvra::files {
 
-/// Random access to bytes that do not change: a file, or memory. The reader of an index and the writer of a
-/// movie take their bytes from here, so that neither knows where they come from. Nothing is cached: a read is
-/// one system call. All operations may be called from several threads at once.
+/// Random access to bytes that do not change, in a file or in memory. The reader of an index and the writer
+/// of a movie use it, so that neither depends on where the bytes are stored. Nothing is cached: a read is one
+/// system call. All operations may be called from several threads at once.
 class ByteSource {
 public:
     ByteSource() = default;
@@ -21,15 +21,15 @@ public:
     ByteSource& operator=(const ByteSource&) = delete;
     virtual ~ByteSource() = default;
 
-    /// Bytes there were when the source was opened.
+    /// The number of bytes when the source was opened.
     virtual std::uint64_t size() const = 0;
 
-    /// Fills `bytes` from `offset` on. Throws MediaError: `corrupt` where the source ends before,
-    /// `unreadable` where the system reports an error.
+    /// Fills `bytes` from `offset` on. Throws MediaError: `corrupt` if the source ends before,
+    /// `unreadable` if the system reports an error.
     virtual void read(std::uint64_t offset, std::span<std::uint8_t> bytes) const = 0;
 
     /// An open descriptor of a file with the same bytes at the same offsets, for copies inside the kernel;
-    /// nothing for bytes that are not in a file. It stays the source's own.
+    /// `nullopt` for bytes that are not in a file. The source owns it.
     virtual std::optional<int> descriptor() const { return std::nullopt; }
 
     /// What to call the source in an error, such as its path.

@@ -85,7 +85,7 @@ struct AssetContents {
 
 namespace {
 
-/// The first picture that can be decoded, looking at a few packets only; null where there is none.
+/// The first picture that can be decoded from the first few packets; null if there is none.
 Frame firstPicture(Demuxer& demuxer) {
     constexpr int mostPackets = 8;
     PictureDecoder decoder(demuxer.stream(), PictureDecoder::Use::smallViews);
@@ -93,7 +93,7 @@ Frame firstPicture(Demuxer& demuxer) {
     Frame frame = makeFrame();
     demuxer.seek(0);
     for (int count = 0; count < mostPackets && demuxer.read(*packet); ++count) {
-        packet->flags &= ~AV_PKT_FLAG_DISCARD; // not to be shown, but as good as any other to look at
+        packet->flags &= ~AV_PKT_FLAG_DISCARD; // hidden by an edit, but shows the format as well as any other
         decoder.send(*packet, true);
         av_packet_unref(packet.get());
         if (count == 0) {
@@ -133,7 +133,7 @@ VideoFormat readFormat(Demuxer& demuxer) {
     if (picture) {
         format.width = picture->width;
         format.height = picture->height;
-        // What the container says of the pixels' shape overrules the coded stream, as in players.
+        // The container's pixel aspect has priority over the coded stream's, as in players.
         aspect = aspect.num != 0 ? aspect : picture->sample_aspect_ratio;
     }
     format.pixelAspect = plausibleAspect(aspect.num, aspect.den);
@@ -170,8 +170,8 @@ std::vector<isobmff::ShownSample> shownPictures(const isobmff::TrackTimeline& ti
     return result;
 }
 
-/// Leaves out pictures that the decoder will not give out. Only those are looked at that are far shorter than
-/// a frame of this movie, as hidden ones are.
+/// Leaves out pictures that the decoder does not output. Only pictures far shorter than a frame of this movie
+/// are examined, as hidden ones are.
 void leaveOutHidden(std::vector<isobmff::ShownSample>& pictures, const HiddenPictures& hidden,
                     const isobmff::Track& track, std::int32_t timescale) {
     std::vector<std::int64_t> durations;

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-/// Demuxers of an asset's video track. Those that are not in use stay with the asset, so that a movie's
+/// Demuxers of an asset's video track. The asset keeps those that are not in use, so that a movie's
 /// tables are parsed once and not for every grab. Any thread.
 namespace zelvra::media {
 

@@ -14,12 +14,12 @@ namespace zelvra {
 
 /// The moments at which a movie's pictures appear: which frame is on screen at a time, when exactly it
 /// appeared, the next and the one before. Made from the movie's tables without decoding (see Asset::frames);
-/// the times are the movie's presentation times with its edit lists applied, those that libavformat and a
-/// player give. Plain values, 8 bytes a frame; any thread may read.
+/// the times are the movie's presentation times with its edit lists applied, as libavformat and players
+/// have them. Plain values, 8 bytes a frame; any thread may read.
 ///
-/// A frame stays on screen until the next one appears, the last one until the movie ends, also where the
-/// sound goes on after it. Before the first frame (the picture may start later than the sound) the first is
-/// taken.
+/// A frame stays on screen until the next one appears, the last one until the movie ends, even if the sound
+/// goes on after it. Before the first frame (the picture may start later than the sound) the first one is on
+/// screen.
 class FrameIndex {
 public:
     struct Frame {
@@ -46,10 +46,10 @@ public:
     Frame first() const { return frame(0); }
     Frame last() const { return frame(count() - 1); }
 
-    /// The frame on screen at `time`, which may lie anywhere. Nothing for a time that is no number, and in an
-    /// empty index.
+    /// The frame on screen at `time`, which may be outside the movie. `nullopt` for a time that is no number,
+    /// and in an empty index.
     std::optional<Frame> containing(const CMTime& time) const;
-    /// The frame after and the one before the frame that contains `time`; nothing where there is none.
+    /// The frame after and the one before the frame that contains `time`; `nullopt` if there is none.
     std::optional<Frame> next(const CMTime& time) const;
     std::optional<Frame> previous(const CMTime& time) const;
 

@@ -13,7 +13,7 @@ namespace zelvra::media {
 
 namespace {
 
-/// What may stand before a picture's first slice, and its header: parameter sets and messages.
+/// Parameter sets and messages before a picture's first slice, and the slice's header.
 constexpr std::uint64_t mostBytesBeforeSliceData = 16384;
 
 /// The first slice segment; it may be cut short by the end of `sample`. Empty if there is none.
@@ -40,7 +40,7 @@ HiddenPictures::HiddenPictures(const files::ByteSource& bytes, const isobmff::Tr
     try {
         readConfiguration(track);
     } catch (const MediaError&) {
-        sets_.reset(); // whoever decodes the track will report what is wrong with it
+        sets_.reset(); // decoding the track will report what is wrong with it
     }
 }
 

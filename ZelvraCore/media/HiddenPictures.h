@@ -10,23 +10,23 @@
 
 namespace zelvra::media {
 
-/// Tells the coded pictures of an HEVC track that are decoded and never shown: those with pic_output_flag = 0
+/// Finds the coded pictures of an HEVC track that are decoded and never shown: those with pic_output_flag = 0
 /// (ITU-T H.265 clause 7.4.7.1), which the program itself writes into movies that it exports. A movie's
-/// tables do not tell them apart, so the start of a sample is read for each question: ask only of samples
-/// that are suspect. Other codecs cannot hide pictures so.
+/// tables do not distinguish them, so each call reads the start of a sample: call it only for suspect
+/// samples. Other codecs have no such flag.
 class HiddenPictures {
 public:
-    /// Both outlive this. A track whose configuration cannot be read counts as hiding nothing.
+    /// Both outlive this. A track whose configuration cannot be read has no hidden pictures.
     HiddenPictures(const files::ByteSource& bytes, const isobmff::Track& track);
 
-    /// Whether the sample's picture is never shown. False also where its header cannot be read.
+    /// Whether the sample's picture is never shown. False also if its header cannot be read.
     bool hides(const isobmff::Sample& sample) const;
 
 private:
     void readConfiguration(const isobmff::Track& track);
 
     const files::ByteSource& bytes_;
-    std::optional<hevc::ParameterSets> sets_; ///< nothing: not a track of readable HEVC
+    std::optional<hevc::ParameterSets> sets_; ///< `nullopt`: not a track of readable HEVC
     int nalLengthSize_ = 4;
 };
 

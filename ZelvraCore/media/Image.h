@@ -29,15 +29,15 @@ struct DecodedPicture {
     int bitDepth = 8;
     ColorDescription color;
     PixelAspect pixelAspect;
-    std::array<Plane, 3> planes; ///< Y, Cb, Cr; the last two empty where monochrome
+    std::array<Plane, 3> planes; ///< Y, Cb, Cr; the last two empty if monochrome
 };
 
 /// A still picture, upright and in square pixels, as a user sees it. Cheap to copy: copies share their
-/// pixels, which nobody changes.
+/// pixels, which never change.
 ///
-/// The raster is what is shown and drawn on. Where the picture came from a decoder, its planes are kept
-/// beside the raster: an encoder takes those wherever nothing has been drawn, so that a frozen picture is the
-/// very picture around it, without a round trip through RGB.
+/// The raster is what is shown and drawn on. If the picture came from a decoder, its planes are kept beside
+/// the raster: an encoder takes them wherever nothing has been drawn, so that a frozen picture is exactly the
+/// picture around it, without a round trip through RGB.
 class Image {
 public:
     /// 8 bits each of red, green, blue and alpha, in this order in memory, premultiplied; rows are

@@ -32,7 +32,7 @@ Orientation orientationOf(const AffineTransform& matrix);
 AffineTransform transformOf(Orientation orientation, Size size);
 
 /// A walk over the samples of a stored plane in the order in which they stand upright: the sample of upright
-/// column x and row y lies at `origin` + x * `alongRow` + y * `alongColumn` bytes from the plane's start.
+/// column x and row y is at `origin` + x * `alongRow` + y * `alongColumn` bytes from the plane's start.
 struct PixelWalk {
     int width = 0; ///< upright, in samples
     int height = 0;

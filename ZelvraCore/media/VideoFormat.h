@@ -21,12 +21,12 @@ struct VideoFormat {
 /// shape and rounded, at least 1.
 Size naturalSize(const VideoFormat& format);
 
-/// The shape as given where it is one that occurs, else square: a side of zero, or a ratio beyond 1:8 or 8:1,
-/// is a writer's fault or an attack.
+/// The shape as given if it is plausible, else square: a side of zero, or a ratio beyond 1:8 or 8:1, is a
+/// writer's fault or an attack.
 PixelAspect plausibleAspect(int horizontal, int vertical);
 
-/// The matrix coefficients (ISO/IEC 23091-2) by which a picture is to be read: the stated ones where they are
-/// a plain matrix, else the usual guess, BT.709 for pictures wider than 1279 or higher than 576 samples and
+/// The matrix coefficients (ISO/IEC 23091-2) by which a picture is read: the stated ones if they are a plain
+/// matrix, else the usual guess, BT.709 for pictures wider than 1279 or higher than 576 samples and
 /// BT.601 below. Constant luminance BT.2020 is read as the ordinary kind. Sizes as stored, before turning.
 int matrixOrGuess(int stated, int width, int height);
 

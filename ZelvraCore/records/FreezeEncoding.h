@@ -9,8 +9,8 @@
 
 namespace zelvra {
 
-/// What the encoder of a freeze clip must match so that its pictures can stand in the source's own coded
-/// stream. Every field left empty is the encoder's to choose. Values as in ITU-T H.264 clause 7.4.2 and H.265
+/// What the encoder of a freeze clip must match so that its pictures can be part of the source's own coded
+/// stream. The encoder chooses every field that is empty. Values as in ITU-T H.264 clause 7.4.2 and H.265
 /// clause 7.4.3.
 struct FreezeEncoding {
     /// The coded picture (whole macroblocks or coding blocks) and how much of it is cut away at each side, in
@@ -36,7 +36,7 @@ struct FreezeEncoding {
     bool mbAdaptiveFields = false; ///< mb_adaptive_frame_field_flag of such a stream
     int parameterSetId = 0;        ///< seq_parameter_set_id and pic_parameter_set_id
 
-    int leastQp = 0; ///< 1 where QP 0 would switch to lossless coding in the source's stream
+    int leastQp = 0; ///< 1 if QP 0 would switch to lossless coding in the source's stream
     std::optional<std::uint64_t> mostFirstBytes; ///< greatest size of the first coded picture
 };
 

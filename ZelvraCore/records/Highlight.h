@@ -16,7 +16,7 @@ enum class HighlightShapeKind { circle, arrow, rectangle };
 
 /// "circle", "arrow" or "rectangle".
 std::string_view rawValue(HighlightShapeKind kind);
-/// The kind of that raw string (exact, lower case); nothing for any other text.
+/// The kind of that raw string (exact, lower case); `nullopt` for any other text.
 std::optional<HighlightShapeKind> highlightShapeKind(std::string_view rawValue);
 
 /// Red, green, blue and alpha from 0 to 1, not premultiplied, in the sRGB colour space.

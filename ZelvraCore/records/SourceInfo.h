@@ -16,7 +16,7 @@ struct SourceInfo {
     Size displaySize;                   ///< as displayed, after rotation
     AffineTransform preferredTransform; ///< of the first video track
     CMTime duration;                    ///< of the whole movie
-    float nominalFrameRate = 0;         ///< frames a second; 0 where unknown
+    float nominalFrameRate = 0;         ///< frames a second; 0 if unknown
     CMTime frameDuration;               ///< length of one frame
     bool hasAudio = false;
     std::optional<FourCharCode> videoCodec; ///< of the first sample entry, for example "avc1" or "hvc1"

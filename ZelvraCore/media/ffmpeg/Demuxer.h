@@ -23,7 +23,7 @@ public:
 
     const AVStream& stream() const { return *stream_; }
     AVRational timeBase() const { return stream_->time_base; }
-    /// What the movie says of itself: when, where and by what it was taken. Owned by this.
+    /// The movie's tags: when, where and by which device it was taken. Owned by this.
     const AVDictionary* metadata() const { return context_->metadata; }
 
     /// Goes to the last sync sample whose decode time is at or before `ticks`, else to the first one.

@@ -56,7 +56,7 @@ using Resampler = std::unique_ptr<SwrContext, Deleter<swr_free>>;
 using Scaler = std::unique_ptr<SwsContext, ScalerDeleter>;
 using AudioFifo = std::unique_ptr<AVAudioFifo, AudioFifoDeleter>;
 
-/// `object` where the library had memory for it; std::bad_alloc where it returned null.
+/// `object` as a handle. Throws std::bad_alloc if it is null, as the library had no memory for it.
 template <class Handle>
 Handle owned(typename Handle::pointer object) {
     if (object == nullptr) {

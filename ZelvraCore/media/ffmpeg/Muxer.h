@@ -38,7 +38,7 @@ struct SoundTrackFormat {
 };
 
 /// One sample on its way into a movie. Times are ticks of its track's timescale on the movie's timeline; what
-/// is to be presented before 0 (an encoder's warm-up) is hidden by the track's edit.
+/// would be presented before 0 (an encoder's warm-up) is hidden by the track's edit.
 struct CodedSample {
     std::span<const std::uint8_t> bytes; ///< of video: in the byte stream format
     std::int64_t presentationTime = 0;

@@ -13,14 +13,14 @@ namespace {
 /// No camera's picture is larger; a hostile header's may claim to be.
 constexpr std::int64_t mostPixels = std::int64_t{16384} * 8704;
 
-/// More pictures of reordering than any stream that is met in practice has. As the decoder is drained when
-/// the wanted picture is in, waiting for them costs nothing, while waiting for too few would lose pictures of
-/// streams that do not state their reordering.
+/// More pictures of reordering than streams have in practice. Waiting for them costs nothing, as the decoder
+/// is drained after the wanted picture. Waiting for too few would lose pictures of streams that do not state
+/// their reordering.
 constexpr int ampleReordering = 4;
 
-/// Whether HEVC's "not referenced" pictures are so for the whole stream: they are, where it has one temporal
-/// layer (`numTemporalLayers` of the configuration record, ISO/IEC 14496-15 clause 8.3.3.1). With more, they
-/// may be referred to from higher layers.
+/// Whether HEVC's "not referenced" pictures are unreferenced in the whole stream. They are if it has one
+/// temporal layer (`numTemporalLayers` of the configuration record, ISO/IEC 14496-15 clause 8.3.3.1). With
+/// more, higher layers may refer to them.
 bool hasOneTemporalLayer(const AVCodecParameters& parameters) {
     constexpr int layersOffset = 21;
     constexpr int recordSize = 23;
@@ -40,7 +40,7 @@ bool canSkipUnreferenced(const AVCodecParameters& parameters) {
     }
 }
 
-/// Each picture stands alone, so that a run is one picture.
+/// No picture depends on another, so a run is one picture.
 bool isIntraOnly(AVCodecID codec) {
     const AVCodecDescriptor* descriptor = avcodec_descriptor_get(codec);
     return descriptor != nullptr && (descriptor->props & AV_CODEC_PROP_INTRA_ONLY) != 0;
@@ -90,7 +90,7 @@ void PictureDecoder::send(const AVPacket& packet, bool needed) {
 
 void PictureDecoder::drain(bool recovered) {
     if (recovered) {
-        context_->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT; // the library's word for "not known to be right"
+        context_->flags |= AV_CODEC_FLAG_OUTPUT_CORRUPT; // the library's name for "not known to be right"
     }
     avcodec_send_packet(context_.get(), nullptr);
 }

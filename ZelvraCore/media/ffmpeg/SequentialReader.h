@@ -10,15 +10,15 @@
 
 namespace zelvra::media {
 
-/// Gives the pictures of one video track by their presentation times, which are asked for in ascending order.
-/// Decoding begins at the sync sample from which the first one comes out right. Pictures of a damaged stream
-/// that do not come out are replaced by the one before, else by the next. One thread at a time.
+/// Returns the pictures of one video track by their presentation times, called for in ascending order.
+/// Decoding begins at the sync sample from which the first one is decoded right. Pictures of a damaged stream
+/// that cannot be decoded are replaced by the one before, else by the next. One thread at a time.
 class SequentialReader {
 public:
     explicit SequentialReader(Demuxer& demuxer) : demuxer_(demuxer) {}
 
     /// The picture shown at `time`, in ticks of the track. Valid until the next call. Throws
-    /// MediaError::corrupt where no picture at all comes out.
+    /// MediaError::corrupt if no picture at all can be decoded.
     const AVFrame& pictureAt(std::int64_t time);
 
 private:

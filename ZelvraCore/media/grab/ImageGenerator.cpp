@@ -17,7 +17,7 @@ namespace {
 /// How much of a run is decoded.
 enum class Care {
     wantedOnly, ///< the wanted picture and what it depends on
-    everything, ///< also what may have to stand in for it
+    everything, ///< also pictures that may have to replace it
 };
 
 /// The best picture so far for a wanted time: that of the time itself, else the last before, else the first
@@ -97,8 +97,8 @@ std::optional<Run> decodeRun(Demuxer& demuxer, std::int64_t from, std::int64_t w
     return run;
 }
 
-/// Decodes from the sync sample before the wanted picture; where it does not come out (it leads its sync
-/// sample, or decoding recovers only later), from earlier ones.
+/// Decodes from the sync sample before the wanted picture. If that does not yield the picture (it leads its
+/// sync sample, or decoding recovers only later), decodes from earlier ones.
 Frame decodeAt(Demuxer& demuxer, std::int64_t wanted) {
     constexpr int mostRuns = 8;
     std::optional<std::int64_t> lastStart;

@@ -72,7 +72,7 @@ std::optional<ChromaFormat> chromaFormatOf(const AVPixFmtDescriptor& format) {
     }
 }
 
-/// Whether the chroma samples of the turned picture stand for the same pixels as those of the stored one.
+/// Whether the chroma samples of the turned picture cover the same pixels as those of the stored one.
 bool turnsNatively(const AVFrame& frame, ChromaFormat chroma, Orientation orientation) {
     if (chroma == ChromaFormat::monochrome || chroma == ChromaFormat::yuv444) {
         return true;
@@ -191,7 +191,7 @@ int turnedChromaLocation(int location, Orientation orientation) {
     if (orientation.isUpright()) {
         return location;
     }
-    // Where the sample lies in its square of two by two pixels: 0 = on the first, 1 = between, 2 = on the
+    // Where the sample is in its square of two by two pixels: 0 = on the first, 1 = between, 2 = on the
     // second, across and down. The codes are left, centre, top left, top, bottom left, bottom.
     struct Place {
         int across;

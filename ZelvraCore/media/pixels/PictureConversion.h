@@ -15,7 +15,7 @@
 
 namespace zelvra::media {
 
-/// What the frame says of its colours, unchanged (2 = nothing); R'G'B' formats are of full range.
+/// The frame's colour tags, unchanged (2 = unspecified); R'G'B' formats are of full range.
 ColorDescription colorOf(const AVFrame& frame);
 
 /// The same with the matrix by which the raster is read: the tagged one, or the usual guess.
@@ -26,7 +26,7 @@ ColorDescription colorAsRead(const AVFrame& frame);
 /// sampled, values are rounded to nearest. Throws MediaError::unsupported for formats that cannot be read.
 Image::Raster uprightRaster(const AVFrame& frame, int width, int height, Orientation orientation);
 
-/// The frame's planes turned upright. Null where they cannot be turned within their own format (4:2:2 by a
+/// The frame's planes turned upright. Null if they cannot be turned within their own format (4:2:2 by a
 /// quarter turn; an odd side that would be read from its far end), and for what is not planar Y'CbCr of
 /// 4:2:0, 4:2:2, 4:4:4 or luma alone.
 std::shared_ptr<const DecodedPicture> uprightPlanes(const AVFrame& frame, PixelAspect aspect,
@@ -36,8 +36,8 @@ std::shared_ptr<const DecodedPicture> uprightPlanes(const AVFrame& frame, PixelA
 /// description as it was tagged.
 Image uprightImage(const AVFrame& frame, const VideoFormat& format);
 
-/// The chroma sample location (as in ColorDescription) of a 4:2:0 picture after turning. Locations that no
-/// code exists for (at the right) become the nearest that has one.
+/// The chroma sample location (as in ColorDescription) of a 4:2:0 picture after turning. Locations without
+/// a code (at the right) become the nearest that has one.
 int turnedChromaLocation(int location, Orientation orientation);
 
 } // namespace zelvra::media

@@ -20,7 +20,7 @@ ZVError noBuffer(int errorNumber) {
 /// More than any picture takes.
 constexpr std::size_t mostBytes = std::size_t{1} << 36;
 
-/// Rows begin where vector instructions like them to.
+/// For vector instructions.
 constexpr std::size_t rowAlignment = 64;
 
 std::size_t alignedRow(int width) {

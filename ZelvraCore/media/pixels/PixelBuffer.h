@@ -9,8 +9,8 @@
 
 namespace zelvra::media {
 
-/// A picture of 32-bit pixels that lie in memory as blue, green, red and an unused byte: the form in which a
-/// raster is handed to an encoder. Rows may be padded. Copies share their pixels.
+/// A picture of 32-bit pixels, in memory as blue, green, red and an unused byte: the form in which an encoder
+/// takes a raster. Rows may be padded. Copies share their pixels.
 class PixelBuffer {
 public:
     static constexpr int bytesPerPixel = 4;

@@ -29,7 +29,7 @@ public:
         return true;
     }
 
-    /// Waits for a value. Nothing when the queue was closed and is empty.
+    /// Waits for a value. `nullopt` if the queue was closed and is empty.
     std::optional<Value> pop() {
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [&] { return closed_ || !values_.empty(); });

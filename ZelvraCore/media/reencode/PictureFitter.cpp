@@ -28,7 +28,7 @@ const AVPixFmtDescriptor& descriptorOf(int format) {
     return *descriptor;
 }
 
-/// The same samples without a word about their range, which the encoder is told otherwise.
+/// The same samples in a format that does not imply their range, which the encoder gets separately.
 AVPixelFormat plainFormat(int format) {
     switch (format) {
     case AV_PIX_FMT_YUVJ420P: return AV_PIX_FMT_YUV420P;
@@ -39,7 +39,7 @@ AVPixelFormat plainFormat(int format) {
     }
 }
 
-/// What every player of that codec plays: 4:2:0, in HEVC with 10 bits where the source has more than 8.
+/// What every player of that codec plays: 4:2:0, in HEVC with 10 bits if the source has more than 8.
 AVPixelFormat encoderFormat(int format, VideoCodec codec) {
     const bool deep = descriptorOf(format).comp[0].depth > 8 && codec == VideoCodec::hevc;
     return deep ? AV_PIX_FMT_YUV420P10 : AV_PIX_FMT_YUV420P;
@@ -83,7 +83,7 @@ Frame frameOf(const std::shared_ptr<const DecodedPicture>& picture, AVPixelForma
         const auto release = [](void* opaque, std::uint8_t*) {
             delete static_cast<std::shared_ptr<const DecodedPicture>*>(opaque);
         };
-        // Read-only for the encoder, though the type of its input does not say so.
+        // The encoder only reads it, although the type of its input is not const.
         auto* const bytes = const_cast<std::uint8_t*>(plane.bytes.data());
         frame->buf[i] =
             av_buffer_create(bytes, plane.bytes.size(), release, owner.get(), AV_BUFFER_FLAG_READONLY);
@@ -97,7 +97,7 @@ Frame frameOf(const std::shared_ptr<const DecodedPicture>& picture, AVPixelForma
     return frame;
 }
 
-/// A picture whose sides are one longer where they were odd.
+/// A picture whose odd sides are one longer.
 Frame padded(const AVFrame& picture, int width, int height) {
     const AVPixFmtDescriptor& descriptor = descriptorOf(picture.format);
     const auto format = static_cast<AVPixelFormat>(picture.format);

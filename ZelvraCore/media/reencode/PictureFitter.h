@@ -10,7 +10,7 @@
 
 namespace zelvra::media {
 
-/// The one form in which an encoder takes its pictures, and what they say of themselves.
+/// The one form in which an encoder takes its pictures, and their tags.
 struct EncoderPicture {
     AVPixelFormat format = AV_PIX_FMT_NONE;
     int width = 0; ///< even, as 4:2:0 has no other sizes
@@ -20,9 +20,9 @@ struct EncoderPicture {
 };
 
 /// Turns pictures upright and brings them to one format and size. A picture that fits already is passed on
-/// without a copy, one that only stands on its side is moved sample by sample; nothing else is touched but
-/// what must be: other chroma formats and depths are converted, other sizes scaled, an odd side is made even
-/// by repeating its last line. One thread at a time; throws MediaError::unsupported.
+/// without a copy, one that only needs turning is moved sample by sample. Only what must change is changed:
+/// other chroma formats and depths are converted, other sizes scaled, an odd side is made even by repeating
+/// its last line. One thread at a time; throws MediaError::unsupported.
 class PictureFitter {
 public:
     /// `orientation` is that of pictures like `first`. `aspect` is the shape of its pixels, not yet turned.

@@ -63,7 +63,7 @@ Moments momentsAt(const AVFrame& a, const AVFrame& b, int left, int top) {
     return moments;
 }
 
-/// Structural similarity (SSIM) of two pictures' luma over windows of 8 by 8 samples: 1 where they are alike.
+/// Structural similarity (SSIM) of two pictures' luma over windows of 8 by 8 samples: 1 if they are equal.
 double lumaSimilarity(const AVFrame& a, const AVFrame& b) {
     const AVPixFmtDescriptor* const format = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(a.format));
     const int depth = format->comp[0].depth;
@@ -150,7 +150,7 @@ private:
     int compared_ = 0;
 };
 
-/// The factor to take where `trialFactor` lost `loss` = 1 - similarity.
+/// The factor to use if `trialFactor` lost `loss` = 1 - similarity.
 double rateFactorForLoss(double trialFactor, double loss) {
     // Less than is allowed: the samples, of few pictures predicted from others, lose less than the rest.
     constexpr double wantedLoss = 0.0075;

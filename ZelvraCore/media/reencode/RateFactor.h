@@ -10,7 +10,7 @@
 
 namespace zelvra::media {
 
-/// A copy of the middle of a picture, large enough to tell how hard it is to encode.
+/// A copy of the middle of a picture, large enough to show how hard it is to encode.
 Frame middleOf(const AVFrame& picture);
 
 /// The constant rate factor that an encoder needs so that pictures like `samples` keep a luma similarity of

@@ -16,14 +16,14 @@ namespace zelvra::media {
 /// Encodes a movie through libavcodec at a constant quality, at a speed that an export can wait for. Groups
 /// of pictures are closed and two seconds long.
 ///
-/// The encoder counts pictures and knows nothing of their times, so that variable rates cost it nothing; the
+/// The encoder counts pictures and does not know their times, so variable rates need no extra pictures; the
 /// caller keeps the times. One thread at a time; the encoder runs threads of its own. Throws MediaError.
 class VideoEncoder {
 public:
     struct Sample {
         std::vector<std::uint8_t> bytes;    ///< in the byte stream format
         std::int64_t presentationIndex = 0; ///< counts pictures as they went in
-        std::int64_t decodeIndex = 0; ///< one more each time; begins below 0 where pictures are reordered
+        std::int64_t decodeIndex = 0;       ///< one more each time; begins below 0 if pictures are reordered
         bool sync = false;
     };
 
@@ -36,9 +36,9 @@ public:
 
     /// Takes the next picture, which has the encoder's form.
     void send(AVFrame& picture);
-    /// Says that no more come.
+    /// Call after the last picture.
     void finish();
-    /// What is ready by now, in decode order.
+    /// The next sample in decode order; `nullopt` if none is ready.
     std::optional<Sample> receive();
 
 private:

@@ -63,7 +63,7 @@ public:
         return read;
     }
 
-    /// What a packet decodes to; null where the decoder refuses it or waits for more.
+    /// What a packet decodes to; null if the decoder refuses it or waits for more.
     const AVFrame* decode(const AVPacket& packet) {
         av_frame_unref(frame_.get());
         const bool decoded = avcodec_send_packet(decoder_.get(), &packet) >= 0 &&
@@ -120,7 +120,7 @@ Frame silentFrame(const AVCodecContext& encoder) {
     return frame;
 }
 
-/// An encoder with the settings that the decoder has found in the stream; null where there is none such.
+/// An encoder with the settings that the decoder has found in the stream; null if there is none.
 CodecContext encoderLike(const TrackDecoder& track) {
     const AVCodecContext& decoder = track.context();
     const AVCodec* codec = avcodec_find_encoder(decoder.codec_id);

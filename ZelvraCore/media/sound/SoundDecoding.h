@@ -11,11 +11,11 @@
 
 namespace zelvra::media {
 
-/// The movie's sound track: the first enabled one, else the first. Throws MediaError::unsupported where it
+/// The movie's sound track: the first enabled one, else the first. Throws MediaError::unsupported if it
 /// has none.
 std::uint32_t soundTrackId(const Asset& movie);
 
-/// A decoder for the stream. Throws MediaError::unsupported where there is none, naming `name`.
+/// A decoder for the stream. Throws MediaError::unsupported if there is none, naming `name`.
 CodecContext openSoundDecoder(const AVStream& stream, const std::string& name);
 
 } // namespace zelvra::media

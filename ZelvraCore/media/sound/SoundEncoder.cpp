@@ -35,7 +35,7 @@ int encodedRate(int sourceRate) {
     return *std::lower_bound(aacRates.begin(), aacRates.end(), sourceRate);
 }
 
-/// AAC has one pair of surrounds and does not say whether it is at the side or at the back.
+/// AAC has one pair of surrounds and does not state whether it is at the side or at the back.
 std::uint64_t surroundsAtTheBack(std::uint64_t speakers) {
     constexpr std::uint64_t side = AV_CH_SIDE_LEFT | AV_CH_SIDE_RIGHT;
     constexpr std::uint64_t back = AV_CH_BACK_LEFT | AV_CH_BACK_RIGHT;

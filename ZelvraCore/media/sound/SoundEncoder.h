@@ -21,7 +21,7 @@ struct SoundPacket {
 /// Encodes the sound of a finished movie as AAC-LC (ISO/IEC 14496-3), 128 kb/s a channel where the rate of
 /// the samples allows so much.
 ///
-/// The source's rate is kept where AAC has it, otherwise the next one that AAC has is used. Up to six
+/// The source's rate is kept if AAC has it, otherwise the next one that AAC has is used. Up to six
 /// channels are kept (mono, stereo, 3.0, 4.0, 5.0, 5.1); more are mixed down to 5.1, which every player has.
 ///
 /// Pulls from its renderer as packets are asked for. Any thread, one at a time.
@@ -47,7 +47,7 @@ public:
     /// Frames of sound after the priming: an edit's duration.
     std::int64_t totalFrames() const;
 
-    /// The next packet; nothing after the last. Together the packets last at least `priming() +
+    /// The next packet; `nullopt` after the last. Together the packets last at least `priming() +
     /// totalFrames()`. Throws as SoundRenderer::read does.
     std::optional<SoundPacket> next();
 

@@ -24,7 +24,7 @@ constexpr double settlingSeconds = 0.25;
 /// Up to here, decoding on is cheaper than seeking.
 constexpr int skippedSeconds = 2;
 
-/// A stream whose beginning cannot be decoded is taken for what the index says it is.
+/// If its beginning cannot be decoded, the index determines the format.
 constexpr int packetsTriedForFormat = 64;
 
 SoundFormat formatOf(int sampleRate, const AVChannelLayout& layout) {
@@ -41,7 +41,7 @@ SoundReader::SoundReader(Asset movie)
     findFormat();
 }
 
-/// Only the coded stream tells the rate: band replication doubles it without a word in the index.
+/// Only the coded stream shows the rate: band replication doubles it, and the index does not mention it.
 void SoundReader::findFormat() {
     bool decoded = receiveFrame();
     for (int packets = 0; !decoded && !inputEnded_ && packets < packetsTriedForFormat; ++packets) {

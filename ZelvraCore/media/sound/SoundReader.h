@@ -17,8 +17,8 @@ namespace zelvra::media {
 /// Any stretch of a movie's first sound track as interleaved float samples, addressed by frame on the movie's
 /// presentation timeline. Used by SoundRenderer.
 ///
-/// Reading on decodes on; reading elsewhere seeks, with enough decoded before it that the decoder has
-/// settled. One thread at a time.
+/// Reading on continues decoding. Reading elsewhere seeks, and decodes enough before the place that the
+/// decoder has settled. One thread at a time.
 class SoundReader {
 public:
     /// Throws as SoundRenderer's constructor does.
@@ -26,7 +26,7 @@ public:
 
     const SoundFormat& format() const { return format_; }
 
-    /// Fills `samples` (whole frames) with the sound from `firstFrame` on; silence where the track has none.
+    /// Fills `samples` (whole frames) with the sound from `firstFrame` on; silence if the track has none.
     void read(std::int64_t firstFrame, std::span<float> samples);
 
 private:

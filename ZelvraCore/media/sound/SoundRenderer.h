@@ -19,8 +19,8 @@ struct SoundFormat {
     int sampleRate = 0; ///< frames a second
     int channels = 0;
     /// The speakers, one bit each in the order of the channels (bit 0 front left, 1 front right, 2 centre, 3
-    /// low frequency, 4 and 5 back left and right, 9 and 10 side left and right ...); 0 where the source does
-    /// not say.
+    /// low frequency, 4 and 5 back left and right, 9 and 10 side left and right ...); 0 if the source does
+    /// not state it.
     std::uint64_t speakers = 0;
 
     bool operator==(const SoundFormat&) const = default;
@@ -32,7 +32,7 @@ struct SoundFormat {
 /// Exists for every export that encodes its sound anew. Rate and channels stay the source's. A piece begins
 /// at the frame nearest to the sum of the pieces before it, so that nothing drifts however many there are.
 /// What the source presents is heard where it presents it, as libavformat does by default: edits applied, the
-/// encoder's priming removed. Where the track holds nothing (before it starts, in a gap, after its end) there
+/// encoder's priming removed. If the track has no sound (before it starts, in a gap, after its end) there
 /// is silence.
 ///
 /// It decodes as it is read and holds a few packets, whatever the movie's length. Any thread, one

@@ -23,7 +23,7 @@ bitstream::Bytes byteStreamOf(const NalUnits& nals);
 class RepeatedPicture {
 public:
     /// `picture` is encoded with the parameter sets, has one reference, the picture before, and is a
-    /// reference itself. Throws BitstreamError where its headers cannot be read.
+    /// reference itself. Throws BitstreamError if its headers cannot be read.
     RepeatedPicture(VideoCodec codec, const NalUnits& parameterSets, NalUnits picture);
 
     /// The picture that is the `place`-th after a sync picture, 1 being right after it. Its order count steps

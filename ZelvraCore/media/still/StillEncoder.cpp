@@ -44,7 +44,7 @@ StillEncoder::CodedPicture StillEncoder::encodeFirst(int quantiser) {
 }
 
 NalUnits StillEncoder::encodeRepeat() {
-    // Given what it just made, and told to be coarse, the encoder finds nothing that is worth a bit.
+    // The encoder gets its own picture again with a coarse quantiser, so every block is skipped.
     const DecodedPicture last = copyOf(last_);
     const CodedPicture repeat = encode(last, false, repeatQuantiser());
     last_ = repeat.decoded;

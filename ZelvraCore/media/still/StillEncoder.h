@@ -17,7 +17,7 @@
 namespace zelvra::media {
 
 /// Encodes one picture so that it can be shown for any length of time: a sync picture, and one that repeats
-/// it and costs next to nothing. How coarsely the first is quantised is the caller's to try out; see
+/// it in a few bytes. The caller tries how coarsely the first can be quantised; see
 /// StillQuality.h. NAL units that are neither parameter sets nor slices are left out.
 ///
 /// One thread at a time. Failures of the encoder are thrown as ZVError::writerFailed.
@@ -35,7 +35,7 @@ public:
         NalUnits nals;
         PictureView decoded;
 
-        std::uint64_t byteCount() const; ///< each NAL unit behind a length of four bytes
+        std::uint64_t byteCount() const; ///< each NAL unit after a length of four bytes
     };
 
     StillEncoder(std::shared_ptr<const DecodedPicture> picture, const CodedPictureFormat& format);
@@ -45,7 +45,7 @@ public:
 
     /// The greatest quantiser; the least is 0. Each step is about 12 % coarser.
     virtual int greatestQuantiser() const = 0;
-    /// One at which a picture that is given the one before finds nothing worth a bit.
+    /// At this one a picture that equals the one before is coded as skipped.
     virtual int repeatQuantiser() const { return greatestQuantiser(); }
     virtual NalUnits parameterSets() = 0;
 
@@ -70,7 +70,7 @@ private:
 
 /// The format in which an encoder of `codec` takes `picture`: as in `encoding`, else as close to the picture
 /// as the encoder offers. Sizes that the chroma format does not divide are rounded up; H.264 and HEVC have no
-/// means to crop them away. Throws ZVError::writerFailed where the picture does not fit `encoding`.
+/// means to crop them away. Throws ZVError::writerFailed if the picture does not fit `encoding`.
 CodedPictureFormat codedFormat(const DecodedPicture& picture, VideoCodec codec,
                                const FreezeEncoding& encoding);
 

@@ -285,7 +285,7 @@ DecodedPicture blankPicture(const Image& image) {
     return picture;
 }
 
-/// Along one axis: which sample of a plane stands at each place of a coded plane.
+/// Along one axis: which sample of a plane is at each place of a coded plane.
 std::vector<int> sourcePositions(int codedLuma, int codedShared, int margin, int shared, int samples) {
     std::vector<int> positions(static_cast<std::size_t>(divideRoundingUp(codedLuma, codedShared)));
     for (int i = 0; i < static_cast<int>(positions.size()); ++i) {

@@ -17,8 +17,9 @@ namespace zelvra::media {
 /// around it. Pure functions of pixels; any thread.
 struct StillPicture {
     std::shared_ptr<const DecodedPicture> picture;
-    /// Not zero where a luma sample comes from the raster, which a decoder never gave; picture->width *
-    /// picture->height bytes, or empty where all samples are alike.
+    /// Not zero for each luma sample that is made from the raster instead of a decoder's planes;
+    /// picture->width
+    /// * picture->height bytes, or empty if all samples are of one kind.
     std::vector<std::uint8_t> drawn;
 };
 

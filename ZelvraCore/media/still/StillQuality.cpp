@@ -35,7 +35,7 @@ private:
 };
 
 int greatestGoodQuantiser(const StillGoal& goal, Trials& trials) {
-    int good = goal.leastQuantiser; // taken, good or not, where nothing above it is good
+    int good = goal.leastQuantiser; // used, good or not, if nothing above it is good
     int bad = goal.greatestQuantiser + 1;
     int next = std::clamp(usualQuantiser, good, goal.greatestQuantiser);
     while (bad - good > 1) {

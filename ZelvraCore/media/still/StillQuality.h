@@ -17,7 +17,7 @@ namespace zelvra::media {
 
 /// What came of one quantiser.
 struct StillTrial {
-    double lumaPsnr = 0;       ///< dB, against the decoded source; infinite where exact
+    double lumaPsnr = 0;       ///< dB, against the decoded source; infinite if exact
     double meanDifference = 0; ///< of the plane whose mean is off most, in code values of 8 bits
     std::uint64_t bytes = 0;
 };
@@ -34,8 +34,8 @@ struct StillGoal {
     }
 };
 
-/// The greatest quantiser that is good enough, the least where none is; where that has too many bytes, the
-/// least that has not, the greatest where all have. Both fall with the quantiser.
+/// The greatest quantiser that is good enough, the least if none is. If its picture has too many bytes, the
+/// least quantiser whose picture has not, the greatest if all have. Quality and size fall with the quantiser.
 int chooseQuantiser(const StillGoal& goal, const std::function<StillTrial(int)>& trial);
 
 /// Compares what a decoder will show with the source, within the visible frame and where nothing was drawn.

@@ -61,7 +61,7 @@ void makePlain(x264_param_t& param) {
     param.i_scenecut_threshold = 0;
     param.i_slice_count = 1;
     param.b_repeat_headers = 0;
-    param.b_annexb = 0; // each NAL unit behind its length
+    param.b_annexb = 0; // each NAL unit after its length
     param.b_aud = 0;
     param.i_nal_hrd = X264_NAL_HRD_NONE;
     param.b_vfr_input = 0; // would hold every picture back until the next one comes
@@ -185,7 +185,7 @@ private:
         input.img.i_csp = colourSpace(format());
         for (const DecodedPicture::Plane& plane : picture.planes) {
             if (!plane.bytes.empty()) {
-                // The library only reads, though its type does not say so.
+                // The library only reads it, although its type is not const.
                 input.img.plane[input.img.i_plane] = const_cast<std::uint8_t*>(plane.bytes.data());
                 input.img.i_stride[input.img.i_plane] = static_cast<int>(plane.stride);
                 ++input.img.i_plane;

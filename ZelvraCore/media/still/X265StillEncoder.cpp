@@ -37,7 +37,7 @@ void makePlain(x265_param& param) {
     param.rc.aqMode = X265_AQ_NONE;
     param.rc.cuTree = 0;
     param.bRepeatHeaders = 0;
-    param.bAnnexB = 0; // each NAL unit behind its length
+    param.bAnnexB = 0; // each NAL unit after its length
     param.bEnableTemporalMvp = 0;
     param.bEnableAccessUnitDelimiters = 0;
     param.bEmitInfoSEI = 0;
@@ -126,7 +126,7 @@ private:
     CodedPicture encode(const DecodedPicture& picture, bool sync, int quantiser) override {
         library_->picture_init(param_.get(), input_.get());
         for (std::size_t i = 0; i < picture.planes.size(); ++i) {
-            // The library only reads, though its type does not say so.
+            // The library only reads it, although its type is not const.
             input_->planes[i] = const_cast<std::uint8_t*>(picture.planes.at(i).bytes.data());
             input_->stride[i] = static_cast<int>(picture.planes.at(i).stride);
         }

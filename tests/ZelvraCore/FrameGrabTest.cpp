@@ -49,7 +49,7 @@ void expectPlayersPictures(const std::filesystem::path& file) {
 
 class FrameGrab : public testing::TestWithParam<NamedMovie> {};
 
-TEST_P(FrameGrab, GivesThePictureThatAPlayerShows) {
+TEST_P(FrameGrab, ReturnsThePictureThatAPlayerShows) {
     expectPlayersPictures(movieFile(GetParam().movie));
 }
 
@@ -103,7 +103,7 @@ INSTANTIATE_TEST_SUITE_P(
         NamedMovie{"long pixels", {.pixelAspect = "4/3", .orientation = Orientation::quarterTurn}}));
 
 /// `ffmpeg -c copy` cuts as phones trim: whole groups are kept, an edit list hides what is too much.
-TEST(FrameGrabOfCopies, GivesThePictureThatAPlayerShows) {
+TEST(FrameGrabOfCopies, ReturnsThePictureThatAPlayerShows) {
     const TemporaryFolder folder;
     for (const char* start : {"0.5", "1.23"}) {
         const auto copy = folder / (std::string(start) + ".mp4");

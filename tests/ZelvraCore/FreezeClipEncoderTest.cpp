@@ -201,7 +201,7 @@ TEST(FreezeClipFile, ShowsAnImageThatNoDecoderMade) {
     EXPECT_NEAR(clip.frames.at(0).back(), 240, 1);
 }
 
-TEST(FreezeClipFile, ReplacesWhatIsThereAndLeavesNothingBehindWhenItFails) {
+TEST(FreezeClipFile, ReplacesAnExistingFileAndLeavesNoneOnFailure) {
     const TemporaryFolder folder;
     const Image image = imageOf(texturedPicture(64, 48));
     std::ofstream(folder / "clip.mov") << "left over";

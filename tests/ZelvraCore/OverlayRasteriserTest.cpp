@@ -74,7 +74,7 @@ struct Drawn {
 };
 
 /// Every pixel well inside the line has the line's colour, every pixel well outside is untouched byte for
-/// byte, and coverage tells the two apart.
+/// byte, and coverage distinguishes the two.
 void expectFigure(const HighlightShape& shape, int width, int height) {
     const Image before = noisyPicture(width, height);
     const Drawn drawn{before, drawShape(before, shape)};
@@ -132,7 +132,7 @@ INSTANTIATE_TEST_SUITE_P(
         Figure{"arrow upwards in portrait", shapeOf(arrow, {.5, .9}, {.4, .1}, .02), 101, 203},
         Figure{"arrow without length", shapeOf(arrow, {.5, .5}, {.5, .5}, .05)}));
 
-TEST(DrawShape, RectangleDoesNotCareWhichCornersAreGiven) {
+TEST(DrawShape, RectangleIsTheSameFromAnyTwoOppositeCorners) {
     const Image picture = noisyPicture(160, 90);
     EXPECT_EQ(drawShape(picture, shapeOf(rectangle, {.8, .7}, {.2, .3}, .05)).raster().rgba,
               drawShape(picture, shapeOf(rectangle, {.2, .3}, {.8, .7}, .05)).raster().rgba);

@@ -14,7 +14,7 @@
 namespace zelvra::test {
 namespace {
 
-TEST(SourceProbe, TellsTheFactsOfAPlainMovie) {
+TEST(SourceProbe, ReportsTheFactsOfAPlainMovie) {
     const SourceInfo info = loadSourceInfo(
         movieFile({.rate = 30000, .ratePer = 1001, .sound = SoundCodec::aac, .soundSeconds = 1}));
     EXPECT_EQ(info.naturalSize, (Size{320, 180}));
@@ -28,7 +28,7 @@ TEST(SourceProbe, TellsTheFactsOfAPlainMovie) {
     EXPECT_EQ(info.videoCodec, fourCharCode("avc1"));
 }
 
-TEST(SourceProbe, GivesTheSampleEntryAsStored) {
+TEST(SourceProbe, ReportsTheSampleEntryAsStored) {
     EXPECT_EQ(loadSourceInfo(movieFile({.codec = MovieCodec::hevc})).videoCodec, fourCharCode("hvc1"));
     EXPECT_EQ(loadSourceInfo(movieFile({.codec = MovieCodec::mpeg4})).videoCodec, fourCharCode("mp4v"));
     EXPECT_FALSE(loadSourceInfo(movieFile({.codec = MovieCodec::mpeg4})).hasAudio);

@@ -2,13 +2,13 @@
 
 #include "ZelvraCore/passthrough/file/ChunkLayout.h"
 
+#include "ZelvraCore/records/WideInteger.h"
+
 #include <optional>
 
 namespace zelvra::passthrough {
 
 namespace {
-
-__extension__ using Wide = __int128;
 
 /// Gives the movie's samples one by one, in the order of the file.
 class FileOrder {
@@ -52,15 +52,15 @@ private:
     }
 
     /// The decode time of a track's next sample, in ticks of both tracks' timescales multiplied.
-    Wide time(std::size_t track, std::size_t other) const {
-        return Wide{upcoming(track).decodeTime} * movie_.tracks[other].timescale;
+    WideInteger time(std::size_t track, std::size_t other) const {
+        return WideInteger{upcoming(track).decodeTime} * movie_.tracks[other].timescale;
     }
 
     bool isBefore(std::size_t a, std::size_t b) const { return time(a, b) < time(b, a); }
 
     /// By more than half a second.
     bool isFarAhead(std::size_t a, std::size_t b) const {
-        const Wide second = Wide{movie_.tracks[a].timescale} * movie_.tracks[b].timescale;
+        const WideInteger second = WideInteger{movie_.tracks[a].timescale} * movie_.tracks[b].timescale;
         return 2 * (time(a, b) - time(b, a)) > second;
     }
 

@@ -5,6 +5,7 @@
 #include "ZelvraCore/isobmff/Boxes.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"
 #include "ZelvraCore/records/MediaError.h"
+#include "ZelvraCore/records/WideInteger.h"
 
 #include <numeric>
 #include <string_view>
@@ -51,10 +52,8 @@ std::uint32_t countFileSamples(const OutputTrack& track) {
 }
 
 std::uint64_t durationInMovie(const OutputTrack& track, std::uint32_t timescale) {
-    __extension__ using Wide = unsigned __int128;
-    return static_cast<std::uint64_t>(
-        (Wide{static_cast<std::uint64_t>(track.editDuration)} * timescale * 2 + track.timescale) /
-        (Wide{track.timescale} * 2));
+    return static_cast<std::uint64_t>((WideInteger{track.editDuration} * timescale * 2 + track.timescale) /
+                                      (WideInteger{track.timescale} * 2));
 }
 
 std::vector<std::uint8_t> bytesOf(std::string_view text) {

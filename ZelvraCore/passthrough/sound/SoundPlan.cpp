@@ -4,6 +4,7 @@
 
 #include "ZelvraCore/passthrough/CannotPassThrough.h"
 #include "ZelvraCore/records/MediaError.h"
+#include "ZelvraCore/records/WideInteger.h"
 
 #include <algorithm>
 #include <limits>
@@ -33,22 +34,20 @@ public:
 
     /// Ticks that many packets last, to the nearest one.
     std::int64_t ticks(std::int64_t packets) const {
-        return static_cast<std::int64_t>((Wide{packets} * ticks_ + per_ / 2) / per_);
+        return static_cast<std::int64_t>((WideInteger{packets} * ticks_ + per_ / 2) / per_);
     }
     /// How many packets come nearest to that time, and how many fit, and how many cover it. `time` >= 0.
     std::int64_t nearest(std::int64_t time) const {
-        return static_cast<std::int64_t>((Wide{time} * per_ * 2 + ticks_) / (Wide{ticks_} * 2));
+        return static_cast<std::int64_t>((WideInteger{time} * per_ * 2 + ticks_) / (WideInteger{ticks_} * 2));
     }
     std::int64_t within(std::int64_t time) const {
-        return static_cast<std::int64_t>(Wide{time} * per_ / ticks_);
+        return static_cast<std::int64_t>(WideInteger{time} * per_ / ticks_);
     }
     std::int64_t covering(std::int64_t time) const {
-        return static_cast<std::int64_t>((Wide{time} * per_ + ticks_ - 1) / ticks_);
+        return static_cast<std::int64_t>((WideInteger{time} * per_ + ticks_ - 1) / ticks_);
     }
 
 private:
-    __extension__ using Wide = __int128;
-
     std::int64_t ticks_;
     std::int64_t per_;
 };

@@ -32,7 +32,7 @@ TEST(TypicalFrameDuration, KeepsTheTicksOfAConstantRate) {
     EXPECT_EQ(typical({1}, 30), 1);
 }
 
-TEST(TypicalFrameDuration, TakesTheUsualLengthWhereTicksAreCoarse) {
+TEST(TypicalFrameDuration, TakesTheUsualLengthIfTicksAreCoarse) {
     EXPECT_EQ(typical({33, 33, 34, 33, 33, 34}, 1000), 33);
     EXPECT_EQ(typical(repeated(2, 50) + repeated(3, 50), 600), 2); // 240 frames a second
 }

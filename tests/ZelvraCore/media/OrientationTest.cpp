@@ -62,7 +62,7 @@ TEST(Orientation, WalkReadsEachSampleWhereTheTransformPutsIt) {
     }
 }
 
-TEST(Orientation, TurnsWhereChromaWasSampled) {
+TEST(Orientation, TurnsTheChromaLocation) {
     using media::turnedChromaLocation;
     constexpr int left = 1, centre = 2, topLeft = 3, top = 4, bottomLeft = 5, bottom = 6;
     EXPECT_EQ(turnedChromaLocation(0, {}), 0);
@@ -81,7 +81,7 @@ TEST(VideoFormat, ScalesTheWidthToSquarePixels) {
     EXPECT_EQ(plausibleAspect(40, 33), (PixelAspect{40, 33}));
 }
 
-TEST(VideoFormat, GuessesTheMatrixBySizeOnlyWhereNoneIsStated) {
+TEST(VideoFormat, GuessesTheMatrixBySizeOnlyIfNoneIsStated) {
     EXPECT_EQ(matrixOrGuess(2, 720, 576), 6);
     EXPECT_EQ(matrixOrGuess(2, 1280, 544), 1);
     EXPECT_EQ(matrixOrGuess(2, 608, 1080), 1);

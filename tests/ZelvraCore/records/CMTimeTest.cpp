@@ -21,7 +21,7 @@ TEST(CMTime, AddsTimesOfDifferentTimescalesWithoutRounding) {
     EXPECT_EQ(sum.value, 920);
     EXPECT_EQ(sum.flags, CMTime::valid);
 
-    // 90 kHz against 44.1 kHz: three and a half hours of frames drift by nothing at all.
+    // 90 kHz against 44.1 kHz: three and a half hours of frames do not drift.
     CMTime clock = CMTime::zero();
     for (int i = 0; i < 100'000; ++i) {
         clock += CMTime(3003, 90'000);
@@ -30,7 +30,7 @@ TEST(CMTime, AddsTimesOfDifferentTimescalesWithoutRounding) {
     EXPECT_EQ(clock, CMTime(300'300'000, 90'000) - CMTime(100'000, 44'100));
 }
 
-TEST(CMTime, RoundsOnlyWhereNoCommonTimescaleFitsAndSaysSo) {
+TEST(CMTime, RoundsOnlyIfNoCommonTimescaleFitsAndMarksIt) {
     const CMTime a(1, 2'147'483'647); // prime, so no common timescale below 2^31
     const CMTime b(1, 2'147'483'629);
     const CMTime sum = a + b;

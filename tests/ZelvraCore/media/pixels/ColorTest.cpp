@@ -110,8 +110,8 @@ TEST(Color, ReadsGreyPackedAndOddSizedFormats) {
     expectColor(raster, {0.9, 0.2, 0.1}, 2.5);
 }
 
-/// Horizontal ramp of Cb in 4:2:0: where chroma was sampled moves it by half a pixel.
-TEST(Color, HonoursWhereChromaWasSampled) {
+/// Horizontal ramp of Cb in 4:2:0: the chroma location moves it by half a pixel.
+TEST(Color, HonoursTheChromaLocation) {
     const auto blueAt = [](AVChromaLocation location) {
         const Frame frame = flatFrame(AV_PIX_FMT_YUV420P, {126, 128, 128}, 8, 64, 16);
         frame->chroma_location = location;
@@ -128,7 +128,7 @@ TEST(Color, HonoursWhereChromaWasSampled) {
     EXPECT_NEAR(blueAt(AVCHROMA_LOC_LEFT), (110 / 219.0) * 255, 1.1);
 }
 
-TEST(DecodedPlanes, AreTurnedWithoutChangeWhereTheirFormatAllows) {
+TEST(DecodedPlanes, AreTurnedWithoutChangeIfTheirFormatAllows) {
     const Frame frame = flatFrame(AV_PIX_FMT_YUV420P10, {600, 400, 500}, 10, 32, 16);
     reinterpret_cast<std::uint16_t*>(frame->data[0])[31] = 1000; // upper right
     const auto picture = uprightPlanes(*frame, {4, 3}, {false, 1});

@@ -59,7 +59,7 @@ TEST(SoundRenderer, ResumesAfterEachOfAThousandFreezesAtTheSampleWhereItStopped)
     }
 }
 
-TEST(SoundRenderer, PlacesCodedSoundWhereItsEditsSay) {
+TEST(SoundRenderer, PlacesCodedSoundByItsEdits) {
     const auto file =
         movieFile({.frames = 150, .sound = SoundCodec::aac, .soundDelay = 0.5, .soundSeconds = 3});
     const std::vector<float> source = numberedSound(3 * rate, rate);

@@ -13,7 +13,7 @@ namespace {
 
 using namespace media;
 
-TEST(StillPicture, IsTheDecodersOwnWhereNothingWasDrawn) {
+TEST(StillPicture, IsTheDecodersOwnIfNothingWasDrawn) {
     const Image image = imageOf(texturedPicture(64, 48));
     EXPECT_EQ(stillPicture(image).picture.get(), image.decoded());
     EXPECT_TRUE(stillPicture(image).drawn.empty());

@@ -83,7 +83,7 @@ DecodedClip decodeClip(const std::filesystem::path& movie) {
 }
 
 std::string pixelFormatName(const DecodedPicture& picture) {
-    // It gives out monochrome H.264 with chroma planes of 128.
+    // It outputs monochrome H.264 with chroma planes of 128.
     const std::array<const char*, 4> names{"420p", "420p", "422p", "444p"};
     return std::string(picture.color.fullRange ? "yuvj" : "yuv") +
            names.at(static_cast<std::size_t>(picture.chroma)) +

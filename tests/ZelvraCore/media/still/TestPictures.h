@@ -13,7 +13,7 @@
 
 namespace zelvra::test {
 
-/// A picture as a decoder gives it: soft shapes with some grain, so that it is coded with effort.
+/// A picture as a decoder outputs it: soft shapes with some grain, so that it is not trivial to code.
 DecodedPicture texturedPicture(int width, int height, ChromaFormat chroma = ChromaFormat::yuv420,
                                int bitDepth = 8);
 

@@ -12,7 +12,7 @@ pkg_check_modules(ZIMG REQUIRED IMPORTED_TARGET zimg)
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
 
 # The application
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Concurrent DBus Qml Quick QuickControls2 Svg)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Concurrent DBus LinguistTools Qml Quick QuickControls2 Svg)
 # What newer versions of Qt do by default, once they know of it.
 if(Qt6_VERSION VERSION_GREATER_EQUAL 6.5)
     qt_policy(SET QTP0001 NEW) # QML modules are below one prefix; ours name theirs

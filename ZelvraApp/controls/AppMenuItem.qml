@@ -13,7 +13,7 @@ T.MenuItem {
     readonly property bool chosen: item.highlighted && item.enabled
     readonly property color ink: item.chosen ? Theme.accentInk : Theme.primary
     readonly property color paleInk: item.chosen ? Theme.accentInk : Theme.tertiary
-    readonly property string keys: item.action?.shortcut ?? ""
+    readonly property string keys: (item.action?.shortcut ?? "").replace("Ctrl+", qsTr("Ctrl+")).replace("Shift+", qsTr("Shift+"))
 
     implicitWidth: Math.min(row.implicitWidth + leftPadding + rightPadding, Theme.menuItemWidest)
     implicitHeight: 27

@@ -16,7 +16,7 @@ Item {
     opacity: 0
     visible: opacity > 0
     Accessible.role: Accessible.Animation
-    Accessible.name: "Busy"
+    Accessible.name: qsTr("Busy")
     states: State {
         name: "shown"
         when: spinner.running

@@ -30,8 +30,7 @@ void IdleInhibitor::hold(bool held) {
     QDBusMessage inhibit = QDBusMessage::createMethodCall(
         portal, QStringLiteral("/org/freedesktop/portal/desktop"),
         QStringLiteral("org.freedesktop.portal.Inhibit"), QStringLiteral("Inhibit"));
-    inhibit << QString() << idle
-            << QVariantMap{{QStringLiteral("reason"), QStringLiteral("A movie is playing")}};
+    inhibit << QString() << idle << QVariantMap{{QStringLiteral("reason"), tr("A movie is playing")}};
     auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(inhibit), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         const QDBusPendingReply<QDBusObjectPath> reply = *watcher;
@@ -64,7 +63,7 @@ void SleepInhibitor::hold(bool held) {
     QDBusMessage inhibit = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
         QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));
-    inhibit << QStringLiteral("sleep") << QStringLiteral("Zelvra") << QStringLiteral("A movie is exported")
+    inhibit << QStringLiteral("sleep") << QStringLiteral("Zelvra") << tr("A movie is exported")
             << QStringLiteral("block");
     auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(inhibit), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {

@@ -18,7 +18,7 @@ AppState::AppState(PreferenceStore& preferences, const ShellServices& services, 
     connect(&previewTimer_, &QTimer::timeout, this, &AppState::endHighlightPreview);
     connect(player_.get(), &Player::periodicTime, this, &AppState::observePlaybackTime);
     connect(player_.get(), &Player::itemFailed, this,
-            [this](const QString& reason) { setErrorMessage(QStringLiteral("Failed to load: ") + reason); });
+            [this](const QString& reason) { setErrorMessage(tr("Failed to load: %1").arg(reason)); });
     // Queued, so that a write of several preferences is complete when the session reads them.
     connect(&preferences_, &PreferenceStore::changed, this, &AppState::savedDefaultsMayHaveChanged,
             Qt::QueuedConnection);

@@ -299,7 +299,9 @@ private:
     struct ExportJob;
     QCoro::Task<> exportSingleClip();
     QCoro::Task<> exportMarkedClips();
-    bool prepareOutputs(const std::vector<std::filesystem::path>& outputs, const QString& refusal);
+    bool prepareOutputs(const std::vector<std::filesystem::path>& outputs, bool ofClips);
+    static QString exportFailure(const QString& cause);
+    static QString clipFailure(std::size_t index, const QString& cause);
     void beginExporting();
     void finishExporting(std::filesystem::path lastFile);
     void failExporting(const QString& line);

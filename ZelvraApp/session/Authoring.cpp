@@ -59,7 +59,7 @@ QCoro::Task<std::optional<Image>> AppState::grabFrame(std::shared_ptr<const Asse
         Image frame = co_await grabbing;
         co_return frame;
     } catch (const std::exception& error) {
-        failure = QStringLiteral("Frame extraction failed: ") + QString::fromUtf8(error.what());
+        failure = tr("Frame extraction failed: %1").arg(QString::fromUtf8(error.what()));
     }
     if (self) {
         setErrorMessage(failure);

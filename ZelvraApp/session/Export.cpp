@@ -41,7 +41,7 @@ QCoro::Task<> AppState::exportSingleClip() {
                   .highlights = highlights_,
                   .range = trimRange_,
                   .output = location.resolveOutputURL(*videoFile_)};
-    if (!prepareOutputs({job.output}, QStringLiteral("Export failed: "))) {
+    if (!prepareOutputs({job.output}, false)) {
         co_return;
     }
     beginExporting();
@@ -52,7 +52,7 @@ QCoro::Task<> AppState::exportSingleClip() {
         QCoro::Task<std::filesystem::path> rendering = render(std::move(job));
         written = co_await rendering;
     } catch (const std::exception& error) {
-        failure = QStringLiteral("Export failed: ") + QString::fromUtf8(error.what());
+        failure = exportFailure(QString::fromUtf8(error.what()));
     }
     if (!self) {
         co_return;
@@ -72,7 +72,7 @@ QCoro::Task<> AppState::exportMarkedClips() {
     for (int number = 1; number <= static_cast<int>(clips.size()); ++number) {
         outputs.push_back(location.resolveOutputURL(*videoFile_, number));
     }
-    if (!prepareOutputs(outputs, QStringLiteral("Clip %1 failed: "))) {
+    if (!prepareOutputs(outputs, true)) {
         co_return;
     }
     beginExporting();
@@ -91,7 +91,7 @@ QCoro::Task<> AppState::exportMarkedClips() {
             QCoro::Task<std::filesystem::path> rendering = render(std::move(job));
             written = co_await rendering;
         } catch (const std::exception& error) {
-            failure = QStringLiteral("Clip %1 failed: ").arg(k + 1) + QString::fromUtf8(error.what());
+            failure = clipFailure(k, QString::fromUtf8(error.what()));
         }
         if (!self) {
             co_return;
@@ -104,22 +104,28 @@ QCoro::Task<> AppState::exportMarkedClips() {
     finishExporting(std::move(written));
 }
 
+QString AppState::exportFailure(const QString& cause) {
+    return tr("Export failed: %1").arg(cause);
+}
+
+QString AppState::clipFailure(std::size_t index, const QString& cause) {
+    return tr("Clip %1 failed: %2").arg(QString::number(index + 1), cause);
+}
+
 /// Checks, before any file is touched, that no output is the source itself. Then makes the folder, which is
-/// the same for all outputs. An error message begins with `refusal`; if that has a "%1", the file's number
-/// replaces it.
-bool AppState::prepareOutputs(const std::vector<std::filesystem::path>& outputs, const QString& refusal) {
+/// the same for all outputs. With `ofClips`, an error message names the clip.
+bool AppState::prepareOutputs(const std::vector<std::filesystem::path>& outputs, bool ofClips) {
     for (std::size_t k = 0; k < outputs.size(); ++k) {
         if (const auto line = refusalOfOutput(*videoFile_, outputs[k])) {
-            const QString start = refusal.contains(QLatin1String("%1")) ? refusal.arg(k + 1) : refusal;
-            setErrorMessage(start + QString::fromStdString(*line));
+            const QString cause = QString::fromStdString(*line);
+            setErrorMessage(ofClips ? clipFailure(k, cause) : exportFailure(cause));
             return false;
         }
     }
     std::error_code error;
     std::filesystem::create_directories(outputs.front().parent_path(), error);
     if (error) {
-        setErrorMessage(QStringLiteral("Couldn't create output folder: ") +
-                        QString::fromStdString(error.message()));
+        setErrorMessage(tr("Couldn't create output folder: %1").arg(QString::fromStdString(error.message())));
         return false;
     }
     return true;

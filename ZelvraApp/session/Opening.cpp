@@ -74,8 +74,8 @@ void AppState::presentOpenVideoPanel() {
     if (!services_.openPanel) {
         return;
     }
-    const OpenPanelRequest request{OpenPanelRequest::Choice::movie, QStringLiteral("Open"),
-                                   QStringLiteral("Choose a video clip to annotate.")};
+    const OpenPanelRequest request{OpenPanelRequest::Choice::movie, tr("Open"),
+                                   tr("Choose a video clip to annotate.")};
     services_.openPanel->ask(request, [self = QPointer(this)](const std::filesystem::path& clip) {
         if (self) {
             letRun(self->load(clip));
@@ -87,8 +87,8 @@ void AppState::presentOpenFolderPanel() {
     if (!services_.openPanel) {
         return;
     }
-    const OpenPanelRequest request{OpenPanelRequest::Choice::folder, QStringLiteral("Open Folder"),
-                                   QStringLiteral("Choose a folder of clips to work through in order.")};
+    const OpenPanelRequest request{OpenPanelRequest::Choice::folder, tr("Open Folder"),
+                                   tr("Choose a folder of clips to work through in order.")};
     services_.openPanel->ask(request, [self = QPointer(this)](const std::filesystem::path& folder) {
         if (self) {
             letRun(self->loadFolder(folder));
@@ -141,7 +141,7 @@ QCoro::Task<> AppState::loadClip(std::filesystem::path clip) {
         QCoro::Task<OpenedMovie> opening = inBackground(std::move(open));
         movie = co_await opening;
     } catch (const std::exception& error) {
-        failure = QStringLiteral("Failed to load: ") + QString::fromUtf8(error.what());
+        failure = tr("Failed to load: %1").arg(QString::fromUtf8(error.what()));
     }
     if (!self) {
         co_return;
@@ -182,7 +182,7 @@ QCoro::Task<> AppState::loadFolder(std::filesystem::path folder) {
         co_return;
     }
     if (clips.empty()) {
-        setErrorMessage(QStringLiteral("No .mov/.mp4/.m4v files found in “%1”.").arg(nameOf(folder)));
+        setErrorMessage(tr("No .mov/.mp4/.m4v files found in “%1”.").arg(nameOf(folder)));
         co_return;
     }
     const std::filesystem::path first = clips.front();
@@ -196,8 +196,7 @@ QCoro::Task<> AppState::loadFolder(std::filesystem::path folder) {
 }
 
 QString AppState::queueLabel() const {
-    return clipQueue_.empty() ? QString()
-                              : QStringLiteral("%1 of %2").arg(queueIndex_ + 1).arg(clipQueue_.size());
+    return clipQueue_.empty() ? QString() : tr("%1 of %2").arg(queueIndex_ + 1).arg(clipQueue_.size());
 }
 
 QCoro::Task<> AppState::nextClip() {
@@ -247,8 +246,7 @@ QCoro::Task<> AppState::openOrForget(RecentItem item) {
     if (kind == FileKind::missing) {
         publish(recents_, forgetting(item.path, recents_), &AppState::recentsChanged);
         RecentItem::save(recents_, preferences_);
-        setErrorMessage(
-            QStringLiteral("“%1” can't be found. It may have been moved or deleted.").arg(nameOf(path)));
+        setErrorMessage(tr("“%1” can't be found. It may have been moved or deleted.").arg(nameOf(path)));
         co_return;
     }
     QCoro::Task<> opening = kind == FileKind::folder ? loadFolder(path) : load(path);

@@ -33,7 +33,7 @@ void Application::prepare() {
 }
 
 Application::Application(const Options& options)
-    : windowState_(options.windowState), preferences_(options.preferences) {
+    : translations_(options.languages), windowState_(options.windowState), preferences_(options.preferences) {
     OpenPanel* const openPanel = orElse<OpenPanel>(options.services.openPanel, panels_);
     state_ = std::make_unique<AppState>(
         preferences_, ShellServices{.openPanel = openPanel,

@@ -8,7 +8,9 @@
 #include "ZelvraApp/session/ShellServices.h"
 #include "ZelvraApp/shell/DesktopServices.h"
 #include "ZelvraApp/shell/Shell.h"
+#include "ZelvraApp/translations/Translations.h"
 
+#include <QLocale>
 #include <QQmlApplicationEngine>
 
 #include <filesystem>
@@ -26,6 +28,8 @@ public:
     struct Options {
         std::filesystem::path preferences = PreferenceStore::standardFile();
         std::filesystem::path windowState = WindowState::standardFile();
+        /// The user's languages, most wanted first.
+        QStringList languages = QLocale::system().uiLanguages();
         /// Used instead of the desktop's; the desktop's are used for null members.
         ShellServices services = {};
     };
@@ -53,6 +57,7 @@ private:
         Leaving* leaving = nullptr;
     };
 
+    Translations translations_;
     OpenPanels panels_{QDBusConnection::sessionBus()};
     DesktopServices desktop_;
     AskFirst askFirst_;

@@ -21,18 +21,18 @@ AppMenuBar {
     signal aboutAsked
 
     AppMenu {
-        title: "&File"
+        title: qsTr("&File")
 
         T.Action {
             objectName: "openVideoItem"
-            text: "Open Video…"
+            text: qsTr("Open Video…")
             shortcut: "Ctrl+O"
             enabled: bar.can.canAct
             onTriggered: bar.session.presentOpenVideoPanel()
         }
         T.Action {
             objectName: "openFolderItem"
-            text: "Open Folder of Clips…"
+            text: qsTr("Open Folder of Clips…")
             shortcut: "Ctrl+Shift+O"
             enabled: bar.can.canAct
             onTriggered: bar.session.presentOpenFolderPanel()
@@ -41,7 +41,7 @@ AppMenuBar {
             id: recents
 
             objectName: "openRecentMenu"
-            title: "Open Recent"
+            title: qsTr("Open Recent")
 
             Instantiator {
                 model: bar.session.recentRows
@@ -61,7 +61,7 @@ AppMenuBar {
             AppMenuSeparator {}
             T.Action {
                 objectName: "clearRecentsItem"
-                text: "Clear Menu"
+                text: qsTr("Clear Menu")
                 enabled: bar.can.canClearRecents
                 onTriggered: Qt.callLater(bar.session.clearRecents)
             }
@@ -69,7 +69,7 @@ AppMenuBar {
         AppMenuSeparator {}
         T.Action {
             objectName: "closeClipItem"
-            text: "Close Clip"
+            text: qsTr("Close Clip")
             shortcut: "Ctrl+W"
             enabled: bar.can.canCloseClip
             onTriggered: bar.session.requestCloseVideo()
@@ -85,25 +85,25 @@ AppMenuBar {
         AppMenuSeparator {}
         T.Action {
             objectName: "quitItem"
-            text: "Quit"
+            text: qsTr("Quit")
             shortcut: "Ctrl+Q"
             enabled: bar.can.canAct
             onTriggered: bar.shell.leaving.request()
         }
     }
     AppMenu {
-        title: "&Edit"
+        title: qsTr("&Edit")
 
         T.Action {
             objectName: "undoItem"
-            text: "Undo"
+            text: qsTr("Undo")
             shortcut: "Ctrl+Z"
             enabled: bar.can.canUndo
             onTriggered: bar.session.undo()
         }
         T.Action {
             objectName: "redoItem"
-            text: "Redo"
+            text: qsTr("Redo")
             shortcut: "Ctrl+Shift+Z"
             enabled: bar.can.canRedo
             onTriggered: bar.session.redo()
@@ -111,18 +111,18 @@ AppMenuBar {
         AppMenuSeparator {}
         T.Action {
             objectName: "settingsItem"
-            text: "Settings…"
+            text: qsTr("Settings…")
             shortcut: "Ctrl+,"
             enabled: bar.can.canAct
             onTriggered: bar.settingsAsked()
         }
     }
     AppMenu {
-        title: "&View"
+        title: qsTr("&View")
 
         T.Action {
             objectName: "previewItem"
-            text: "Preview Highlights During Playback"
+            text: qsTr("Preview Highlights During Playback")
             checkable: true
             checked: bar.shell.settings.previewEnabled
             enabled: bar.can.canAct
@@ -130,11 +130,11 @@ AppMenuBar {
         }
     }
     AppMenu {
-        title: "&Clip"
+        title: qsTr("&Clip")
 
         T.Action {
             objectName: "addHighlightItem"
-            text: "Add Highlight"
+            text: qsTr("Add Highlight")
             shortcut: "N"
             enabled: bar.can.canWorkOnClip
             onTriggered: bar.session.addHighlightAtCurrentTime()
@@ -142,27 +142,27 @@ AppMenuBar {
         AppMenuSeparator {}
         T.Action {
             objectName: "trimItem"
-            text: "Trim Clip…"
+            text: qsTr("Trim Clip…")
             shortcut: "Ctrl+Shift+T"
             enabled: bar.can.canWorkOnClip
             onTriggered: bar.session.beginTrim()
         }
         T.Action {
             objectName: "clearTrimItem"
-            text: "Clear Trim"
+            text: qsTr("Clear Trim")
             enabled: bar.can.canClearTrim
             onTriggered: bar.session.clearTrim()
         }
         T.Action {
             objectName: "startClipItem"
-            text: "Start Clip Here"
+            text: qsTr("Start Clip Here")
             shortcut: "I"
             enabled: bar.can.canWorkOnClip
             onTriggered: bar.session.markInPoint()
         }
         T.Action {
             objectName: "endClipItem"
-            text: "End Clip Here"
+            text: qsTr("End Clip Here")
             shortcut: "O"
             enabled: bar.can.canWorkOnClip
             onTriggered: bar.session.markOutPoint()
@@ -179,7 +179,7 @@ AppMenuBar {
             id: previousClip
 
             objectName: "previousClipItem"
-            text: "Previous Clip"
+            text: qsTr("Previous Clip")
             shortcut: "Ctrl+["
             enabled: bar.can.canGoToPreviousClip
             onTriggered: bar.session.previousClip()
@@ -188,27 +188,27 @@ AppMenuBar {
             id: nextClip
 
             objectName: "nextClipItem"
-            text: "Next Clip"
+            text: qsTr("Next Clip")
             shortcut: "Ctrl+]"
             enabled: bar.can.canGoToNextClip
             onTriggered: bar.session.nextClip()
         }
     }
     AppMenu {
-        title: "&Help"
+        title: qsTr("&Help")
 
         T.Action {
             id: help
 
             objectName: "helpItem"
-            text: "Zelvra Help"
+            text: qsTr("Zelvra Help")
             shortcut: "Ctrl+?"
             enabled: bar.can.canAct
             onTriggered: bar.helpAsked()
         }
         T.Action {
             objectName: "aboutItem"
-            text: "About Zelvra"
+            text: qsTr("About Zelvra")
             enabled: bar.can.canAct
             onTriggered: bar.aboutAsked()
         }

@@ -69,16 +69,16 @@ ApplicationWindow {
 
     Question {
         objectName: "leavingQuestion"
-        title: "Stop the export and quit?"
-        message: "The export is still running. Quitting stops it, and the unfinished movie is removed. Highlights and marked clips that haven't been exported yet are discarded."
+        title: qsTr("Stop the export and quit?")
+        message: qsTr("The export is still running. Quitting stops it, and the unfinished movie is removed. Highlights and marked clips that haven't been exported yet are discarded.")
         answers: [
             {
-                text: "Stop and Quit",
+                text: qsTr("Stop and Quit"),
                 role: "destructive",
                 action: () => window.shell.leaving.stopExportAndLeave()
             },
             {
-                text: "Keep Exporting",
+                text: qsTr("Keep Exporting"),
                 role: "cancel"
             }
         ]

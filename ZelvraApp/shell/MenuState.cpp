@@ -20,8 +20,8 @@ MenuState::MenuState(const Session& session, const Dialogs& dialogs, const Leavi
 }
 
 QString MenuState::exportTitle(std::size_t markedClips) {
-    return markedClips == 0 ? QStringLiteral("Export…")
-                            : QStringLiteral("Export %1 Marked Clips…").arg(markedClips);
+    return markedClips == 0 ? tr("Export…")
+                            : tr("Export %n Marked Clips…", nullptr, static_cast<int>(markedClips));
 }
 
 QString MenuState::markTitle() const {

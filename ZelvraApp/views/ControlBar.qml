@@ -11,6 +11,7 @@ Rectangle {
     id: bar
 
     required property Session session
+    readonly property string addAtTime: qsTr("Add Highlight at %1").arg(session.timecode)
 
     objectName: "controlBar"
     implicitHeight: row.implicitHeight + 24
@@ -29,18 +30,18 @@ Rectangle {
         widths.trimRange: badge.rangeWidth
         widths.markingKey: inKey.implicitWidth
         widths.addButton: addButton.widthAround(addText.advanceWidth)
-        widths.addTime: timeText.advanceWidth
+        widths.addTime: addAtTimeText.advanceWidth - addText.advanceWidth
         widths.markButton: markButton.widthAround(markText.advanceWidth)
         widths.exportButton: exportButton.widthAround(exportText.advanceWidth)
         widths.signButton: exportButton.signWidth
     }
     LabelMetrics {
         id: addText
-        text: "Add Highlight"
+        text: qsTr("Add Highlight")
     }
     LabelMetrics {
-        id: timeText
-        text: " at " + bar.session.timecode.replace(/\d/g, "0")
+        id: addAtTimeText
+        text: qsTr("Add Highlight at %1").arg(bar.session.timecode.replace(/\d/g, "0"))
     }
     LabelMetrics {
         id: markText
@@ -66,7 +67,7 @@ Rectangle {
             spacing: 6
 
             Tipped {
-                tip: openMenu.visible ? "" : "Open a video or a folder of clips"
+                tip: openMenu.visible ? "" : qsTr("Open a video or a folder of clips")
 
                 PushButton {
                     id: openButton
@@ -76,7 +77,7 @@ Rectangle {
                     iconName: "create_new_folder"
                     iconSize: 20
                     controlHeight: 30
-                    Accessible.name: "Open"
+                    Accessible.name: qsTr("Open")
                     onClicked: openMenu.open()
 
                     AppMenu {
@@ -86,19 +87,19 @@ Rectangle {
 
                         AppMenuItem {
                             objectName: "openMenuVideo"
-                            text: "Open Video…"
+                            text: qsTr("Open Video…")
                             onTriggered: bar.session.requestOpenVideo()
                         }
                         AppMenuItem {
                             objectName: "openMenuFolder"
-                            text: "Open Folder of Clips…"
+                            text: qsTr("Open Folder of Clips…")
                             onTriggered: bar.session.requestOpenFolder()
                         }
                     }
                 }
             }
             Tipped {
-                tip: "Close current clip"
+                tip: qsTr("Close current clip")
 
                 PushButton {
                     objectName: "closeClip"
@@ -107,7 +108,7 @@ Rectangle {
                     iconSize: 20
                     controlHeight: 30
                     enabled: bar.session.hasVideo
-                    Accessible.name: "Close"
+                    Accessible.name: qsTr("Close")
                     onClicked: bar.session.requestCloseVideo()
                 }
             }
@@ -128,7 +129,7 @@ Rectangle {
             }
             Tipped {
                 anchors.verticalCenter: parent.verticalCenter
-                tip: "Previous clip (⌘[)"
+                tip: qsTr("Previous clip (⌘[)")
 
                 PushButton {
                     id: previous
@@ -138,7 +139,7 @@ Rectangle {
                     iconName: "chevron_left"
                     iconSize: 20
                     enabled: rules.canGoBack
-                    Accessible.name: "Previous clip"
+                    Accessible.name: qsTr("Previous clip")
                     onClicked: bar.session.previousClip()
                 }
             }
@@ -157,7 +158,7 @@ Rectangle {
             }
             Tipped {
                 anchors.verticalCenter: parent.verticalCenter
-                tip: "Next clip (⌘])"
+                tip: qsTr("Next clip (⌘])")
 
                 PushButton {
                     objectName: "nextClip"
@@ -165,7 +166,7 @@ Rectangle {
                     iconName: "chevron_right"
                     iconSize: 20
                     enabled: bar.session.canGoNext
-                    Accessible.name: "Next clip"
+                    Accessible.name: qsTr("Next clip")
                     onClicked: bar.session.nextClip()
                 }
             }
@@ -231,7 +232,7 @@ Rectangle {
             onClicked: bar.session.markOutPoint()
         }
         Tipped {
-            tip: "Add highlight at current time (N)"
+            tip: qsTr("Add highlight at current time (N)")
 
             PushButton {
                 id: addButton
@@ -242,9 +243,9 @@ Rectangle {
                 iconName: "add_circle"
                 iconSize: 18
                 tabularDigits: true
-                text: rules.hasAddTime ? "Add Highlight at " + bar.session.timecode : rules.hasAddText ? "Add Highlight" : ""
+                text: rules.hasAddTime ? bar.addAtTime : rules.hasAddText ? addText.text : ""
                 enabled: bar.session.hasVideo
-                Accessible.name: "Add Highlight at " + bar.session.timecode
+                Accessible.name: bar.addAtTime
                 onClicked: bar.session.addHighlightAtCurrentTime()
             }
         }
@@ -265,7 +266,7 @@ Rectangle {
             }
         }
         Tipped {
-            tip: "Export (⌘E)"
+            tip: qsTr("Export (⌘E)")
 
             PushButton {
                 id: exportButton

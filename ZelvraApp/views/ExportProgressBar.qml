@@ -15,7 +15,7 @@ Row {
     objectName: "exportProgress"
     spacing: 12
     Accessible.role: Accessible.ProgressBar
-    Accessible.name: "Exporting"
+    Accessible.name: qsTr("Exporting")
     Accessible.description: percentage.text
 
     FilledTrack {

@@ -33,7 +33,7 @@ Row {
         spacing: 2
 
         Headline {
-            text: "Exported"
+            text: qsTr("Exported")
         }
         Caption {
             objectName: "exportedName"
@@ -45,7 +45,7 @@ Row {
     PushButton {
         objectName: "reveal"
         anchors.verticalCenter: parent.verticalCenter
-        text: "Reveal in Finder"
+        text: qsTr("Reveal in Finder")
         onClicked: banner.session.revealLastExport()
     }
     PushButton {
@@ -53,7 +53,7 @@ Row {
         anchors.verticalCenter: parent.verticalCenter
         look: PushButton.Borderless
         iconName: "close"
-        Accessible.name: "Dismiss"
+        Accessible.name: qsTr("Dismiss")
         onClicked: banner.session.forgetLastExport()
     }
 }

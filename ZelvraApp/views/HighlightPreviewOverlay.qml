@@ -45,7 +45,7 @@ Item {
             }
             Caption {
                 anchors.verticalCenter: parent.verticalCenter
-                text: "Freeze preview"
+                text: qsTr("Freeze preview")
                 color: Theme.pictureInkBright
             }
         }

@@ -37,11 +37,11 @@ Loader {
             Question {
                 objectName: "errorAlert"
                 visible: true
-                title: "Something went wrong"
+                title: qsTr("Something went wrong")
                 message: host.session.errorMessage
                 answers: [
                     {
-                        text: "OK",
+                        text: qsTr("OK"),
                         role: "cancel"
                     }
                 ]
@@ -56,19 +56,19 @@ Loader {
             Question {
                 objectName: "scopePrompt"
                 visible: true
-                title: "Use these settings for future highlights?"
-                message: "You changed the color, size, stroke, or freeze duration on that highlight. Where should new highlights start from these settings? (Esc keeps your current defaults.)"
+                title: qsTr("Use these settings for future highlights?")
+                message: qsTr("You changed the color, size, stroke, or freeze duration on that highlight. Where should new highlights start from these settings? (Esc keeps your current defaults.)")
                 answers: [
                     {
-                        text: "Always (Save as My Defaults)",
+                        text: qsTr("Always (Save as My Defaults)"),
                         action: () => host.session.useStyleAlways()
                     },
                     {
-                        text: "For This Session",
+                        text: qsTr("For This Session"),
                         action: () => host.session.useStyleForThisSession()
                     },
                     {
-                        text: "Just This Clip",
+                        text: qsTr("Just This Clip"),
                         action: () => host.session.useStyleForThisClip()
                     }
                 ]
@@ -83,16 +83,16 @@ Loader {
             Question {
                 objectName: "closeConfirmation"
                 visible: true
-                title: "Close this clip?"
+                title: qsTr("Close this clip?")
                 message: Texts.closeMessage(host.session.highlightCount, host.session.markedClipCount)
                 answers: [
                     {
-                        text: "Close and Discard",
+                        text: qsTr("Close and Discard"),
                         role: "destructive",
                         action: () => host.dialogs.closeAndDiscard()
                     },
                     {
-                        text: "Cancel",
+                        text: qsTr("Cancel"),
                         role: "cancel",
                         action: () => host.dialogs.keepOpen()
                     }
@@ -114,26 +114,26 @@ Loader {
                     })
                 readonly property var others: [
                     {
-                        text: "Open New Video…",
+                        text: qsTr("Open New Video…"),
                         action: () => host.session.closeAndOpenVideo()
                     },
                     {
-                        text: "Open Folder of Clips…",
+                        text: qsTr("Open Folder of Clips…"),
                         action: () => host.session.closeAndOpenFolder()
                     },
                     {
-                        text: "Stay with Current Clip",
+                        text: qsTr("Stay with Current Clip"),
                         role: "cancel"
                     },
                     {
-                        text: "Quit",
+                        text: qsTr("Quit"),
                         role: "destructive",
                         action: () => host.session.quit()
                     }
                 ]
 
                 visible: true
-                title: "Export complete"
+                title: qsTr("Export complete")
                 message: Texts.postExportMessage(host.session.lastExportURL)
                 answers: host.session.canGoNext ? [next, ...others] : others
                 onDismissed: host.dialogs.dismiss(Dialogs.PostExport)

@@ -4,71 +4,59 @@
 
 #include "ZelvraApp/files/FilePaths.h"
 
-#include <QStringList>
-
 #include <cmath>
 
 namespace zelvra {
 
-namespace {
-
-/// "1 clip", "2 clips"
-QString counted(int count, const QString& what) {
-    return QStringLiteral("%1 %2%3").arg(count).arg(what, count == 1 ? QString() : QStringLiteral("s"));
-}
-
-} // namespace
-
 QString Texts::closeMessage(int highlights, int markedClips) {
-    QStringList parts;
-    if (markedClips > 0) {
-        parts += counted(markedClips, QStringLiteral("marked clip"));
+    const QString clips = tr("%n marked clip(s)", nullptr, markedClips);
+    const QString figures = highlightCount(highlights);
+    const auto warning = [](const QString& work) {
+        return tr("%1 haven't been exported yet. Closing will discard them.").arg(work);
+    };
+    if (markedClips > 0 && highlights > 0) {
+        return warning(tr("%1 and %2", "marked clips and highlights").arg(clips, figures));
     }
-    if (highlights > 0) {
-        parts += highlightCount(highlights);
-    }
-    return parts.isEmpty() ? QString()
-                           : parts.join(QStringLiteral(" and ")) +
-                                 QStringLiteral(" haven't been exported yet. Closing will discard them.");
+    return markedClips > 0 ? warning(clips) : highlights > 0 ? warning(figures) : QString();
 }
 
 QString Texts::postExportMessage(const QUrl& file) {
-    return file.isEmpty() ? QString() : QStringLiteral("Saved as %1.").arg(fileName(file));
+    return file.isEmpty() ? QString() : tr("Saved as %1.").arg(fileName(file));
 }
 
 QString Texts::nextClipAnswer(int queueIndex, int queueLength) {
-    return QStringLiteral("Next Clip (%1 of %2)").arg(queueIndex + 2).arg(queueLength);
+    return tr("Next Clip (%1 of %2)").arg(queueIndex + 2).arg(queueLength);
 }
 
 QString Texts::exportLabel(int markedClips) {
-    return markedClips > 0 ? QStringLiteral("Export (%1)").arg(markedClips) : QStringLiteral("Export");
+    return markedClips > 0 ? tr("Export (%1)").arg(markedClips) : tr("Export");
 }
 
 QString Texts::markLabel(bool editing) {
-    return editing ? QStringLiteral("Save & Return") : QStringLiteral("Mark Clip");
+    return editing ? tr("Save & Return") : tr("Mark Clip");
 }
 
 QString Texts::markTip(bool editing) {
-    return editing ? QStringLiteral("Save edits and return to the full video (⇧⌘M)")
-                   : QStringLiteral("Mark the current trim + highlights as a clip (⇧⌘M)");
+    return editing ? tr("Save edits and return to the full video (⇧⌘M)")
+                   : tr("Mark the current trim + highlights as a clip (⇧⌘M)");
 }
 
 QString Texts::inPointTip(bool hasTrim, double clipLengthSec) {
-    return hasTrim ? QStringLiteral("Nudge the clip's start to the current time (I)")
-                   : QStringLiteral("Start a %1-second clip here (I) — press O to set the exact end")
+    return hasTrim ? tr("Nudge the clip's start to the current time (I)")
+                   : tr("Start a %1-second clip here (I) — press O to set the exact end")
                          .arg(QString::number(std::trunc(clipLengthSec), 'f', 0));
 }
 
 QString Texts::outPointTip(bool hasTrim, bool hasRoughClip) {
     if (hasTrim) {
-        return QStringLiteral("Nudge the clip's end to the current time (O)");
+        return tr("Nudge the clip's end to the current time (O)");
     }
-    return hasRoughClip ? QStringLiteral("Set the new clip's end to the current time (O)")
-                        : QStringLiteral("Press I first to start a clip");
+    return hasRoughClip ? tr("Set the new clip's end to the current time (O)")
+                        : tr("Press I first to start a clip");
 }
 
 QString Texts::trimBadgeTip(bool editing) {
-    return editing ? QStringLiteral("Discard edit and return to full video") : QStringLiteral("Clear trim");
+    return editing ? tr("Discard edit and return to full video") : tr("Clear trim");
 }
 
 QString Texts::clipNumber(int number) {
@@ -76,16 +64,16 @@ QString Texts::clipNumber(int number) {
 }
 
 QString Texts::highlightCount(int highlights) {
-    return counted(highlights, QStringLiteral("highlight"));
+    return tr("%n highlight(s)", nullptr, highlights);
 }
 
 QString Texts::clipRowTip(bool editing) {
-    return editing ? QStringLiteral("Currently editing — use Save & Return to commit")
-                   : QStringLiteral("Click to fine-tune (load into editor)");
+    return editing ? tr("Currently editing — use Save & Return to commit")
+                   : tr("Click to fine-tune (load into editor)");
 }
 
 QString Texts::freezeLength(double seconds) {
-    return QString::asprintf("%.1fs freeze", seconds);
+    return tr("%1s freeze").arg(seconds, 0, 'f', 1);
 }
 
 QString Texts::folderName(const QString& path) {

@@ -22,31 +22,31 @@ Rectangle {
 
         ToolbarButton {
             objectName: "toolbarOpenVideo"
-            text: "Open Video"
+            text: qsTr("Open Video")
             iconName: "note_add"
-            tip: "Open Video… (⌘O)"
+            tip: qsTr("Open Video… (⌘O)")
             onClicked: toolbar.session.requestOpenVideo()
         }
         ToolbarButton {
             objectName: "toolbarOpenFolder"
-            text: "Open Folder"
+            text: qsTr("Open Folder")
             iconName: "create_new_folder"
-            tip: "Open Folder of Clips… (⇧⌘O)"
+            tip: qsTr("Open Folder of Clips… (⇧⌘O)")
             onClicked: toolbar.session.requestOpenFolder()
         }
         ToolbarButton {
             objectName: "toolbarClose"
-            text: "Close Clip"
+            text: qsTr("Close Clip")
             iconName: "highlight_off"
-            tip: "Close current clip (⌘W)"
+            tip: qsTr("Close current clip (⌘W)")
             available: toolbar.session.hasVideo
             onClicked: toolbar.session.requestCloseVideo()
         }
         ToolbarButton {
             objectName: "toolbarTrim"
-            text: "Trim"
+            text: qsTr("Trim")
             iconName: "content_cut"
-            tip: "Trim clip (⇧⌘T)"
+            tip: qsTr("Trim clip (⇧⌘T)")
             available: toolbar.session.hasVideo
             onClicked: toolbar.session.beginTrim()
         }

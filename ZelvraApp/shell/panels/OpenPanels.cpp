@@ -52,7 +52,7 @@ void OpenPanels::ask(const OpenPanelRequest& request,
     portal_.ask({.folder = isForFolder(),
                  .title = request.message,
                  .acceptLabel = request.prompt,
-                 .filterName = QStringLiteral("Movies"),
+                 .filterName = tr("Movies"),
                  .globs = globs(),
                  .firstFolder = firstFolder().toLocalFile(),
                  .parentWindow = nameForPortal(QGuiApplication::focusWindow())});

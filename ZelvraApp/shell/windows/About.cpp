@@ -23,7 +23,7 @@ QString appVersionString(const std::optional<QString>& version, const std::optio
 }
 
 QString About::versionText() {
-    return QStringLiteral("Version ") + appVersionString(given(version::number), given(version::build));
+    return tr("Version %1").arg(appVersionString(given(version::number), given(version::build)));
 }
 
 } // namespace zelvra

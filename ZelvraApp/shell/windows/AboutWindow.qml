@@ -10,7 +10,7 @@ AuxiliaryWindow {
     id: window
 
     objectName: "about"
-    title: "About Zelvra"
+    title: qsTr("About Zelvra")
     width: 380
     height: 520
     minimumWidth: width
@@ -48,7 +48,7 @@ AuxiliaryWindow {
             }
             SecondaryText {
                 Layout.alignment: Qt.AlignHCenter
-                text: "An App for highlighting your best moves."
+                text: qsTr("An App for highlighting your best moves.")
             }
         }
         Separator {
@@ -62,7 +62,7 @@ AuxiliaryWindow {
 
             Overline {
                 Layout.alignment: Qt.AlignHCenter
-                text: "Made by Corvath"
+                text: qsTr("Made by Corvath")
                 font.letterSpacing: 1.5
             }
             Image {

@@ -25,7 +25,7 @@ std::vector<HelpSection> helpSections(const QString& text) {
 }
 
 QVariantList HelpContent::sections() {
-    QFile file(QStringLiteral(":/qml/Zelvra/Shell/help.md"));
+    QFile file(QStringLiteral(":/qml/Zelvra/Shell/") + tr("help.md", "the file in ZelvraApp/resources"));
     const QString text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     QVariantList list;
     for (const HelpSection& section : helpSections(text)) {
@@ -37,7 +37,7 @@ QVariantList HelpContent::sections() {
 }
 
 QString HelpContent::keysNote() {
-    return QStringLiteral("On this keyboard, ⌘ is the Ctrl key and ⇧ the Shift key: ⇧⌘O is Ctrl+Shift+O.");
+    return tr("On this keyboard, ⌘ is the Ctrl key and ⇧ the Shift key: ⇧⌘O is Ctrl+Shift+O.");
 }
 
 } // namespace zelvra

@@ -21,7 +21,8 @@ struct HelpSection {
 /// The sections of a text whose lines are "## icon Title" and, below each, "- item".
 std::vector<HelpSection> helpSections(const QString& text);
 
-/// The text of the help window: a tour of the program (help.md), and what its signs for keys mean here.
+/// The content of the help window: a tour of the program (resources/help.md or its translation), and a note
+/// on the names of keys.
 class HelpContent : public QObject {
     Q_OBJECT
     QML_ELEMENT

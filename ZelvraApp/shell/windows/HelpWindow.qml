@@ -13,7 +13,7 @@ AuxiliaryWindow {
     id: window
 
     objectName: "help"
-    title: "Zelvra Help"
+    title: qsTr("Zelvra Help")
     width: 640
     height: 720
     minimumWidth: width
@@ -63,7 +63,7 @@ AuxiliaryWindow {
                     Accessible.role: Accessible.Heading
                 }
                 SecondaryText {
-                    text: "A quick tour of the app."
+                    text: qsTr("A quick tour of the app.")
                     font.pixelSize: Theme.title
                 }
             }

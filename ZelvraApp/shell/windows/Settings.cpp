@@ -74,17 +74,16 @@ QString Settings::clipLengthText() const {
 QString Settings::outputFooterText(const OutputLocation& location) {
     switch (location.mode) {
     case OutputLocationMode::sameAsSource:
-        return QStringLiteral("Exports land next to each source clip, as {name}_highlighted.{ext}.");
+        return tr("Exports land next to each source clip, as {name}_highlighted.{ext}.");
     case OutputLocationMode::subfolder: {
         const QString name = location.subfolderName.trimmed();
-        return QStringLiteral(
-                   "Exports go into a “%1” folder inside each source's folder. Created on first export.")
+        return tr("Exports go into a “%1” folder inside each source's folder. Created on first export.")
             .arg(name.isEmpty() ? QStringLiteral("highlighted") : name);
     }
     case OutputLocationMode::custom:
         return location.customFolderPath.isEmpty()
-                   ? QStringLiteral("Pick a folder. Until you do, exports fall back to the source folder.")
-                   : QStringLiteral("All exports go to the chosen folder, regardless of source location.");
+                   ? tr("Pick a folder. Until you do, exports fall back to the source folder.")
+                   : tr("All exports go to the chosen folder, regardless of source location.");
     }
     return {};
 }
@@ -95,8 +94,8 @@ void Settings::chooseCustomFolder() {
     }
     const OpenPanelRequest request{
         .choice = OpenPanelRequest::Choice::folder,
-        .prompt = QStringLiteral("Choose"),
-        .message = QStringLiteral("Pick a folder to export highlighted clips into."),
+        .prompt = tr("Choose"),
+        .message = tr("Pick a folder to export highlighted clips into."),
     };
     openPanel_->ask(request, [self = QPointer(this)](const std::filesystem::path& folder) {
         if (self) {

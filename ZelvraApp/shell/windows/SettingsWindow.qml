@@ -12,7 +12,7 @@ AuxiliaryWindow {
     required property Settings settings
 
     objectName: "settings"
-    title: "Settings"
+    title: qsTr("Settings")
     width: 480
     height: 640
     minimumWidth: width
@@ -44,28 +44,28 @@ AuxiliaryWindow {
             spacing: 12
 
             FormSection {
-                title: "Highlight Defaults"
-                footer: "Starting values for every new highlight. Changes here apply immediately. When you restyle a highlight in the editor, the app asks whether to keep that look for the clip, the session, or always."
+                title: qsTr("Highlight Defaults")
+                footer: qsTr("Starting values for every new highlight. Changes here apply immediately. When you restyle a highlight in the editor, the app asks whether to keep that look for the clip, the session, or always.")
 
                 FormRow {
                     first: true
-                    label: "Highlight Color"
+                    label: qsTr("Highlight Color")
 
                     Spring {}
                     ColorWell {
                         objectName: "defaultColor"
-                        Accessible.name: "Highlight Color"
+                        Accessible.name: qsTr("Highlight Color")
                         color: window.settings.color
                         onPicked: color => window.settings.color = color
                     }
                 }
                 FormRow {
-                    label: "Size"
+                    label: qsTr("Size")
 
                     Spring {}
                     ValueSlider {
                         objectName: "defaultSize"
-                        Accessible.name: "Size"
+                        Accessible.name: qsTr("Size")
                         Layout.preferredWidth: 200
                         from: 0.01
                         to: 0.45
@@ -78,12 +78,12 @@ AuxiliaryWindow {
                     }
                 }
                 FormRow {
-                    label: "Stroke"
+                    label: qsTr("Stroke")
 
                     Spring {}
                     ValueSlider {
                         objectName: "defaultStroke"
-                        Accessible.name: "Stroke"
+                        Accessible.name: qsTr("Stroke")
                         Layout.preferredWidth: 200
                         from: 0.001
                         to: 0.02
@@ -96,12 +96,12 @@ AuxiliaryWindow {
                     }
                 }
                 FormRow {
-                    label: "Freeze Duration"
+                    label: qsTr("Freeze Duration")
 
                     Spring {}
                     Stepper {
                         objectName: "defaultDuration"
-                        name: "Freeze Duration"
+                        name: qsTr("Freeze Duration")
                         from: 0.5
                         to: 10
                         stepSize: 0.5
@@ -112,17 +112,17 @@ AuxiliaryWindow {
                 }
             }
             FormSection {
-                title: "Marking Clips"
-                footer: "Press I while watching to drop a clip of this length into Marked Clips — playback keeps going. Press O to set the exact end, or click the clip later to fine-tune on the zoomed strip."
+                title: qsTr("Marking Clips")
+                footer: qsTr("Press I while watching to drop a clip of this length into Marked Clips — playback keeps going. Press O to set the exact end, or click the clip later to fine-tune on the zoomed strip.")
 
                 FormRow {
                     first: true
-                    label: "New clip length"
+                    label: qsTr("New clip length")
 
                     Spring {}
                     Stepper {
                         objectName: "clipLength"
-                        name: "New clip length"
+                        name: qsTr("New clip length")
                         from: 5
                         to: 120
                         stepSize: 5
@@ -133,7 +133,7 @@ AuxiliaryWindow {
                 }
             }
             FormSection {
-                title: "Output Location"
+                title: qsTr("Output Location")
                 footer: window.settings.outputFooterText
                 footerName: "outputFooter"
 
@@ -141,7 +141,7 @@ AuxiliaryWindow {
                     id: exportTo
 
                     first: true
-                    label: "Export to"
+                    label: qsTr("Export to")
                     labelAlignment: Qt.AlignTop
 
                     component Choice: RadioRow {
@@ -159,30 +159,30 @@ AuxiliaryWindow {
                         Choice {
                             objectName: "outputSameAsSource"
                             mode: Settings.SameAsSource
-                            text: "Same folder as source"
+                            text: qsTr("Same folder as source")
                         }
                         Choice {
                             objectName: "outputSubfolder"
                             mode: Settings.Subfolder
-                            text: "Subfolder of source"
+                            text: qsTr("Subfolder of source")
                         }
                         Choice {
                             objectName: "outputCustom"
                             mode: Settings.Custom
-                            text: "Custom folder"
+                            text: qsTr("Custom folder")
                         }
                     }
                 }
                 FormRow {
                     visible: window.settings.outputMode === Settings.Subfolder
-                    label: "Subfolder name"
+                    label: qsTr("Subfolder name")
 
                     Spring {}
                     TextInputBox {
                         id: subfolderName
 
                         objectName: "subfolderName"
-                        Accessible.name: "Subfolder name"
+                        Accessible.name: qsTr("Subfolder name")
                         Layout.preferredWidth: 200
                         placeholderText: "highlighted"
                         onTextEdited: window.settings.subfolderName = text
@@ -197,28 +197,28 @@ AuxiliaryWindow {
                 }
                 FormRow {
                     visible: window.settings.outputMode === Settings.Custom
-                    label: "Folder"
+                    label: qsTr("Folder")
 
                     Body {
                         objectName: "customFolder"
                         Layout.fillWidth: true
-                        text: window.settings.customFolder || "— not chosen —"
+                        text: window.settings.customFolder || qsTr("— not chosen —")
                         color: window.settings.customFolder ? Theme.primary : Theme.secondary
                         elide: Text.ElideMiddle
                     }
                     PushButton {
                         objectName: "chooseFolder"
-                        text: "Choose…"
+                        text: qsTr("Choose…")
                         onClicked: window.settings.chooseCustomFolder()
                     }
                 }
                 FormRow {
-                    label: "Include audio in exported clips"
+                    label: qsTr("Include audio in exported clips")
 
                     Spring {}
                     ToggleSwitch {
                         objectName: "includeAudio"
-                        Accessible.name: "Include audio in exported clips"
+                        Accessible.name: qsTr("Include audio in exported clips")
                         checked: window.settings.includeAudio
                         onToggled: window.settings.includeAudio = checked
                     }
@@ -228,7 +228,7 @@ AuxiliaryWindow {
                 Spring {}
                 PushButton {
                     objectName: "resetSettings"
-                    text: "Reset to Factory Defaults"
+                    text: qsTr("Reset to Factory Defaults")
                     onClicked: window.settings.resetToFactoryDefaults()
                 }
             }

@@ -59,13 +59,13 @@ Item {
         }
         Title {
             Layout.alignment: Qt.AlignHCenter
-            text: "Drop a video or folder here"
+            text: qsTr("Drop a video or folder here")
             font.pixelSize: Theme.middleTitle
             font.weight: Font.Medium
         }
         TertiaryText {
             Layout.alignment: Qt.AlignHCenter
-            text: "or"
+            text: qsTr("or")
         }
         Row {
             Layout.alignment: Qt.AlignHCenter
@@ -73,14 +73,14 @@ Item {
 
             PushButton {
                 objectName: "landingOpenVideo"
-                text: "Open Video…"
+                text: qsTr("Open Video…")
                 look: PushButton.Prominent
                 controlHeight: Theme.largeControlHeight
                 onClicked: landing.session.requestOpenVideo()
             }
             PushButton {
                 objectName: "landingOpenFolder"
-                text: "Open Folder…"
+                text: qsTr("Open Folder…")
                 controlHeight: Theme.largeControlHeight
                 onClicked: landing.session.requestOpenFolder()
             }

@@ -37,14 +37,14 @@ Column {
 
     QuickStartRow {
         number: 1
-        text: "Open a clip — or just drop one here"
+        text: qsTr("Open a clip — or just drop one here")
     }
     QuickStartRow {
         number: 2
-        text: "Pause where it matters, press N to add a highlight"
+        text: qsTr("Pause where it matters, press N to add a highlight")
     }
     QuickStartRow {
         number: 3
-        text: "Press ⌘E to export the finished clip"
+        text: qsTr("Press ⌘E to export the finished clip")
     }
 }

@@ -17,7 +17,7 @@ Column {
 
     Overline {
         leftPadding: 8
-        text: "Recent"
+        text: qsTr("Recent")
         font.weight: Font.DemiBold
         font.letterSpacing: 0.4
     }

@@ -17,6 +17,11 @@ T.AbstractButton {
     required property double duration
     required property string kind
     required property color color
+    readonly property string kindName: ({
+            circle: qsTr("circle"),
+            arrow: qsTr("arrow"),
+            rectangle: qsTr("rectangle")
+        })[row.kind] ?? ""
 
     objectName: "highlightRow"
     width: ListView.view ? ListView.view.width - ListView.view.leftMargin - ListView.view.rightMargin : implicitWidth
@@ -26,7 +31,7 @@ T.AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.NoFocus
     Accessible.role: Accessible.ListItem
-    Accessible.name: time.text + ", " + row.kind + ", " + freeze.text
+    Accessible.name: time.text + ", " + row.kindName + ", " + freeze.text
     onClicked: row.session.editHighlight(row.id)
 
     background: Rectangle {
@@ -35,7 +40,7 @@ T.AbstractButton {
 
         Tipped {
             anchors.fill: parent
-            tip: trashArea.hovered ? "" : "Click to edit, or use the trash to delete"
+            tip: trashArea.hovered ? "" : qsTr("Click to edit, or use the trash to delete")
         }
     }
     contentItem: RowLayout {
@@ -71,7 +76,7 @@ T.AbstractButton {
         Tipped {
             id: trashArea
 
-            tip: "Delete highlight"
+            tip: qsTr("Delete highlight")
 
             PushButton {
                 objectName: "deleteHighlight"
@@ -79,7 +84,7 @@ T.AbstractButton {
                 iconName: "delete_outline"
                 iconSize: 18
                 focusPolicy: Qt.NoFocus
-                Accessible.name: "Delete highlight"
+                Accessible.name: qsTr("Delete highlight")
                 onClicked: row.session.deleteHighlight(row.id)
             }
         }

@@ -31,17 +31,17 @@ Rectangle {
 
             Headline {
                 Layout.fillWidth: true
-                text: "Highlights"
+                text: qsTr("Highlights")
             }
             Tipped {
-                tip: "Undo last change (⌘Z)"
+                tip: qsTr("Undo last change (⌘Z)")
 
                 PushButton {
                     objectName: "undo"
                     look: PushButton.Borderless
                     controlHeight: Theme.smallControlHeight
                     iconName: "undo"
-                    Accessible.name: "Undo"
+                    Accessible.name: qsTr("Undo")
                     enabled: sidebar.session.canUndo
                     onClicked: sidebar.session.undo()
                 }
@@ -76,11 +76,11 @@ Rectangle {
                 }
                 SecondaryText {
                     anchors.horizontalCenter: parent.horizontalCenter
-                    text: "No highlights yet"
+                    text: qsTr("No highlights yet")
                 }
                 Caption {
                     anchors.horizontalCenter: parent.horizontalCenter
-                    text: "Scrub the video, then click\n“Add Highlight”."
+                    text: qsTr("Scrub the video, then click\n“Add Highlight”.")
                     color: Theme.tertiary
                     horizontalAlignment: Text.AlignHCenter
                 }
@@ -89,7 +89,7 @@ Rectangle {
                 objectName: "highlightList"
                 anchors.fill: parent
                 model: sidebar.session.highlightRows
-                Accessible.name: "Highlights"
+                Accessible.name: qsTr("Highlights")
                 onOpened: id => sidebar.session.editHighlight(id)
                 onRemoved: id => sidebar.session.deleteHighlight(id)
                 delegate: HighlightRow {

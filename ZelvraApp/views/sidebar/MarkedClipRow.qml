@@ -84,7 +84,7 @@ T.AbstractButton {
         Tipped {
             id: removeArea
 
-            tip: "Remove from list"
+            tip: qsTr("Remove from list")
 
             PushButton {
                 objectName: "removeClip"
@@ -92,7 +92,7 @@ T.AbstractButton {
                 iconName: "delete_outline"
                 iconSize: 17
                 focusPolicy: Qt.NoFocus
-                Accessible.name: "Remove from list"
+                Accessible.name: qsTr("Remove from list")
                 onClicked: row.session.unmark(row.id)
             }
         }

@@ -24,7 +24,7 @@ ColumnLayout {
         spacing: 8
 
         Headline {
-            text: "Marked Clips"
+            text: qsTr("Marked Clips")
         }
         HeadlineDigits {
             objectName: "markedClipCount"
@@ -42,7 +42,7 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.preferredHeight: Math.min(220, contentHeight + topMargin + bottomMargin)
         model: section.session.markedClipRows
-        Accessible.name: "Marked clips"
+        Accessible.name: qsTr("Marked clips")
         onOpened: id => section.session.editMarkedClip(id)
         onRemoved: id => section.session.unmark(id)
         delegate: MarkedClipRow {

@@ -49,7 +49,7 @@ Rectangle {
             id: label
 
             anchors.verticalCenter: parent.verticalCenter
-            text: "Highlights"
+            text: qsTr("Highlights")
             color: Theme.pictureInkFaint
             font.weight: Font.DemiBold
         }

@@ -13,7 +13,7 @@ Item {
 
     objectName: "timelineStrip"
     Accessible.role: Accessible.Chart
-    Accessible.name: "Timeline"
+    Accessible.name: qsTr("Timeline")
 
     component StretchTime: DigitText {
         color: Theme.pictureInkFaint
@@ -56,14 +56,14 @@ Item {
     }
     TimelineHandle {
         objectName: "trimStartHandle"
-        Accessible.name: "Clip start"
+        Accessible.name: qsTr("Clip start")
         centerX: strip.startHandleX
         visible: strip.showsHandles
         Keys.onPressed: event => event.accepted = strip.nudgeStart(event.key, event.modifiers, event.isAutoRepeat)
     }
     TimelineHandle {
         objectName: "trimEndHandle"
-        Accessible.name: "Clip end"
+        Accessible.name: qsTr("Clip end")
         centerX: strip.endHandleX
         visible: strip.showsHandles
         Keys.onPressed: event => event.accepted = strip.nudgeEnd(event.key, event.modifiers, event.isAutoRepeat)
@@ -80,7 +80,7 @@ Item {
         showsCurrentDot: activeFocus
         activeFocusOnTab: root.session.highlightCount > 0
         Accessible.role: Accessible.List
-        Accessible.name: "Highlights on the timeline"
+        Accessible.name: qsTr("Highlights on the timeline")
         Accessible.description: strip.currentDotTip
         Accessible.focusable: true
         onActiveFocusChanged: strip.goToDot(0)

@@ -225,8 +225,8 @@ void TimelineStripModel::dragEdge(Edge edge, double toSeconds) {
 
 QString TimelineStripModel::tip() const {
     switch (hovered_.value_or(TimelineTarget{}).kind) {
-    case Kind::startHandle: return QStringLiteral("Drag to adjust the clip's start");
-    case Kind::endHandle: return QStringLiteral("Drag to adjust the clip's end");
+    case Kind::startHandle: return tr("Drag to adjust the clip's start");
+    case Kind::endHandle: return tr("Drag to adjust the clip's end");
     case Kind::dot: return tipOf(dots_[static_cast<std::size_t>(hovered_->dot)]);
     case Kind::strip: break;
     }
@@ -234,7 +234,7 @@ QString TimelineStripModel::tip() const {
 }
 
 QString TimelineStripModel::tipOf(const Dot& dot) const {
-    return Session::timecodeOf(dot.seconds) + QStringLiteral(" — click to edit");
+    return tr("%1 — click to edit").arg(Session::timecodeOf(dot.seconds));
 }
 
 double TimelineStripModel::tipX() const {

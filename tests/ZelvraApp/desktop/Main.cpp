@@ -9,6 +9,7 @@
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("ZELVRA_AUDIO", "null");
+    qputenv("LANGUAGE", "en");
     if (!qEnvironmentVariableIsSet("ZELVRA_TEST_BUS")) {
         qputenv("ZELVRA_TEST_BUS", "1");
         QStringList arguments{QStringLiteral("--")};

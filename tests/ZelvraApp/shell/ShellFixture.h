@@ -14,6 +14,8 @@ namespace zelvra::test {
 /// The main window, with helpers for its menus and other windows.
 class ShellFixture : public WindowFixture {
 protected:
+    using WindowFixture::WindowFixture;
+
     void openClip(const std::string& name = "game.mov") { open(clip(name)); }
 
     void addHighlight(double seconds) {

@@ -15,6 +15,7 @@ int main(int argc, char** argv) {
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"); // keeps tests away from the developer's
                                                                    // own desktop
     qputenv("ZELVRA_APPEARANCE", "dark");
+    qputenv("LANGUAGE", "en");
     zelvra::Application::prepare();
     const QGuiApplication program(argc, argv);
     QGuiApplication::styleHints()->setUseHoverEffects(true);

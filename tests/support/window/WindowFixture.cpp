@@ -67,15 +67,17 @@ QPoint inWindow(QQuickItem& item, std::optional<QPointF> at) {
 
 } // namespace
 
-WindowFixture::WindowFixture() : application_(std::make_unique<Application>(options())) {
+WindowFixture::WindowFixture(const QStringList& languages)
+    : application_(std::make_unique<Application>(options(languages))) {
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window()));
 }
 
 WindowFixture::~WindowFixture() = default;
 
-Application::Options WindowFixture::options() {
+Application::Options WindowFixture::options(const QStringList& languages) {
     return {.preferences = folder_ / "preferences.json",
             .windowState = folder_ / "window.json",
+            .languages = languages,
             .services = desktop_.services()};
 }
 

@@ -29,13 +29,13 @@ namespace zelvra::test {
 /// window. Positions are in an item's own coordinates; the default is its middle.
 class WindowFixture : public testing::Test {
 protected:
-    WindowFixture();
+    explicit WindowFixture(const QStringList& languages = {QStringLiteral("en")});
     ~WindowFixture() override;
 
     AppState& state() { return application_->state(); }
     QQuickWindow& window() { return application_->mainWindow(); }
 
-    Application::Options options();
+    Application::Options options(const QStringList& languages = {QStringLiteral("en")});
 
     /// A copy of that movie in the test's folder.
     std::filesystem::path clip(const std::string& name, const NumberedMovie& movie = {}) const;

@@ -5,7 +5,7 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// A line of a menu: check mark or sign, text, keys or the arrow of a submenu.
+// A line of a menu: check mark or icon, text, and its shortcut or the arrow of a submenu.
 T.MenuItem {
     id: item
 

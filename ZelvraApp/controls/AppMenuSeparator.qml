@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// Parts the groups of a menu.
+// Separates the groups of a menu.
 T.MenuSeparator {
     implicitHeight: 11
     verticalPadding: 5

@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// Shows where one is in what scrolls, and takes one elsewhere.
+// Shows the position in content that scrolls, and changes it.
 T.ScrollBar {
     id: bar
 

@@ -5,14 +5,14 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// Lets choose a colour by hand, by its hexadecimal digits, or from a few that stand out on a pitch. Tells every
-// colour on the way; Cancel and Esc tell the one it began with.
+// Chooses a colour with the pointer, by its hexadecimal digits, or from a few that stand out on a pitch. `picked`
+// reports each change at once; Cancel and Esc report the first colour again.
 T.Popup {
     id: picker
 
     signal picked(color: color)
 
-    // Kept apart, since a gray has no hue and black no saturation.
+    // Stored separately, because a gray has no hue and black has no saturation.
     property real hue: 0
     property real saturation: 0
     property real brightness: 0

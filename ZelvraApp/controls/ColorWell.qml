@@ -4,13 +4,13 @@ import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// Shows a colour, and lets choose another, without opacity. Its user binds `color` and takes over what `picked`
-// brings while the user chooses. The name for screen readers is its user's to give.
+// Shows a colour without opacity, and opens a picker for another one. Whoever uses it binds `color`, stores the
+// colours that `picked` reports, and sets the name for screen readers.
 T.AbstractButton {
     id: well
 
     property color color
-    // Between the well and what it opens.
+    // Between the well and the picker.
     property int pickerGap: 8
     signal picked(color: color)
 

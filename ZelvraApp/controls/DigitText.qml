@@ -3,12 +3,12 @@
 import QtQuick
 import Zelvra.Controls
 
-// Text whose digits all take the same width, so that a running time does not tremble.
+// Text whose digits all take the same width, so that a running time does not jitter.
 Item {
     id: root
 
     property string text
-    // Each digit by itself, and what stands between them.
+    // Each digit alone, and the text between digits.
     readonly property var runs: text.match(/\d|\D+/g) ?? []
     property color color: Theme.primary
     property alias font: digit.font

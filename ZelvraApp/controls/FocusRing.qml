@@ -3,7 +3,7 @@
 import QtQuick
 import Zelvra.Controls
 
-// The ring around a control that has the keyboard. Its parent's radius plus the gap is its own.
+// The ring around a control that has the keyboard focus. Its radius is its parent's plus the gap.
 Rectangle {
     property int gap: 2
 

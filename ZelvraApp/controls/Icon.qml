@@ -3,8 +3,7 @@
 import QtQuick
 import Zelvra.Controls
 
-// A sign of the icon font, by its name there, tinted by `color`. It says nothing to a screen reader: whatever
-// holds it has a name.
+// An icon of the icon font, by its name in that font. Screen readers ignore it: the control around it has a name.
 Text {
     id: icon
 

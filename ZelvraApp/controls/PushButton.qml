@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// A button with a text, a sign, or both. Takes the focus by Tab only, so that Space goes on playing.
+// A button with a text, an icon, or both. It takes the focus by Tab only, so that Space still controls the player.
 T.AbstractButton {
     id: button
 
@@ -15,10 +15,10 @@ T.AbstractButton {
     property int iconSize: 16
     property color tint: button.borderless ? Theme.secondary : Theme.primary
     property int controlHeight: Theme.controlHeight
-    // For a text with a time that runs.
+    // For a text with a running time.
     property bool tabularDigits: false
 
-    // The width of the button around a text that is so wide, and the sign alone.
+    // The width of the button with a text of that width, and with the icon alone.
     function widthAround(textWidth: real): real {
         return textWidth + iconSize + gap + 2 * textPadding;
     }

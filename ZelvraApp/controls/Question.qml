@@ -5,11 +5,12 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// A question over the window it stands in: title, text, and the answers one below the other. Esc gives the
-// cancelling answer; where there is none it only dismisses. Return gives the prominent one, which is never destructive where there is a choice.
+// A question over its window: title, text, and the answers one below the other. Esc chooses the answer that cancels;
+// if there is none, it only closes the question. Return chooses the prominent answer, which is destructive only if all
+// answers are.
 //
-// `answers` are { text, role ("", "cancel" or "destructive"), action }. `dismissed` comes once, however the
-// question goes away, before the chosen answer's action.
+// `answers` are { text, role ("", "cancel" or "destructive"), action }. `dismissed` is emitted once, however the
+// question is closed, before the action of the chosen answer.
 T.Popup {
     id: question
 

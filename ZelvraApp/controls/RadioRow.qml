@@ -4,7 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// One of several choices, with its text. Its user binds `checked` and takes over what `toggled` brings.
+// One of several choices, with its text. Whoever uses it binds `checked` and stores the choice on `toggled`.
 T.RadioButton {
     id: radio
 

@@ -3,7 +3,7 @@
 import QtQuick
 import Zelvra.Controls
 
-// A hairline; vertical where it is given a height.
+// A line of one pixel: horizontal, or vertical if it is given a height.
 Rectangle {
     implicitWidth: 1
     implicitHeight: 1

@@ -3,7 +3,7 @@
 import QtQuick
 import Zelvra.Controls
 
-// A quiet sign that something is going on. Work that is soon done never shows it.
+// Shows that work is in progress. It appears after a short delay, so quick work does not show it.
 Item {
     id: spinner
 

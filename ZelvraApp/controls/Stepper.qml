@@ -4,8 +4,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// A number that is changed by steps, shown as the `text` its user makes of it. Its user binds `value` and takes
-// over what `modified` brings. Arrow keys step; Home and End go to the ends.
+// A number that is changed in steps. Whoever uses it binds `value` and `text`, and stores the value that `modified`
+// reports. Arrow keys step; Home and End go to the first and the last value.
 FocusScope {
     id: stepper
 

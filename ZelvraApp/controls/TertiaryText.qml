@@ -3,7 +3,7 @@
 import QtQuick
 import Zelvra.Controls
 
-// Text that can be overlooked.
+// The least important text.
 Body {
     color: Theme.tertiary
 }

@@ -5,7 +5,7 @@ pragma Singleton
 import QtQuick
 import Zelvra.Controls
 
-// The one place of colours, type, radii and durations. Sizes are logical pixels.
+// All colours, fonts, radii and durations of the windows. Sizes are logical pixels, durations milliseconds.
 QtObject {
     readonly property bool dark: Appearance.dark
 
@@ -19,13 +19,13 @@ QtObject {
     readonly property color faintShadow: "#10000000"
     readonly property color dropShadow: dark ? "#52000000" : "#1f000000"
 
-    // Text and signs; on window, bar and card each has a contrast of at least 4.5
+    // Text and icons; on window, bar and card each has a contrast of at least 4.5
     readonly property color primary: dark ? "#f2f2f4" : "#1b1b1e"
     readonly property color secondary: dark ? "#b4b4bb" : "#56565e"
     readonly property color tertiary: dark ? "#96969f" : "#69696f"
     readonly property color quaternary: dark ? "#414147" : "#e2e2e7"
 
-    // The accent as a surface with its ink, as a sign or text on the surfaces, and over pictures
+    // The accent: as a surface with its ink, as an icon or text on the surfaces, and over pictures
     readonly property color accentFill: "#0a6cdb"
     readonly property color accentFillHover: Qt.lighter(accentFill, 1.08)
     readonly property color accentFillPressed: Qt.darker(accentFill, 1.2)

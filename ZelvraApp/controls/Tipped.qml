@@ -3,7 +3,7 @@
 import QtQuick
 import Zelvra.Controls
 
-// Gives what it holds a tooltip, also while that is disabled.
+// Adds a tooltip to its content, which also shows while that is disabled.
 Item {
     id: root
 

@@ -4,8 +4,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// Turns something on and off. Its user binds `checked` and takes over what `toggled` brings; the name for screen
-// readers is its user's to give.
+// Turns something on and off. Whoever uses it binds `checked`, stores the state on `toggled`, and sets the name for
+// screen readers.
 T.Switch {
     id: toggle
 

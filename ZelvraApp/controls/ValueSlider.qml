@@ -4,12 +4,12 @@ import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// A slider over a continuous range; arrow keys move it by a hundredth. Its user binds `value` and takes over what
-// `moved` brings. The name for screen readers is its user's to give.
+// A slider over a continuous range; arrow keys move it by a hundredth. Whoever uses it binds `value`, stores the value
+// on `moved`, and sets the name for screen readers.
 T.Slider {
     id: slider
 
-    // A step that stayed would also make the pointer's way coarse.
+    // The step is set for this move only, because it would also make dragging coarse.
     function moveByKey(by: int) {
         stepSize = (to - from) / 100;
         if (by > 0)

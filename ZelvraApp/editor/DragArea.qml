@@ -3,7 +3,7 @@
 import QtQuick
 import Zelvra.Editor
 
-// Hands drags to the editor, in the canvas's coordinates.
+// Passes drags to the editor, in the canvas's coordinates.
 MouseArea {
     id: area
 

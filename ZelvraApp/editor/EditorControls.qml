@@ -6,7 +6,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Editor
 
-// How the shape looks, how long the picture freezes, and the two ways out.
+// How the shape looks, how long the picture freezes, and the buttons that end the editing.
 Rectangle {
     id: controls
 
@@ -26,7 +26,7 @@ Rectangle {
         anchors.fill: parent
         anchors.leftMargin: 16
         anchors.rightMargin: 16
-        // At the window's least width all would not fit otherwise.
+        // With the larger gap, the row would not fit at the window's minimum width.
         spacing: controls.width < 960 ? 13 : 20
 
         ColumnLayout {

@@ -5,7 +5,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Editor
 
-// The window around the editor. Closing it gives the draft up.
+// The window around the editor. Closing it cancels the draft.
 Window {
     id: window
 

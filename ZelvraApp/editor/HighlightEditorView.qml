@@ -4,8 +4,8 @@ import QtQuick
 import Zelvra.Session
 import Zelvra.Editor
 
-// The editor of a highlight: a window of its own over the one that this stands in, there exactly while the session
-// has a draft. `over` is made in that window, for what has to come over the editor.
+// Opens the editor's window over this item's window while the session has a draft. `over` is created in the editor's
+// window, for what must lie over the editor.
 Item {
     id: view
 

@@ -4,7 +4,7 @@ import QtQuick
 import Zelvra.Controls
 import Zelvra.Editor
 
-// A handle of the shape, to be dragged, or moved by the arrow keys.
+// A handle of the shape. It is moved by dragging or by the arrow keys.
 Item {
     id: handle
 
@@ -15,7 +15,7 @@ Item {
     required property int cursor
     required property string tip
 
-    // On whole pixels, so that it stays crisp.
+    // On whole pixels, so that it is drawn sharp.
     x: Math.round(at.x - width / 2)
     y: Math.round(at.y - height / 2)
     implicitWidth: view.implicitWidth

@@ -9,7 +9,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Shell
 
-// The menus of the main window. Each command is one action, for its item and its keys.
+// The menus of the main window. Each command is one action, for its menu item and its shortcut.
 AppMenuBar {
     id: bar
 

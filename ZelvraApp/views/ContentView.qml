@@ -6,8 +6,8 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// What the main window shows: the landing screen or the open clip, the toolbar over it, and the questions
-// and the editor that come over the window.
+// The content of the main window: the toolbar, below it the landing screen or the open clip, and over them the
+// questions and the editor.
 Item {
     id: content
 
@@ -15,7 +15,7 @@ Item {
     required property Dialogs dialogs
     // The width that the user has given the sidebar.
     property real sidebarWidth: 300
-    // Something else is up over the window: it takes no drops.
+    // Something else covers the window, so it takes no drops.
     property bool covered: false
     readonly property bool dialogUp: dialogs.anyUp || covered
 
@@ -68,7 +68,7 @@ Item {
     Connections {
         target: content.session
 
-        // Not every desktop gives the keyboard back to the main window when the editor goes.
+        // Not every desktop returns the keyboard focus to the main window when the editor closes.
         function onHasDraftChanged() {
             if (!content.session.hasDraft)
                 content.Window.window.requestActivate();

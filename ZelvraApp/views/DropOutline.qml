@@ -4,7 +4,7 @@ import QtQuick
 import Zelvra.Controls
 import Zelvra.Views
 
-// Shows that what is dragged over it can be dropped.
+// An outline that shows that files can be dropped here.
 DashedOutline {
     property bool shown: false
 

@@ -5,7 +5,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// How far an export has come.
+// The progress of the running export.
 Row {
     id: progress
 

@@ -5,13 +5,13 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// Tells that an export has written its files, and shows the last of them in the file viewer.
+// Reports a finished export. Its button shows the last written file in the file manager.
 Row {
     id: banner
 
     required property Session session
     readonly property url exported: session.lastExportURL
-    // Stays while the banner slides out.
+    // Keeps the name while the banner slides out.
     property string name
 
     onExportedChanged: {

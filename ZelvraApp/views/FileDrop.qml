@@ -3,7 +3,7 @@
 import QtQuick
 import Zelvra.Views
 
-// Takes files that are dragged from elsewhere; the first of them counts. `isTargeted` while they are over it.
+// Takes files that are dropped from other programs, and uses the first one. `isTargeted` is true while they are over it.
 DropArea {
     id: area
 

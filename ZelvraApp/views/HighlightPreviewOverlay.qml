@@ -6,7 +6,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The figure of the highlight whose freeze is previewed, over the picture, and a badge that says so.
+// During the preview of a freeze: the shape of its highlight over the picture, and a badge.
 Item {
     id: overlay
 

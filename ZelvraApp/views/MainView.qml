@@ -6,8 +6,8 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The open clip: its picture, the strip of its timeline and the control bar; beside them its lists; over them
-// what an export has to tell.
+// The open clip: its picture, its timeline strip and the control bar, beside them its lists, over them the messages
+// about an export.
 Item {
     id: view
 

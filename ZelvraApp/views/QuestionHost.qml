@@ -5,7 +5,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// Shows the question whose turn it is, over the window that it stands in.
+// Shows the current question over the window.
 Loader {
     id: host
 

@@ -4,7 +4,7 @@ import QtQuick
 import Zelvra.Controls
 import Zelvra.Views
 
-// A sign with its title, and a tooltip also while it is disabled.
+// A button with an icon and a title. Its tooltip also shows while the button is disabled.
 Tipped {
     id: root
 
@@ -12,7 +12,7 @@ Tipped {
     property alias iconName: button.iconName
     signal clicked
 
-    // Disables the button alone, so that the tooltip stays.
+    // False disables the button, but not the tooltip.
     property bool available: true
 
     PushButton {

@@ -8,7 +8,7 @@ import QtQuick.Templates as T
 import Zelvra.Controls
 import Zelvra.Shell
 
-// Asks for a movie or a folder where the desktop has no panel of its own. Return opens, Backspace goes up.
+// Asks for a movie or a folder if the desktop offers no file chooser. Return opens, Backspace goes to the parent folder.
 T.Popup {
     id: panel
 

@@ -4,7 +4,7 @@ import QtQuick
 import Zelvra.Controls
 import Zelvra.Shell
 
-// A window beside the main one. Ctrl+W and Esc close it; it comes back as it was left.
+// A window beside the main one. Ctrl+W and Esc close it. Opened again, it is as it was.
 Window {
     id: window
 

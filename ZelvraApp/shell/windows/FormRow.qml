@@ -5,7 +5,7 @@ import QtQuick.Layouts
 import Zelvra.Controls
 import Zelvra.Shell
 
-// A row of a form: its label on the left, what it holds on the right.
+// A row of a form: its label on the left, its controls on the right.
 Item {
     id: row
 

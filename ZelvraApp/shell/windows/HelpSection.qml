@@ -7,7 +7,7 @@ import QtQuick.Layouts
 import Zelvra.Controls
 import Zelvra.Shell
 
-// One section of the help: sign and title, below them its items.
+// One section of the help: icon and title, below them its items.
 ColumnLayout {
     id: section
 

@@ -3,7 +3,7 @@
 import QtQuick
 import Zelvra.Shell
 
-// A window that is made when it is first opened, and then kept.
+// A window that is created when it is first opened, and then kept.
 Loader {
     id: loader
 

@@ -6,7 +6,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// What the window shows while no clip is open: how to open one, by button, by drop or from the recents.
+// Shown while no clip is open. A clip is opened by a button, by a drop or from the recent ones.
 Item {
     id: landing
 

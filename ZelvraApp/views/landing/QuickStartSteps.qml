@@ -4,7 +4,7 @@ import QtQuick
 import Zelvra.Controls
 import Zelvra.Views
 
-// The way from a clip to a finished movie in three lines.
+// Three lines that explain how to get from a clip to a finished movie.
 Column {
     spacing: 7
 

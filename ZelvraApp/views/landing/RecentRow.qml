@@ -6,7 +6,7 @@ import QtQuick.Templates as T
 import Zelvra.Controls
 import Zelvra.Views
 
-// A clip or folder that was opened lately, and the folder that holds it.
+// A recently opened clip or folder, and the folder that contains it.
 T.AbstractButton {
     id: row
 

@@ -5,7 +5,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The five clips and folders that were opened last.
+// The five most recently opened clips and folders.
 Column {
     id: recents
 

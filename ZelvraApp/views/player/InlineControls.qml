@@ -7,14 +7,14 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The card of controls in the player's picture.
+// The player's controls, on a card over the picture.
 FocusScope {
     id: bar
 
     required property Session session
     required property PlayerControls controls
     property bool fullScreen: false
-    // The pointer holds or hovers something here.
+    // The pointer is over the card or drags something on it, or the menu of speeds is open.
     readonly property bool busy: hover.hovered || scrubber.pressed || speeds.visible
     signal fullScreenToggled
 
@@ -30,7 +30,7 @@ FocusScope {
     PictureCard {
         anchors.fill: parent
     }
-    // What is clicked here is not clicked on the picture.
+    // Takes clicks on the card, so that they do not reach the picture.
     TapHandler {
         gesturePolicy: TapHandler.ReleaseWithinBounds
     }

@@ -39,7 +39,7 @@ FocusScope {
         }
     }
 
-    // True where the key was the player's.
+    // Returns true if the player has used the key.
     function handleKey(event: var): bool {
         if (trim.active && (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)) {
             trim.confirm();
@@ -70,7 +70,7 @@ FocusScope {
         session: view.session
     }
 
-    // Here, or over all that the window holds.
+    // In full screen, over everything else in the window.
     Item {
         parent: view.fullScreen ? view.Window.window.contentItem : view
         anchors.fill: parent
@@ -101,7 +101,7 @@ FocusScope {
             anchors.fill: parent
         }
 
-        // What the pointer does over the picture: the controls stay while it moves or is on them.
+        // The controls stay visible while the pointer moves over the picture or is over them.
         HoverHandler {
             id: hover
 

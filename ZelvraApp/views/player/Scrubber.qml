@@ -5,8 +5,8 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The movie's time as a line to be pulled along. While it is pulled the picture follows by sync frames; where
-// it comes to rest the exact frame is shown.
+// A line for the movie's whole time. While it is dragged, the picture follows by sync frames; at the end of the drag
+// the exact frame is shown.
 Item {
     id: scrubber
 

@@ -6,7 +6,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The trim editor: the movie as a film strip, the part to keep framed in yellow, its ends to be dragged.
+// The trim editor: the movie as a film strip. A yellow frame with handles marks the part to keep.
 Item {
     id: bar
 

@@ -7,7 +7,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// One highlight in the sidebar: its figure in its colour, its moment, how long it freezes.
+// One highlight in the sidebar: its shape in its colour, its time and the length of its freeze.
 T.AbstractButton {
     id: row
 

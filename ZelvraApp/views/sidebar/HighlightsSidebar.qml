@@ -6,7 +6,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The clip's lists: its marked clips, where there are any, and its highlights.
+// The clip's lists: its marked clips, if there are any, and its highlights.
 Rectangle {
     id: sidebar
 

@@ -7,7 +7,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// One marked clip: its number, its range and how many highlights it has.
+// One marked clip: its number, its range and the number of its highlights.
 T.AbstractButton {
     id: row
 

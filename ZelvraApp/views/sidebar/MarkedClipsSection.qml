@@ -6,7 +6,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The clips that were marked in the recording, in the order in which they will be exported.
+// The clips that were marked in the recording, in the order of their export.
 ColumnLayout {
     id: section
 

@@ -4,7 +4,7 @@ import QtQuick
 import Zelvra.Controls
 import Zelvra.Views
 
-// What an edge of the trim is dragged by. The strip does the dragging; keys nudge the edge.
+// The handle at an edge of the trim. The strip handles the dragging; arrow keys nudge the edge.
 Rectangle {
     id: handle
 

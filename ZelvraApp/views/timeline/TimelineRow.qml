@@ -5,7 +5,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The row of the timeline strip. It slides in when there is something to show on it, and out again.
+// The row of the timeline strip. It slides in when the strip has content, and out when it has none.
 Rectangle {
     id: row
 

@@ -5,7 +5,7 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The trim's range, and a way out of it.
+// The trim's range, and a button that clears the trim.
 Rectangle {
     id: badge
 
@@ -13,7 +13,7 @@ Rectangle {
     required property double start
     required property double end
     required property bool isEditingQueuedClip
-    // Leaves the range to the tooltip.
+    // Shows the range in the tooltip only.
     property bool compact: false
     signal cleared
 

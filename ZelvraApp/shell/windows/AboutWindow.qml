@@ -26,7 +26,7 @@ AuxiliaryWindow {
         Image {
             objectName: "appIcon"
             Layout.alignment: Qt.AlignHCenter
-            source: "AppIcon.svg"
+            source: "../AppIcon.svg"
             sourceSize.width: 128
             sourceSize.height: 128
             Accessible.ignored: true
@@ -69,7 +69,7 @@ AuxiliaryWindow {
                 objectName: "makerLogo"
                 Layout.alignment: Qt.AlignHCenter
                 visible: status === Image.Ready
-                source: "CorvathGrid.svg"
+                source: "../CorvathGrid.svg"
                 sourceSize.width: 60
                 sourceSize.height: 60
                 Accessible.role: Accessible.Graphic

@@ -134,7 +134,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(PassthroughEnd, KeepsALastPictureWithoutALength) {
     const TemporaryFolder folder;
-    Export job{.movie = {.bFrames = 0}, .freezes = {{20}}};
+    ExportJob job{.movie = {.bFrames = 0}, .freezes = {{20}}};
     job.file = withoutLengthOfLastPicture(job.movie, folder.path());
     const ExportedMovie movie(job, folder.path());
     EXPECT_TRUE(movie.notices().empty()) << movie.notices().front();

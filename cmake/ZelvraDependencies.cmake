@@ -6,10 +6,14 @@ find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 
 # The engine
-pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswscale libswresample)
-pkg_check_modules(ENCODERS REQUIRED IMPORTED_TARGET x264 x265)
+set(ffmpeg_modules libavformat libavcodec libavutil libswscale libswresample)
+set(encoder_modules x264 x265)
+pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET ${ffmpeg_modules})
+pkg_check_modules(ENCODERS REQUIRED IMPORTED_TARGET ${encoder_modules})
 pkg_check_modules(ZIMG REQUIRED IMPORTED_TARGET zimg)
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
+# What programs that link the installed engine link too.
+set(ZELVRACORE_MODULES ${ffmpeg_modules} ${encoder_modules} zimg cairo)
 
 # The application
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Concurrent DBus LinguistTools Qml Quick QuickControls2 Svg)

@@ -2,6 +2,7 @@
 
 // zelvra-cli: the engine on a command line.
 
+#include "ZelvraCore/Version.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tools/zelvra-cli/ClipsCommand.h"
 #include "tools/zelvra-cli/Commands.h"

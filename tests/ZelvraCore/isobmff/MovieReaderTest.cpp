@@ -52,9 +52,9 @@ void expectSamplesOfProbe(const std::filesystem::path& file, const Track& track,
         if (i == 0) {
             moved = sample.presentationTime() - packet.at("pts").get<std::int64_t>();
         }
-        EXPECT_EQ(std::to_string(sample.offset), packet.at("pos"));
-        EXPECT_EQ(std::to_string(sample.size), packet.at("size"));
-        EXPECT_EQ(sample.presentationTime() - moved, packet.at("pts"));
+        EXPECT_EQ(std::to_string(sample.offset), packet.at("pos").get<std::string>());
+        EXPECT_EQ(std::to_string(sample.size), packet.at("size").get<std::string>());
+        EXPECT_EQ(sample.presentationTime() - moved, packet.at("pts").get<std::int64_t>());
         EXPECT_EQ(sample.sync, packet.at("flags").get<std::string>().find('K') == 0) << i;
         ++i;
     }

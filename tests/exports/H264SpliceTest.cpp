@@ -98,7 +98,7 @@ TEST(H264SpliceLimit, ReportsThatNothingCanBeDecoded) {
     options.sourceRange = CMTimeRange::fromStartToEnd(CMTime(1, 5), CMTime(4, 5));
     EXPECT_THROW(renderHighlights(source, {}, folder / "export.mov", options), ZVError);
     EXPECT_EQ(notices, std::vector<std::string>{"Re-encoding the video, because its coding stands in the "
-                                                "way: The video's colour planes are coded apart."});
+                                                "way: the video's colour planes are coded apart."});
 }
 
 } // namespace

@@ -50,16 +50,16 @@ int bitsPerUnit(int profileIdc) {
 
 std::optional<std::string> whyNoFreezeFits(const Sps& sps) {
     if (sps.separateColourPlanes) {
-        return "The video's colour planes are coded apart.";
+        return "the video's colour planes are coded apart";
     }
     if (sps.lumaBitDepth != sps.chromaBitDepth) {
-        return "The video's brightness and colour have different bit depths.";
+        return "the video's brightness and colour have different bit depths";
     }
     if (sps.lumaBitDepth != 8 && sps.lumaBitDepth != 10) {
-        return "The video has " + std::to_string(sps.lumaBitDepth) + " bits a sample.";
+        return "the video has " + std::to_string(sps.lumaBitDepth) + " bits a sample";
     }
     if (!encoderProfile(sps.profileIdc)) {
-        return "The video is of an unusual profile.";
+        return "the video is of an unusual profile";
     }
     return std::nullopt;
 }

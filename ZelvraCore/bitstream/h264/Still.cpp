@@ -99,27 +99,27 @@ SliceHeader StillHeader::asSlice() const {
 
 std::optional<std::string> whyStillDoesNotFit(const Sps& own, const Pps& ownPps, const Sps& source) {
     if (own.codedWidth() != source.codedWidth() || own.codedHeight() != source.codedHeight()) {
-        return "The encoded freeze is not of the video's size.";
+        return "the encoded freeze is not of the video's size";
     }
     if (own.chroma != source.chroma || own.lumaBitDepth != source.lumaBitDepth ||
         own.chromaBitDepth != source.chromaBitDepth) {
-        return "The encoded freeze is not of the video's colour format.";
+        return "the encoded freeze is not of the video's colour format";
     }
     if (own.separateColourPlanes || source.separateColourPlanes) {
-        return "The video's colour planes are coded apart.";
+        return "the video's colour planes are coded apart";
     }
     if (own.frameMbsOnly != source.frameMbsOnly || own.mbAdaptiveFrameField != source.mbAdaptiveFrameField) {
-        return "The encoded freeze is not interlaced as the video is.";
+        return "the encoded freeze is not interlaced as the video is";
     }
     if (own.losslessAtQpZero && !source.losslessAtQpZero) {
-        return "The encoded freeze may be lossless, which the video may not.";
+        return "the encoded freeze may be lossless, which the video may not";
     }
     if (own.scalingMatrixPresent) {
-        return "The encoded freeze has scaling matrices of its own.";
+        return "the encoded freeze has scaling matrices of its own";
     }
     const bool cabacAllowed = source.profileIdc != 66 && source.profileIdc != 88;
     if ((ownPps.cabac && !cabacAllowed) || (ownPps.transform8x8 && source.profileIdc < highProfile)) {
-        return "The encoded freeze uses tools that the video's profile has not.";
+        return "the encoded freeze uses tools that the video's profile has not";
     }
     return std::nullopt;
 }

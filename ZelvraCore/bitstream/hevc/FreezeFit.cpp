@@ -8,16 +8,16 @@ namespace zelvra::hevc {
 
 std::optional<std::string> whyNoFreezeFits(const Sps& sps) {
     if (sps.separateColourPlanes) {
-        return "The video's colour planes are coded apart.";
+        return "the video's colour planes are coded apart";
     }
     if (sps.lumaBitDepth != sps.chromaBitDepth) {
-        return "The video's brightness and colour have different bit depths.";
+        return "the video's brightness and colour have different bit depths";
     }
     if (sps.lumaBitDepth != 8 && sps.lumaBitDepth != 10 && sps.lumaBitDepth != 12) {
-        return "The video has " + std::to_string(sps.lumaBitDepth) + " bits a sample.";
+        return "the video has " + std::to_string(sps.lumaBitDepth) + " bits a sample";
     }
     if (sps.vui && sps.vui->fieldSequence) {
-        return "The video's pictures are fields.";
+        return "the video's pictures are fields";
     }
     return std::nullopt;
 }

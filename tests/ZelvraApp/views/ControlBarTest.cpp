@@ -104,7 +104,7 @@ TEST_F(ControlBar, KeepsAllItsButtonsInANarrowWindow) {
         const QQuickItem& bar = item("controlBar");
         const QQuickItem& last = item("exportMovies");
         EXPECT_LE(last.mapToItem(&bar, {last.width(), 0}).x(), bar.width() - 11.5) << width;
-        EXPECT_GE(item("inPoint").mapToItem(&bar, {}).x(),
+        EXPECT_GE(item("inPoint").mapToItem(&bar, QPointF()).x(),
                   item("clearTrim").mapToItem(&bar, {item("clearTrim").width(), 0}).x())
             << width;
     }

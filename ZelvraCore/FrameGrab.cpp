@@ -36,11 +36,8 @@ Image extractFrame(const Asset& asset, const CMTime& time) {
 
 Image extractFrameOnScreen(const Asset& asset, const CMTime& time) {
     const FrameIndex& frames = asset.frames();
-    if (frames.empty() || !time.isNumeric()) {
-        return extractFrame(asset, time);
-    }
-    const bool ended = time >= frames.end() && time >= asset.duration();
-    return extractFrame(asset, ended ? frames.last().time : maximum(time, CMTime::zero()));
+    const bool atTheEnd = !frames.empty() && time >= frames.end() && time == asset.duration();
+    return extractFrame(asset, atTheEnd ? frames.last().time : time);
 }
 
 } // namespace zelvra

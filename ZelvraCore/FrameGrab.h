@@ -25,9 +25,8 @@ namespace zelvra {
 Image extractFrame(const std::filesystem::path& movie, const CMTime& time);
 Image extractFrame(const Asset& asset, const CMTime& time);
 
-/// What a player shows that rests at `time`: as extractFrame, but before the movie's start it is the first
-/// picture, at the movie's end and after it the last one. Throws as extractFrame; outOfRange only for a time
-/// that is no number.
+/// What a player shows that is paused at `time`: as extractFrame, but at the movie's very end it is the last
+/// picture. Throws as extractFrame.
 Image extractFrameOnScreen(const Asset& asset, const CMTime& time);
 
 } // namespace zelvra

@@ -114,8 +114,7 @@ private:
         for (std::size_t i = 0; i < plan_.highlights.size(); ++i) {
             throwIfStopped(options_.stop);
             const Highlight& highlight = plan_.highlights[i];
-            const Image frame =
-                drawShape(extractFrameOnScreen(source_, highlight.timestamp), highlight.shape);
+            const Image frame = drawShape(frameAt(highlight.timestamp), highlight.shape);
             encodeFreezeClip(frame, freezeClips_.add(), info_.frameDuration, highlight.duration,
                              plan_.freezeCodec, freezeEncoding_, options_.stop);
             report(freezeProgress(i + 1, plan_.highlights.size()));
@@ -128,13 +127,18 @@ private:
         }
     }
 
+    /// A range may reach beyond the movie, and highlights with it.
+    Image frameAt(const CMTime& time) const {
+        return extractFrameOnScreen(source_, minimum(maximum(time, CMTime::zero()), info_.duration));
+    }
+
     std::optional<std::filesystem::path> makeEdgeClip(const std::optional<CMTime>& time) {
         if (!time) {
             return std::nullopt;
         }
         const std::filesystem::path clip = edgeClips_.add();
-        encodeFreezeClip(extractFrameOnScreen(source_, *time), clip, info_.frameDuration, info_.frameDuration,
-                         plan_.freezeCodec, freezeEncoding_, options_.stop);
+        encodeFreezeClip(frameAt(*time), clip, info_.frameDuration, info_.frameDuration, plan_.freezeCodec,
+                         freezeEncoding_, options_.stop);
         return clip;
     }
 

@@ -133,6 +133,9 @@ void PortalFileChooser::listenTo(const QString& request) {
 }
 
 void PortalFileChooser::takeResponse(const QDBusMessage& response) {
+    if (response.path() != request_) {
+        return; // the answer to an earlier question, which was already on its way when a new one was asked
+    }
     listenTo({});
     const QVariantList arguments = response.arguments();
     constexpr uint success = 0;

@@ -17,7 +17,7 @@
 #include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "ZelvraCore/render/PassthroughRender.h"
-#include "ZelvraCore/render/ReencodeExport.h"
+#include "ZelvraCore/render/ReencodeRender.h"
 #include "ZelvraCore/render/TemporaryClips.h"
 
 #include <algorithm>

@@ -2,9 +2,8 @@
 
 #pragma once
 
-/// Colour conversion and scaling through zimg, chosen for its exactness: it computes in 32-bit floats and
-/// honours where chroma was sampled. Formats that it does not take go through libswscale first. Internal to
-/// this folder.
+/// Colour conversion and scaling through zimg, which computes in 32-bit floats and respects where chroma was
+/// sampled. Formats that it does not support are converted by libswscale first.
 
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
 #include "ZelvraCore/records/ColorDescription.h"

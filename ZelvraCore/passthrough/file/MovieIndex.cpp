@@ -22,7 +22,7 @@ constexpr std::uint64_t shortBoxHeader = 8;
 std::uint32_t require32(std::uint64_t number, const char* what) {
     if (number > greatest32) {
         throw MediaError(MediaError::Cause::unsupported,
-                         std::string("the movie cannot be written: ") + what + " does not fit 32 bits");
+                         std::string("cannot write the movie: ") + what + " does not fit 32 bits");
     }
     return static_cast<std::uint32_t>(number);
 }

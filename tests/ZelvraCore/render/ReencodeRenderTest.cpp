@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ZelvraCore/render/ReencodeExport.h"
+#include "ZelvraCore/render/ReencodeRender.h"
 #include "ZelvraCore/FrameGrab.h"
 #include "ZelvraCore/FreezeClipEncoder.h"
 #include "ZelvraCore/OverlayRasteriser.h"
@@ -120,7 +120,7 @@ void expectSoundOf(const std::filesystem::path& file, const Expected& expected) 
         EXPECT_NEAR(static_cast<double>(found->sample), static_cast<double>(from), 2) << "at " << piece.at;
     }
     const Expected::Sound& last = expected.sound.back();
-    // The rest of the last packet is silence that belongs to nobody.
+    // The last packet is longer than the sound; the rest of it is silence.
     const auto end = static_cast<std::int64_t>(std::lround((last.at + last.seconds) * sound.rate));
     EXPECT_NEAR(static_cast<double>(sound.samples.size()), static_cast<double>(end + 512), 514);
 }
@@ -197,7 +197,7 @@ double lumaSimilarity(const std::filesystem::path& file, const std::filesystem::
     return std::regex_search(report, match, std::regex("SSIM Y:([0-9.]+)")) ? std::stod(match[1]) : 0;
 }
 
-TEST(ReencodeExport, KeepsTheLookOfTheSource) {
+TEST(ReencodeRender, KeepsTheLookOfTheSource) {
     const TemporaryFolder folder;
     std::vector<std::filesystem::path> movies{
         movieFile({.width = 640, .height = 360}),
@@ -217,7 +217,7 @@ TEST(ReencodeExport, KeepsTheLookOfTheSource) {
     }
 }
 
-TEST(ReencodeExport, CarriesColourTagsAndTurnsThePixelAspect) {
+TEST(ReencodeRender, CarriesColourTagsAndTurnsThePixelAspect) {
     const TemporaryFolder folder;
     const Case test{"",
                     {.codec = hevc,
@@ -246,7 +246,7 @@ TEST(ReencodeExport, CarriesColourTagsAndTurnsThePixelAspect) {
     EXPECT_TRUE(after.preferredTransform.isIdentity());
 }
 
-TEST(ReencodeExport, KeepsWhenAndWhereItWasTaken) {
+TEST(ReencodeRender, KeepsWhenAndWhereItWasTaken) {
     const TemporaryFolder folder;
     const Case test{
         "",
@@ -265,7 +265,7 @@ TEST(ReencodeExport, KeepsWhenAndWhereItWasTaken) {
     }
 }
 
-TEST(ReencodeExport, PutsTheIndexFirstAndReportsItsProgress) {
+TEST(ReencodeRender, PutsTheIndexFirstAndReportsItsProgress) {
     const TemporaryFolder folder;
     const Case test{"", {.codec = mpeg4}};
     const Asset source(movieFile(test.movie));
@@ -280,7 +280,7 @@ TEST(ReencodeExport, PutsTheIndexFirstAndReportsItsProgress) {
     EXPECT_LT(text.find("moov"), text.find("mdat"));
 }
 
-TEST(ReencodeExport, LeavesAnOlderOutputAloneWhenItIsStoppedOrFails) {
+TEST(ReencodeRender, LeavesAnOlderOutputAloneWhenItIsStoppedOrFails) {
     const TemporaryFolder folder;
     const Case test{"", {.codec = mpeg4, .sound = SoundCodec::aac}};
     const Asset source(movieFile(test.movie));

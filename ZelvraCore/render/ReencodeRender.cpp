@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ZelvraCore/render/ReencodeExport.h"
+#include "ZelvraCore/render/ReencodeRender.h"
 
 #include "ZelvraCore/files/AtomicFile.h"
 #include "ZelvraCore/media/AssetDemuxers.h"

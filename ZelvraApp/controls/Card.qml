@@ -3,7 +3,7 @@
 import QtQuick
 import Zelvra.Controls
 
-// The surface of dialogs and messages that lie over the window.
+// The surface of dialogs and messages over the window.
 Rectangle {
     color: Theme.over(Theme.card, 0.94)
     radius: Theme.cardRadius

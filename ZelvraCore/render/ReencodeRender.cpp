@@ -93,7 +93,7 @@ public:
 private:
     static constexpr std::size_t picturesAhead = 2;
 
-    /// A source picture that tells what the others are like.
+    /// A source picture whose size and format are those of all others.
     std::size_t firstIndex() const {
         const auto run =
             std::ranges::find_if(schedule_.runs, [](const PictureSchedule::Run& r) { return !r.frozen; });
@@ -137,8 +137,8 @@ private:
     std::jthread thread_;        ///< last, so that it ends before what it uses
 };
 
-/// What users care for in the source's metadata: when, where and by what it was taken. Nothing that tells how
-/// it lay in its file.
+/// What users need of the source's metadata: when, where and with what it was recorded. What describes its
+/// file is left out.
 std::map<std::string, std::string> lastingMetadata(const AVDictionary* metadata) {
     constexpr std::array<std::string_view, 6> lasting{"creation_time", "location", "location-eng",
                                                       "make",          "model",    "com.apple.quicktime."};

@@ -4,7 +4,7 @@ import QtQuick
 import Zelvra.Controls
 import Zelvra.Views
 
-// The surface of controls that lie over the movie's picture.
+// The surface of controls over the movie's picture.
 Rectangle {
     radius: Theme.cardRadius
     color: Theme.pictureCard

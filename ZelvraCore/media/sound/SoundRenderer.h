@@ -29,11 +29,10 @@ struct SoundFormat {
 /// The sound of a finished movie as PCM: stretches of a movie's first sound track and silence, end to end,
 /// exact to the sample.
 ///
-/// Exists for every export that encodes its sound anew. Rate and channels stay the source's. A piece begins
-/// at the frame nearest to the sum of the pieces before it, so that nothing drifts however many there are.
-/// What the source presents is heard where it presents it, as libavformat does by default: edits applied, the
-/// encoder's priming removed. If the track has no sound (before it starts, in a gap, after its end) there
-/// is silence.
+/// Used by every export that encodes its sound again. Rate and channels stay the source's. A piece begins at
+/// the frame nearest to the sum of the pieces before it, so sound does not drift however many there are. The
+/// source's sound is placed as libavformat places it by default: edits applied, the encoder's priming
+/// removed. If the track has no sound (before it starts, in a gap, after its end) there is silence.
 ///
 /// It decodes as it is read and holds a few packets, whatever the movie's length. Any thread, one
 /// at a time; several renderers may read one asset at once.

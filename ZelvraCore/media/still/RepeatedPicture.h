@@ -17,9 +17,9 @@ using NalUnits = std::vector<bitstream::Bytes>;
 /// In the byte stream format (Annex B of ITU-T H.264 and H.265).
 bitstream::Bytes byteStreamOf(const NalUnits& nals);
 
-/// A coded picture that takes every sample from the picture before it. As it holds nothing but "skip", the
-/// same bits repeat any picture any number of times: only the numbers in its slice headers (frame_num and the
-/// picture order count) tell where it stands. So it is encoded once and renumbered for each place.
+/// A coded picture that copies every sample from the picture before it. All of it is "skip", so the same bits
+/// repeat any picture any number of times. Only the numbers in its slice headers (frame_num and the picture
+/// order count) depend on its place. So it is encoded once and renumbered for each place.
 class RepeatedPicture {
 public:
     /// `picture` is encoded with the parameter sets, has one reference, the picture before, and is a

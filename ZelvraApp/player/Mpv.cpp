@@ -131,8 +131,12 @@ bool Mpv::flag(const char* property) const {
 std::int64_t Mpv::load(const std::filesystem::path& movie, int videoNumber) {
     // Starting with a seek: pictures that the first edit hides might be shown otherwise.
     const std::string perFile = "start=0,vid=" + std::to_string(videoNumber);
-    std::array words{"loadfile", movie.c_str(), "replace", perFile.c_str(),
-                     static_cast<const char*>(nullptr)};
+    std::vector<const char*> words{"loadfile", movie.c_str(), "replace"};
+    // Since mpv 0.38 a place in the playlist comes before the options; -1 leaves it to the core.
+    if (mpv_client_api_version() >= MPV_MAKE_VERSION(2, 3)) {
+        words.push_back("-1");
+    }
+    words.insert(words.end(), {perFile.c_str(), nullptr});
     set("pause", true);
     mpv_node result{};
     check(mpv_command_ret(handle_, words.data(), &result), "load");

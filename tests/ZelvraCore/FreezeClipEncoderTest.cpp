@@ -115,7 +115,7 @@ TEST(FreezeClipFile, HasFramesAtExactTimes) {
             EXPECT_EQ(packet.at("pts"), i * 1001);
             EXPECT_EQ(packet.at("dts"), i * 1001);
             EXPECT_EQ(packet.at("duration"), 1001);
-            EXPECT_EQ(packet.at("flags") == "K_", i == 0);
+            EXPECT_EQ(packet.at("flags").get<std::string>().starts_with('K'), i == 0);
             EXPECT_TRUE(i == 0 || std::stoi(packet.at("size").get<std::string>()) < 60) << packet;
         }
     }

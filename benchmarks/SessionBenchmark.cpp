@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraApp/annotations/SessionTime.h"
 #include "ZelvraApp/session/AppState.h"
-#include "ZelvraApp/session/SessionTime.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraApp/annotations/SessionTime.h"
 #include "ZelvraApp/player/SoftwarePicture.h"
 #include "ZelvraApp/session/Background.h"
-#include "ZelvraApp/session/SessionTime.h"
 #include "ZelvraApp/shell/Application.h"
 
 #include <QElapsedTimer>

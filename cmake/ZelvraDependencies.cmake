@@ -18,6 +18,8 @@ set(ZELVRACORE_MODULES ${ffmpeg_modules} ${encoder_modules} zimg cairo)
 # The application
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Concurrent DBus LinguistTools Qml Quick QuickControls2 Svg)
 # What newer versions of Qt do by default, once they know of it.
+# The meta-object compiler of Qt 6.4 stumbles over the standard library's <concepts>; it needs nothing of it.
+set(CMAKE_AUTOMOC_MOC_OPTIONS -D_GLIBCXX_CONCEPTS)
 if(Qt6_VERSION VERSION_GREATER_EQUAL 6.5)
     qt_policy(SET QTP0001 NEW) # QML modules are below one prefix; ours name theirs
 endif()

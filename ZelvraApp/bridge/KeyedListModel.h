@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "ZelvraApp/session/Identical.h"
+#include "ZelvraApp/annotations/Identical.h"
 
 #include <QAbstractListModel>
 

@@ -2,9 +2,9 @@
 
 #include "ZelvraApp/bridge/Session.h"
 
+#include "ZelvraApp/annotations/SessionTime.h"
 #include "ZelvraApp/files/FilePaths.h"
 #include "ZelvraApp/session/Background.h"
-#include "ZelvraApp/session/SessionTime.h"
 #include "ZelvraApp/session/Timecode.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 
 #pragma once
 
+#include "ZelvraApp/annotations/MarkedClip.h"
 #include "ZelvraApp/bridge/KeyedListModel.h"
-#include "ZelvraApp/session/MarkedClip.h"
 #include "ZelvraApp/session/RecentItem.h"
 #include "ZelvraCore/records/Highlight.h"
 

@@ -2,6 +2,8 @@
 
 #include "ZelvraApp/session/AppState.h"
 
+#include "ZelvraApp/session/SavedDefaults.h"
+
 namespace zelvra {
 
 AppState::AppState(PreferenceStore& preferences, const ShellServices& services, QObject* parent)
@@ -10,7 +12,7 @@ AppState::AppState(PreferenceStore& preferences, const ShellServices& services, 
       services_(services),
       player_(std::make_unique<Player>()),
       recents_(RecentItem::loadFromUserDefaults(preferences)),
-      sessionDefaults_(HighlightDefaults::loadFromUserDefaults(preferences)),
+      sessionDefaults_(loadFromUserDefaults(preferences)),
       clipDefaults_(sessionDefaults_),
       lastSeenSavedDefaults_(sessionDefaults_) {
     previewTimer_.setSingleShot(true);

@@ -2,12 +2,12 @@
 
 #pragma once
 
+#include "ZelvraApp/annotations/HighlightDefaults.h"
+#include "ZelvraApp/annotations/Identical.h"
+#include "ZelvraApp/annotations/MarkedClip.h"
 #include "ZelvraApp/files/PreferenceStore.h"
 #include "ZelvraApp/player/Player.h"
-#include "ZelvraApp/session/HighlightDefaults.h"
 #include "ZelvraApp/session/HighlightDraft.h"
-#include "ZelvraApp/session/Identical.h"
-#include "ZelvraApp/session/MarkedClip.h"
 #include "ZelvraApp/session/OutputLocation.h"
 #include "ZelvraApp/session/PlayerController.h"
 #include "ZelvraApp/session/RecentItem.h"

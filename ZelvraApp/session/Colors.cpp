@@ -51,10 +51,4 @@ Color fromQColor(const QColor& color) {
     return {color.red() / 255.0, color.green() / 255.0, color.blue() / 255.0, 1};
 }
 
-bool colorsApproximatelyEqual(const Color& a, const Color& b) {
-    constexpr double tolerance = 0.003;
-    return std::ranges::equal(components(a), components(b),
-                              [](double x, double y) { return std::abs(x - y) < tolerance; });
-}
-
 } // namespace zelvra

@@ -24,7 +24,4 @@ std::optional<Color> colorFrom(const QString& hex);
 QColor toQColor(const Color& color);
 Color fromQColor(const QColor& color);
 
-/// Whether red, green and blue each differ by less than 0.003. Alpha does not count.
-bool colorsApproximatelyEqual(const Color& a, const Color& b);
-
 } // namespace zelvra

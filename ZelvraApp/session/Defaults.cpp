@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraApp/session/AppState.h"
+#include "ZelvraApp/session/SavedDefaults.h"
 
 namespace zelvra {
 
@@ -18,13 +19,13 @@ void AppState::applyPendingDefaults(DefaultsScope scope) {
         publish(sessionDefaults_, style, &AppState::sessionDefaultsChanged);
     }
     if (scope == DefaultsScope::always) {
-        style.saveTo(preferences_);
+        save(style, preferences_);
         lastSeenSavedDefaults_ = style;
     }
 }
 
 void AppState::savedDefaultsMayHaveChanged() {
-    const HighlightDefaults saved = HighlightDefaults::loadFromUserDefaults(preferences_);
+    const HighlightDefaults saved = loadFromUserDefaults(preferences_);
     if (saved == lastSeenSavedDefaults_) {
         return;
     }

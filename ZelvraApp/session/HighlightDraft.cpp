@@ -2,12 +2,22 @@
 
 #include "ZelvraApp/session/HighlightDraft.h"
 
-#include "ZelvraApp/session/SessionTime.h"
+#include "ZelvraApp/annotations/Identical.h"
+#include "ZelvraApp/annotations/SessionTime.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace zelvra {
+
+namespace {
+
+bool identical(const DraftShape& a, const DraftShape& b) {
+    return a.id == b.id && a.kind == b.kind && a.p1 == b.p1 && a.p2 == b.p2 && a.color == b.color &&
+           a.strokeWidthRatio == b.strokeWidthRatio;
+}
+
+} // namespace
 
 DraftShape draftShape(const HighlightShape& shape) {
     return {.id = shape.id,
@@ -46,6 +56,12 @@ HighlightDraft HighlightDraft::editing(const Highlight& highlight, Image frame, 
             .videoDisplaySize = videoDisplaySize,
             .shape = draftShape(highlight.shape),
             .isEditing = true};
+}
+
+bool identical(const HighlightDraft& a, const HighlightDraft& b) {
+    return a.id == b.id && identical(a.timestamp, b.timestamp) && a.durationSec == b.durationSec &&
+           &a.frame.raster() == &b.frame.raster() && a.videoDisplaySize == b.videoDisplaySize &&
+           identical(a.shape, b.shape) && a.isEditing == b.isEditing;
 }
 
 } // namespace zelvra

@@ -23,8 +23,6 @@ DraftShape draftShape(const HighlightShape& shape);
 /// The editor's working copy of a highlight, with the frame that is drawn over. It becomes a highlight when
 /// it is committed.
 struct HighlightDraft {
-    static constexpr Color defaultColor{10 / 255.0, 132 / 255.0, 1, 1};
-
     Uuid id; ///< of the highlight that it re-edits or becomes
     CMTime timestamp;
     double durationSec = 0;
@@ -42,5 +40,8 @@ struct HighlightDraft {
     /// The draft that edits `highlight` again.
     static HighlightDraft editing(const Highlight& highlight, Image frame, Size videoDisplaySize);
 };
+
+/// Whether all fields are the same; frames are, if they share one raster. See Identical.h.
+bool identical(const HighlightDraft& a, const HighlightDraft& b);
 
 } // namespace zelvra

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraApp/annotations/SessionTime.h"
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/Background.h"
 #include "ZelvraApp/session/RoughClip.h"
-#include "ZelvraApp/session/SessionTime.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "ZelvraApp/session/TrimEditor.h"
 
-#include "ZelvraApp/session/SessionTime.h"
+#include "ZelvraApp/annotations/SessionTime.h"
 
 #include <utility>
 

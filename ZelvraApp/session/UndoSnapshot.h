@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "ZelvraApp/session/MarkedClip.h"
+#include "ZelvraApp/annotations/MarkedClip.h"
 
 #include <optional>
 

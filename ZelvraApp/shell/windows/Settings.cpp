@@ -4,8 +4,8 @@
 
 #include "ZelvraApp/files/FilePaths.h"
 #include "ZelvraApp/session/Colors.h"
-#include "ZelvraApp/session/HighlightDefaults.h"
 #include "ZelvraApp/session/RoughClip.h"
+#include "ZelvraApp/session/SavedDefaults.h"
 #include "ZelvraApp/session/StyleTexts.h"
 
 #include <QPointer>
@@ -18,7 +18,7 @@ Settings::Settings(PreferenceStore& store, OpenPanel* openPanel, QObject* parent
 }
 
 QColor Settings::color() const {
-    return toQColor(HighlightDefaults::loadFromUserDefaults(store_).color);
+    return toQColor(loadFromUserDefaults(store_).color);
 }
 
 void Settings::setColor(const QColor& color) {
@@ -26,15 +26,15 @@ void Settings::setColor(const QColor& color) {
 }
 
 double Settings::radiusRatio() const {
-    return HighlightDefaults::loadFromUserDefaults(store_).radiusRatio;
+    return loadFromUserDefaults(store_).radiusRatio;
 }
 
 double Settings::strokeRatio() const {
-    return HighlightDefaults::loadFromUserDefaults(store_).strokeWidthRatio;
+    return loadFromUserDefaults(store_).strokeWidthRatio;
 }
 
 double Settings::durationSec() const {
-    return HighlightDefaults::loadFromUserDefaults(store_).durationSec;
+    return loadFromUserDefaults(store_).durationSec;
 }
 
 double Settings::clipLengthSec() const {
@@ -106,7 +106,7 @@ void Settings::chooseCustomFolder() {
 
 void Settings::resetToFactoryDefaults() {
     const OutputLocation standard;
-    HighlightDefaults::factory().saveTo(store_);
+    save(HighlightDefaults::factory(), store_);
     store_.write(PreferenceStore::Changes{}
                      .set(preferences::outputMode, rawValue(standard.mode))
                      .set(preferences::outputSubfolderName, standard.subfolderName)

@@ -2,7 +2,7 @@
 
 #include "ZelvraApp/views/player/PlayerControls.h"
 
-#include "ZelvraApp/session/SessionTime.h"
+#include "ZelvraApp/annotations/SessionTime.h"
 
 #include <algorithm>
 #include <chrono>

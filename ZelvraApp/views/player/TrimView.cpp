@@ -2,7 +2,7 @@
 
 #include "ZelvraApp/views/player/TrimView.h"
 
-#include "ZelvraApp/session/SessionTime.h"
+#include "ZelvraApp/annotations/SessionTime.h"
 #include "ZelvraApp/views/HandleKeys.h"
 
 #include <utility>

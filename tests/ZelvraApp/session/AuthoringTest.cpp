@@ -2,7 +2,8 @@
 
 #include "tests/ZelvraApp/session/SessionFixture.h"
 
-#include "ZelvraApp/session/SessionTime.h"
+#include "ZelvraApp/annotations/SessionTime.h"
+#include "ZelvraApp/session/SavedDefaults.h"
 #include "ZelvraCore/FrameGrab.h"
 
 namespace zelvra::test {
@@ -154,7 +155,7 @@ protected:
         session_->commitDraft();
     }
     static HighlightDefaults saved(const PreferenceStore& store) {
-        return HighlightDefaults::loadFromUserDefaults(PreferenceStore(store.file()));
+        return loadFromUserDefaults(PreferenceStore(store.file()));
     }
 };
 

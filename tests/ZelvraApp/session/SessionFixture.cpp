@@ -2,7 +2,7 @@
 
 #include "tests/ZelvraApp/session/SessionFixture.h"
 
-#include "ZelvraApp/session/SessionTime.h"
+#include "ZelvraApp/annotations/SessionTime.h"
 #include "tests/support/MovieReading.h"
 
 #include <QTest>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraApp/annotations/Identical.h"
+#include "ZelvraApp/annotations/SessionTime.h"
 #include "ZelvraApp/session/Colors.h"
-#include "ZelvraApp/session/HighlightDefaults.h"
 #include "ZelvraApp/session/HighlightDraft.h"
-#include "ZelvraApp/session/Identical.h"
 #include "ZelvraApp/session/RecentItem.h"
-#include "ZelvraApp/session/SessionTime.h"
+#include "ZelvraApp/session/SavedDefaults.h"
 #include "ZelvraApp/session/StyleTexts.h"
 #include "ZelvraApp/session/Timecode.h"
 
@@ -33,17 +33,17 @@ HighlightDraft circleOn(Size display, Point p2) {
                       .kind = HighlightShapeKind::circle,
                       .p1 = {0.5, 0.5},
                       .p2 = p2,
-                      .color = HighlightDraft::defaultColor,
+                      .color = HighlightDefaults::factory().color,
                       .strokeWidthRatio = 0.004},
             .isEditing = false};
 }
 
 TEST(Colors, AreWrittenAsHexRoundedDownAndReadInEitherCase) {
-    EXPECT_EQ(hexString(HighlightDraft::defaultColor), "#0A84FF");
+    EXPECT_EQ(hexString(HighlightDefaults::factory().color), "#0A84FF");
     EXPECT_EQ(hexString({0.9999, -1, 7, 0}), "#FE00FF");
     EXPECT_EQ(hexString({std::nan(""), 0, 0, 1}).size(), 7);
-    EXPECT_EQ(colorFrom("0a84ff"), HighlightDraft::defaultColor);
-    EXPECT_EQ(colorFrom("#0A84FF"), HighlightDraft::defaultColor);
+    EXPECT_EQ(colorFrom("0a84ff"), HighlightDefaults::factory().color);
+    EXPECT_EQ(colorFrom("#0A84FF"), HighlightDefaults::factory().color);
     for (const char* text : {"#0A84F", "##0A84FF", "#GGGGGG", "", "#", "+12345", "0x1234", "１２３４５６"}) {
         EXPECT_EQ(colorFrom(QString::fromUtf8(text)), std::nullopt) << text;
     }
@@ -75,17 +75,17 @@ TEST(HighlightDefaults, AreEqualIfAUserSeesNoDifference) {
 TEST(HighlightDefaults, AreSavedAndFallBackFieldByField) {
     const test::TemporaryFolder folder;
     PreferenceStore store(folder / "preferences.json");
-    EXPECT_TRUE(identical(HighlightDefaults::loadFromUserDefaults(store), HighlightDefaults::factory()));
+    EXPECT_TRUE(identical(loadFromUserDefaults(store), HighlightDefaults::factory()));
     const HighlightDefaults style{{1, 0, 51 / 255.0, 1}, 0.1, -2, 1.5};
-    style.saveTo(store);
-    EXPECT_TRUE(identical(HighlightDefaults::loadFromUserDefaults(store), style)) << "no range is imposed";
+    save(style, store);
+    EXPECT_TRUE(identical(loadFromUserDefaults(store), style)) << "no range is imposed";
 
     constexpr PreferenceKey<QString> radiusAsText{"zvDefault.radiusRatio"};
     store.write(PreferenceStore::Changes{}
                     .set(preferences::defaultColorHex, QStringLiteral("red"))
                     .set(radiusAsText, QStringLiteral("0.2")));
-    const HighlightDefaults read = HighlightDefaults::loadFromUserDefaults(store);
-    EXPECT_EQ(read.color, HighlightDraft::defaultColor);
+    const HighlightDefaults read = loadFromUserDefaults(store);
+    EXPECT_EQ(read.color, HighlightDefaults::factory().color);
     EXPECT_EQ(read.radiusRatio, 0.06);
     EXPECT_EQ(read.durationSec, 1.5);
 }

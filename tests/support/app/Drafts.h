@@ -2,8 +2,8 @@
 
 #pragma once
 
+#include "ZelvraApp/annotations/SessionTime.h"
 #include "ZelvraApp/session/HighlightDraft.h"
-#include "ZelvraApp/session/SessionTime.h"
 #include "tests/support/NumberedPicture.h"
 
 #include <cstdint>

@@ -2,8 +2,8 @@
 
 #include "tests/support/window/WindowFixture.h"
 
+#include "ZelvraApp/annotations/SessionTime.h"
 #include "ZelvraApp/files/FilePaths.h"
-#include "ZelvraApp/session/SessionTime.h"
 
 #include <QDragEnterEvent>
 #include <QGuiApplication>

@@ -2,7 +2,6 @@
 
 #pragma once
 
-#include "ZelvraApp/files/PreferenceStore.h"
 #include "ZelvraCore/records/Highlight.h"
 
 namespace zelvra {
@@ -16,16 +15,13 @@ struct HighlightDefaults {
 
     /// What a user who has never saved a style starts from.
     static HighlightDefaults factory();
-
-    /// The saved style. A field that is absent, of the wrong type or unreadable has the factory's value.
-    static HighlightDefaults loadFromUserDefaults(const PreferenceStore& store);
-
-    /// Saves all four fields in one step.
-    void saveTo(PreferenceStore& store) const;
 };
 
 /// Equal as far as a user can see: radius and stroke within 0.0001, duration within 0.01 s, colours
 /// approximately. Not a test of whether a value has changed; see identical.
 bool operator==(const HighlightDefaults& a, const HighlightDefaults& b);
+
+/// Whether red, green and blue each differ by less than 0.003. Alpha does not count.
+bool colorsApproximatelyEqual(const Color& a, const Color& b);
 
 } // namespace zelvra

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ZelvraApp/session/Identical.h"
+#include "ZelvraApp/annotations/Identical.h"
 
 namespace zelvra {
 
@@ -9,11 +9,6 @@ namespace {
 bool identical(const HighlightShape& a, const HighlightShape& b) {
     return a.id == b.id && a.kind == b.kind && a.p1 == b.p1 && a.p2 == b.p2 &&
            a.strokeColor == b.strokeColor && a.strokeWidthRatio == b.strokeWidthRatio;
-}
-
-bool identical(const DraftShape& a, const DraftShape& b) {
-    return a.id == b.id && a.kind == b.kind && a.p1 == b.p1 && a.p2 == b.p2 && a.color == b.color &&
-           a.strokeWidthRatio == b.strokeWidthRatio;
 }
 
 } // namespace
@@ -34,12 +29,6 @@ bool identical(const Highlight& a, const Highlight& b) {
 bool identical(const HighlightDefaults& a, const HighlightDefaults& b) {
     return a.color == b.color && a.radiusRatio == b.radiusRatio && a.strokeWidthRatio == b.strokeWidthRatio &&
            a.durationSec == b.durationSec;
-}
-
-bool identical(const HighlightDraft& a, const HighlightDraft& b) {
-    return a.id == b.id && identical(a.timestamp, b.timestamp) && a.durationSec == b.durationSec &&
-           &a.frame.raster() == &b.frame.raster() && a.videoDisplaySize == b.videoDisplaySize &&
-           identical(a.shape, b.shape) && a.isEditing == b.isEditing;
 }
 
 bool identical(const MarkedClip& a, const MarkedClip& b) {

@@ -2,24 +2,21 @@
 
 #pragma once
 
-#include "ZelvraApp/session/HighlightDefaults.h"
-#include "ZelvraApp/session/HighlightDraft.h"
-#include "ZelvraApp/session/MarkedClip.h"
+#include "ZelvraApp/annotations/HighlightDefaults.h"
+#include "ZelvraApp/annotations/MarkedClip.h"
 #include "ZelvraCore/records/SourceInfo.h"
 
 #include <algorithm>
-#include <concepts>
 #include <optional>
 #include <vector>
 
 namespace zelvra {
 
 /// Whether two values are the same in every field. Decides whether a published field has changed. Stricter
-/// than
-/// `==`, which for times means the same moment and for styles the same look.
+/// than `==`, which for times means the same moment and for styles the same look.
 
 template <class Value>
-    requires std::equality_comparable<Value>
+    requires requires(const Value& a, const Value& b) { a == b; }
 bool identical(const Value& a, const Value& b) {
     return a == b;
 }
@@ -28,7 +25,6 @@ bool identical(const CMTime& a, const CMTime& b);
 bool identical(const CMTimeRange& a, const CMTimeRange& b);
 bool identical(const Highlight& a, const Highlight& b);
 bool identical(const HighlightDefaults& a, const HighlightDefaults& b);
-bool identical(const HighlightDraft& a, const HighlightDraft& b);
 bool identical(const MarkedClip& a, const MarkedClip& b);
 bool identical(const SourceInfo& a, const SourceInfo& b);
 

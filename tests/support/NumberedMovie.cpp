@@ -124,7 +124,8 @@ std::string timingFilter(const NumberedMovie& movie) {
 Arguments encodingArguments(const NumberedMovie& movie) {
     Arguments arguments{"-vf", turningFilter(movie.orientation) + "," + timingFilter(movie) +
                                    ",format=" + movie.pixelFormat +
-                                   (movie.pixelAspect.empty() ? "" : ",setsar=" + movie.pixelAspect)};
+                                   (movie.pixelAspect.empty() ? "" : ",setsar=" + movie.pixelAspect) +
+                                   (movie.colorTags.empty() ? "" : ",setparams=" + movie.colorTags)};
     append(arguments, videoArguments(movie));
     append(arguments, {"-vsync", "passthrough"});
     if (!movie.frameTicks.empty()) {
@@ -136,7 +137,6 @@ Arguments encodingArguments(const NumberedMovie& movie) {
     if (!movie.sampleEntry.empty()) {
         append(arguments, {"-tag:v", movie.sampleEntry});
     }
-    append(arguments, movie.colorTags);
     append(arguments, soundArguments(movie));
     const std::string ticks = std::to_string(movie.ticksPerSecond());
     append(arguments, {"-video_track_timescale", ticks, "-movie_timescale", ticks, "-strict", "-2"});

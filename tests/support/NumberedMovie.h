@@ -37,13 +37,13 @@ struct NumberedMovie {
     int gop = 30;
     int bFrames = 3;
     bool openGop = false;
-    bool interlaced = false;                 ///< H.264 frame pictures with MBAFF, top field first
-    std::string pixelFormat = "yuv420p";     ///< as ffmpeg names it: also yuv420p10le, yuv422p, yuv444p ...
-    std::string profile = {};                ///< as the encoder names it; empty: its choice
-    std::string encoderParams = {};          ///< further options of x264 or x265 as "name=value:name=value"
-    std::string sampleEntry = {};            ///< "hev1", "avc3"; empty: avc1 or hvc1
-    std::vector<std::string> colorTags = {}; ///< as ffmpeg names them: "-colorspace", "bt709" ...
-    std::string pixelAspect = {};            ///< for example "4/3"; empty: square, untagged
+    bool interlaced = false;             ///< H.264 frame pictures with MBAFF, top field first
+    std::string pixelFormat = "yuv420p"; ///< as ffmpeg names it: also yuv420p10le, yuv422p, yuv444p ...
+    std::string profile = {};            ///< as the encoder names it; empty: its choice
+    std::string encoderParams = {};      ///< further options of x264 or x265 as "name=value:name=value"
+    std::string sampleEntry = {};        ///< "hev1", "avc3"; empty: avc1 or hvc1
+    std::string colorTags = {};          ///< as ffmpeg's filter setparams takes them: "colorspace=bt709"
+    std::string pixelAspect = {};        ///< for example "4/3"; empty: square, untagged
 
     SoundCodec sound = SoundCodec::none;
     int soundRate = 48000;

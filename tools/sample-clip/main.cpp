@@ -59,11 +59,9 @@ void writeMovie(const Game& game, const Scene& scene, const std::filesystem::pat
     const std::string command =
         "ffmpeg -v error -y -f rawvideo -pix_fmt bgr0 -s 1920x1080 -r 30 -i - -f s16le -ar 48000 -ac 2 -i " +
         quoted(sound) +
-        " -vf scale=out_color_matrix=bt709:out_range=tv,format=yuv420p -colorspace bt709 -color_primaries "
-        "bt709"
-        " -color_trc bt709 -color_range tv -c:v libx264 -preset veryfast -crf 21 -g 60 -bf 3 -c:a aac -b:a "
-        "160k"
-        " -movflags +faststart " +
+        " -vf scale=out_color_matrix=bt709:out_range=tv,format=yuv420p,"
+        "setparams=colorspace=bt709:color_primaries=bt709:color_trc=bt709:range=tv"
+        " -c:v libx264 -preset veryfast -crf 21 -g 60 -bf 3 -c:a aac -b:a 160k -movflags +faststart " +
         quoted(unfinished);
     std::unique_ptr<std::FILE, PipeClose> encoder(::popen(command.c_str(), "w"));
     if (!encoder) {

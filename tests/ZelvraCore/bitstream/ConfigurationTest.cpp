@@ -86,7 +86,7 @@ TEST(HevcConfiguration, OfASpliceGuaranteesOnlyWhatBothStreamsDo) {
 
 TEST(SampleEntry, KeepsItsOtherBoxesWhenOneIsReplaced) {
     const auto movie = test::readCodedMovie(
-        NumberedMovie{.frames = 10, .colorTags = {"-colorspace", "bt709"}, .pixelAspect = "4/3"});
+        NumberedMovie{.frames = 10, .colorTags = "colorspace=bt709", .pixelAspect = "4/3"});
     const Bytes& entry = movie.sampleEntry;
     const auto pasp = bitstream::findChildBox(entry, "pasp");
     ASSERT_TRUE(pasp);

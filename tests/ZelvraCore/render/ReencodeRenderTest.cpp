@@ -219,17 +219,17 @@ TEST(ReencodeRender, KeepsTheLookOfTheSource) {
 
 TEST(ReencodeRender, CarriesColourTagsAndTurnsThePixelAspect) {
     const TemporaryFolder folder;
-    const Case test{"",
-                    {.codec = hevc,
-                     .pixelFormat = "yuv420p10le",
-                     .colorTags = {"-colorspace", "bt2020nc", "-color_trc", "arib-std-b67",
-                                   "-color_primaries", "bt2020", "-color_range", "tv"},
-                     .pixelAspect = "4/3",
-                     .orientation = quarterTurn},
-                    {},
-                    0,
-                    60,
-                    VideoCodec::hevc};
+    const Case test{
+        "",
+        {.codec = hevc,
+         .pixelFormat = "yuv420p10le",
+         .colorTags = "colorspace=bt2020nc:color_trc=arib-std-b67:color_primaries=bt2020:range=tv",
+         .pixelAspect = "4/3",
+         .orientation = quarterTurn},
+        {},
+        0,
+        60,
+        VideoCodec::hevc};
     const Asset source(movieFile(test.movie));
     ReencodeJob job = prepare(test, source, folder);
     job.output = folder / "out.mov";

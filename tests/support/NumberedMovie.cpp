@@ -129,7 +129,11 @@ Arguments encodingArguments(const NumberedMovie& movie) {
     append(arguments, videoArguments(movie));
     append(arguments, {"-vsync", "passthrough"});
     if (!movie.frameTicks.empty()) {
-        append(arguments, {"-enc_time_base", "1/" + std::to_string(movie.ticksPerSecond())});
+        // FFmpeg 7 gives every picture that setpts has moved a duration of one tick. The file keeps only that
+        // of the last picture; all others follow from the times.
+        const CMTime last = movie.timeOf(movie.frames) - movie.timeOf(movie.frames - 1);
+        append(arguments, {"-enc_time_base", "1/" + std::to_string(movie.ticksPerSecond()), "-bsf:v",
+                           "setts=pts=PTS:dts=DTS:duration=" + std::to_string(last.value)});
     }
     if (!movie.profile.empty()) {
         append(arguments, {"-profile:v", movie.profile});

@@ -2,9 +2,19 @@
 
 #include "ZelvraCore/records/Uuid.h"
 
+#include "ZelvraCore/records/HexText.h"
+
 #include <random>
 
 namespace zelvra {
+
+namespace {
+
+bool hyphenPrecedes(std::size_t byte) {
+    return byte == 4 || byte == 6 || byte == 8 || byte == 10;
+}
+
+} // namespace
 
 Uuid Uuid::random() {
     thread_local std::random_device device;
@@ -24,13 +34,32 @@ std::string Uuid::text() const {
     static constexpr char digits[] = "0123456789ABCDEF";
     std::string text;
     for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i == 4 || i == 6 || i == 8 || i == 10) {
+        if (hyphenPrecedes(i)) {
             text += '-';
         }
         text += digits[bytes[i] >> 4];
         text += digits[bytes[i] & 0x0F];
     }
     return text;
+}
+
+std::optional<Uuid> Uuid::fromText(std::string_view text) {
+    Uuid uuid;
+    for (std::size_t i = 0; i < uuid.bytes.size(); ++i) {
+        if (hyphenPrecedes(i)) {
+            if (!text.starts_with('-')) {
+                return std::nullopt;
+            }
+            text.remove_prefix(1);
+        }
+        const auto byte = bytesOfHexText(text.substr(0, 2));
+        if (!byte || byte->size() != 1) {
+            return std::nullopt;
+        }
+        uuid.bytes[i] = byte->front();
+        text.remove_prefix(2);
+    }
+    return text.empty() ? std::optional(uuid) : std::nullopt;
 }
 
 } // namespace zelvra

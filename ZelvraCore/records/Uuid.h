@@ -5,7 +5,9 @@
 #include <array>
 #include <compare>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace zelvra {
 
@@ -18,6 +20,8 @@ struct Uuid {
 
     /// Upper-case hexadecimal groups joined by hyphens, 36 characters.
     std::string text() const;
+    /// The identifier of such a text, with digits of either case; `nullopt` for any other text.
+    static std::optional<Uuid> fromText(std::string_view text);
 
     auto operator<=>(const Uuid&) const = default;
 };

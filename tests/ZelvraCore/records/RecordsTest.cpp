@@ -2,6 +2,7 @@
 
 #include "ZelvraCore/records/FourCharCode.h"
 #include "ZelvraCore/records/Highlight.h"
+#include "ZelvraCore/records/MovieIdentity.h"
 #include "ZelvraCore/records/ZVError.h"
 
 #include <gtest/gtest.h>
@@ -52,6 +53,28 @@ TEST(Uuid, IsRandomAndInStandardText) {
         EXPECT_TRUE(std::regex_match(
             uuid.text(), std::regex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}")));
         EXPECT_TRUE(seen.insert(uuid).second);
+        EXPECT_EQ(Uuid::fromText(uuid.text()), uuid);
+    }
+    const auto lower = Uuid::fromText("0e4b0000-0000-4000-8000-00000000000a");
+    ASSERT_TRUE(lower);
+    EXPECT_EQ(lower->text(), "0E4B0000-0000-4000-8000-00000000000A");
+    for (const char* text : {"", "0E4B0000-0000-4000-8000-00000000000",
+                             "0E4B0000-0000-4000-8000-00000000000A0", "0E4B00000-000-4000-8000-00000000000A",
+                             "0E4B0000-0000-4000-8000-00000000000G", "0E4B0000000040008000-00000000000A"}) {
+        EXPECT_EQ(Uuid::fromText(text), std::nullopt) << text;
+    }
+}
+
+TEST(MovieIdentity, HasOneTextThatIsAFileName) {
+    MovieIdentity identity{.size = 4096};
+    identity.digest.back() = 0xAB;
+    EXPECT_EQ(identity.text(), "4096-000000000000000000000000000000ab");
+    EXPECT_EQ(MovieIdentity::fromText(identity.text()), identity);
+    for (const char* text :
+         {"", "-", "4096", "4096-", "4096-ab", "04096-000000000000000000000000000000ab",
+          "4096-000000000000000000000000000000AB", "-000000000000000000000000000000ab",
+          "99999999999999999999-000000000000000000000000000000ab", "4096-000000000000000000000000000000zz"}) {
+        EXPECT_EQ(MovieIdentity::fromText(text), std::nullopt) << text;
     }
 }
 

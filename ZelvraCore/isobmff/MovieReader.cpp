@@ -2,6 +2,7 @@
 
 #include "ZelvraCore/isobmff/MovieReader.h"
 
+#include "ZelvraCore/isobmff/FileBoxes.h"
 #include "ZelvraCore/isobmff/FragmentReader.h"
 #include "ZelvraCore/isobmff/RawBoxes.h"
 #include "ZelvraCore/isobmff/TrackReader.h"
@@ -21,42 +22,6 @@ constexpr std::uint64_t maxIndexBytes = std::uint64_t{1} << 29;
 
 [[noreturn]] void fail(MediaError::Cause cause, const std::string& line) {
     throw MediaError(cause, line);
-}
-
-/// A top-level box of the file. Its payload is not read yet.
-struct FileBox {
-    FourCharCode type = 0;
-    std::uint64_t offset = 0;
-    std::uint64_t headerSize = 0;
-    std::uint64_t size = 0; ///< header included; may reach beyond the file
-
-    std::uint64_t payloadSize() const { return size - headerSize; }
-};
-
-/// `nullopt` if no box can start here: fewer than 8 bytes are left, or the size is invalid.
-std::optional<FileBox> fileBoxAt(const files::ByteSource& source, std::uint64_t offset) {
-    constexpr std::uint64_t shortHeader = 8;
-    constexpr std::uint64_t longHeader = 16;
-    const std::uint64_t left = source.size() - offset;
-    if (left < shortHeader) {
-        return std::nullopt;
-    }
-    const std::vector<std::uint8_t> bytes = source.readBytes(offset, std::min(left, longHeader));
-    BoxReader reader(0, bytes);
-    FileBox box{0, offset, shortHeader, 0};
-    std::uint32_t shortSize = 0;
-    reader.fields(shortSize, box.type);
-    box.size = shortSize;
-    if (shortSize == 0) {
-        box.size = left;
-    } else if (shortSize == 1) {
-        if (left < longHeader) {
-            return std::nullopt;
-        }
-        reader.fields(box.size);
-        box.headerSize = longHeader;
-    }
-    return box.size >= box.headerSize ? std::optional(box) : std::nullopt;
 }
 
 /// Types that the first box of a movie file may have.

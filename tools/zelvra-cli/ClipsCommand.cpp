@@ -2,11 +2,11 @@
 
 #include "tools/zelvra-cli/ClipsCommand.h"
 
+#include "ZelvraApp/annotations/AnnotationsReader.h"
+#include "ZelvraApp/annotations/BadRequest.h"
 #include "ZelvraCore/Render.h"
 #include "ZelvraCore/SourceProbe.h"
 #include "ZelvraCore/records/MediaError.h"
-#include "tools/zelvra-cli/Annotations.h"
-#include "tools/zelvra-cli/HighlightText.h"
 #include "tools/zelvra-cli/Interrupt.h"
 #include "tools/zelvra-cli/ProgressReport.h"
 
@@ -70,8 +70,8 @@ void prepare(const std::vector<std::filesystem::path>& outputs, const std::files
 } // namespace
 
 void clipsCommand(const ClipsRequest& request) {
-    const Annotations annotations = readAnnotations(request.annotations);
-    const std::vector<AnnotatedClip>& clips = annotations.clips;
+    const AnnotationsDocument document = readAnnotations(request.annotations);
+    const std::vector<MarkedClip>& clips = document.work.annotations.markedClips;
     if (clips.empty()) {
         throw BadRequest(request.annotations.string() + ": no clips");
     }
@@ -90,13 +90,12 @@ void clipsCommand(const ClipsRequest& request) {
                 report.update((static_cast<double>(index) + fraction) / static_cast<double>(clips.size()));
             };
             during(clipFailed(index), [&] {
-                return renderHighlights(
-                    source, clips[index].highlights, outputs[index],
-                    {.sourceRange = CMTimeRange::fromStartToEnd(clips[index].start, clips[index].end),
-                     .includeAudio = annotations.includeAudio.value_or(true),
-                     .progress = overall,
-                     .notice = {},
-                     .stop = interrupt.token()});
+                return renderHighlights(source, clips[index].highlights, outputs[index],
+                                        {.sourceRange = clips[index].range,
+                                         .includeAudio = document.includeAudio.value_or(true),
+                                         .progress = overall,
+                                         .notice = {},
+                                         .stop = interrupt.token()});
             });
         }
     }

@@ -2,12 +2,12 @@
 
 #include "tools/zelvra-cli/Commands.h"
 
+#include "ZelvraApp/annotations/AnnotationsReader.h"
+#include "ZelvraApp/annotations/BadRequest.h"
 #include "ZelvraCore/FrameGrab.h"
 #include "ZelvraCore/Render.h"
 #include "ZelvraCore/SourceProbe.h"
 #include "ZelvraCore/records/ZVError.h"
-#include "tools/zelvra-cli/Annotations.h"
-#include "tools/zelvra-cli/HighlightText.h"
 #include "tools/zelvra-cli/Interrupt.h"
 #include "tools/zelvra-cli/PngFile.h"
 #include "tools/zelvra-cli/ProgressReport.h"
@@ -52,12 +52,16 @@ void frameCommand(const std::filesystem::path& movie, CMTime at, const std::file
 }
 
 void addAnnotations(ExportRequest& request, const std::filesystem::path& file) {
-    const Annotations annotations = readAnnotations(file);
+    const AnnotationsDocument document = readAnnotations(file);
+    const Annotations& annotations = document.work.annotations;
     request.highlights.insert(request.highlights.end(), annotations.highlights.begin(),
                               annotations.highlights.end());
-    request.from = request.from ? request.from : annotations.from;
-    request.to = request.to ? request.to : annotations.to;
-    request.includeAudio = request.includeAudio && annotations.includeAudio.value_or(true);
+    const std::optional<CMTimeRange>& range = annotations.trimRange;
+    const std::optional<CMTime> from = range ? range->start : document.from;
+    const std::optional<CMTime> to = range ? range->end() : document.to;
+    request.from = request.from ? request.from : from;
+    request.to = request.to ? request.to : to;
+    request.includeAudio = request.includeAudio && document.includeAudio.value_or(true);
 }
 
 void exportCommand(const ExportRequest& request) {

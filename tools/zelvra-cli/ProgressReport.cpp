@@ -2,7 +2,7 @@
 
 #include "tools/zelvra-cli/ProgressReport.h"
 
-#include "tools/zelvra-cli/TimeText.h"
+#include "ZelvraApp/annotations/TimeText.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,12 +2,12 @@
 
 // zelvra-cli: the engine on a command line.
 
+#include "ZelvraApp/annotations/HighlightText.h"
+#include "ZelvraApp/annotations/TimeText.h"
 #include "ZelvraCore/Version.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tools/zelvra-cli/ClipsCommand.h"
 #include "tools/zelvra-cli/Commands.h"
-#include "tools/zelvra-cli/HighlightText.h"
-#include "tools/zelvra-cli/TimeText.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -149,7 +149,7 @@ int main(int argc, char** argv) {
     ::mallopt(M_MMAP_THRESHOLD, returnedAtOnce);
     try {
         return cli::run(argc, argv);
-    } catch (const cli::BadRequest& error) {
+    } catch (const BadRequest& error) {
         std::cerr << error.what() << '\n';
         return cli::wrongUsage;
     } catch (const std::exception& error) {

@@ -2,20 +2,13 @@
 
 #pragma once
 
+#include "ZelvraApp/annotations/BadRequest.h"
 #include "ZelvraCore/records/Highlight.h"
 
 #include <optional>
-#include <stdexcept>
-#include <string>
 #include <string_view>
 
-namespace zelvra::cli {
-
-/// A request that cannot be understood. `what()` is one line for the user.
-class BadRequest : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+namespace zelvra {
 
 /// A highlight as the user requests it. The defaults are the program's own style: a blue circle of radius
 /// 0.06 (of the picture's height) at the centre, stroke 0.004, for 3 s.
@@ -27,6 +20,8 @@ struct HighlightRequest {
     std::optional<Point> p2;
     Color color{10 / 255.0, 132 / 255.0, 1, 1};
     double strokeWidthRatio = 0.004;
+    std::optional<Uuid> id; ///< absent: a new one
+    std::optional<Uuid> shapeId;
 };
 
 /// Fills in missing points and checks the rest. Throws BadRequest: no time, no positive duration, only one
@@ -42,4 +37,4 @@ Color parseColor(std::string_view text);
 /// Throws BadRequest for an unknown kind.
 HighlightShapeKind parseKind(std::string_view text);
 
-} // namespace zelvra::cli
+} // namespace zelvra

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tools/zelvra-cli/TimeText.h"
+#include "ZelvraApp/annotations/TimeText.h"
 
 #include "ZelvraCore/records/ZVError.h"
 
 #include <gtest/gtest.h>
 
-namespace zelvra::cli {
+namespace zelvra {
 namespace {
 
 TEST(TimeText, ReadsSecondsMinutesHoursAndTicks) {
@@ -46,4 +46,4 @@ TEST(TimeText, ShowsTimeLeftOnAClock) {
 }
 
 } // namespace
-} // namespace zelvra::cli
+} // namespace zelvra

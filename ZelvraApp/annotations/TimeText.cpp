@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tools/zelvra-cli/TimeText.h"
+#include "ZelvraApp/annotations/TimeText.h"
 
 #include "ZelvraCore/records/ZVError.h"
 
@@ -10,7 +10,7 @@
 #include <limits>
 #include <optional>
 
-namespace zelvra::cli {
+namespace zelvra {
 namespace {
 
 /// Longer than any recording, and far below the limit of 64 bits.
@@ -106,4 +106,4 @@ std::string clockText(double seconds) {
     return text;
 }
 
-} // namespace zelvra::cli
+} // namespace zelvra

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tools/zelvra-cli/HighlightText.h"
+#include "ZelvraApp/annotations/HighlightText.h"
 
 #include <gtest/gtest.h>
 
-namespace zelvra::cli {
+namespace zelvra {
 namespace {
 
 TEST(HighlightText, HasTheDefaultStyleIfNothingElseIsGiven) {
@@ -59,4 +59,4 @@ TEST(HighlightText, ReportsWhatItDoesNotUnderstand) {
 }
 
 } // namespace
-} // namespace zelvra::cli
+} // namespace zelvra

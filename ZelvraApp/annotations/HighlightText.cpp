@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "tools/zelvra-cli/HighlightText.h"
+#include "ZelvraApp/annotations/HighlightText.h"
 
-#include "tools/zelvra-cli/TimeText.h"
+#include "ZelvraApp/annotations/TimeText.h"
 
 #include <charconv>
 #include <cmath>
 #include <set>
 
-namespace zelvra::cli {
+namespace zelvra {
 namespace {
 
 constexpr double defaultRadius = 0.06; ///< fraction of the picture's height
@@ -84,10 +84,10 @@ Highlight makeHighlight(const HighlightRequest& request) {
         throw BadRequest("a highlight's stroke must not be below zero");
     }
     const auto [p1, p2] = ends(request);
-    return {.id = Uuid::random(),
+    return {.id = request.id ? *request.id : Uuid::random(),
             .timestamp = *request.at,
             .duration = request.duration,
-            .shape = {.id = Uuid::random(),
+            .shape = {.id = request.shapeId ? *request.shapeId : Uuid::random(),
                       .kind = request.kind,
                       .p1 = p1,
                       .p2 = p2,
@@ -134,4 +134,4 @@ HighlightShapeKind parseKind(std::string_view text) {
     return *kind;
 }
 
-} // namespace zelvra::cli
+} // namespace zelvra

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace zelvra::cli {
+namespace zelvra {
 
 /// Times as people type them and as scripts pass them on.
 ///
@@ -26,4 +26,4 @@ CMTime timeFromSeconds(double seconds);
 /// Minutes and seconds for people: "1:15", "0:02", "1:02:03". Rounded to the second; never negative.
 std::string clockText(double seconds);
 
-} // namespace zelvra::cli
+} // namespace zelvra

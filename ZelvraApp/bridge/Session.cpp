@@ -29,15 +29,19 @@ Session::Session(AppState& state, QObject* parent) : QObject(parent), state_(sta
     answerOpenRequests();
 }
 
+/// The lists of annotations change together before the first signal. Whichever comes first brings the rows up
+/// to date.
 void Session::keepRows() {
-    const auto follow = [this](auto changed, auto& rows, auto items) {
-        const auto update = [this, &rows, items] { rows.update((state_.*items)()); };
-        connect(&state_, changed, this, update);
-        update();
+    const auto updateRecents = [this] { recentRows_.update(state_.recents()); };
+    const auto updateAnnotations = [this] {
+        highlightRows_.update(state_.highlights());
+        markedClipRows_.update(state_.markedClips());
     };
-    follow(&AppState::recentsChanged, recentRows_, &AppState::recents);
-    follow(&AppState::highlightsChanged, highlightRows_, &AppState::highlights);
-    follow(&AppState::markedClipsChanged, markedClipRows_, &AppState::markedClips);
+    connect(&state_, &AppState::recentsChanged, this, updateRecents);
+    connect(&state_, &AppState::highlightsChanged, this, updateAnnotations);
+    connect(&state_, &AppState::markedClipsChanged, this, updateAnnotations);
+    updateRecents();
+    updateAnnotations();
 }
 
 void Session::passOnChanges() {
@@ -155,8 +159,7 @@ void Session::nextClip() {
 }
 
 void Session::seek(double seconds) {
-    state_.cancelHighlightPreview();
-    state_.seekSoon(sessionTime(seconds));
+    state_.seek(sessionTime(seconds));
 }
 
 void Session::addHighlightAtCurrentTime() {

@@ -2,6 +2,7 @@
 
 #include "ZelvraApp/session/AppState.h"
 
+#include "ZelvraApp/session/Request.h"
 #include "ZelvraApp/session/SavedDefaults.h"
 
 namespace zelvra {
@@ -13,32 +14,47 @@ AppState::AppState(PreferenceStore& preferences, const ShellServices& services, 
       player_(std::make_unique<Player>()),
       recents_(RecentItem::loadFromUserDefaults(preferences)),
       sessionDefaults_(loadFromUserDefaults(preferences)),
-      clipDefaults_(sessionDefaults_),
-      lastSeenSavedDefaults_(sessionDefaults_) {
+      lastSeenSavedDefaults_(sessionDefaults_),
+      exporter_(preferences) {
     previewTimer_.setSingleShot(true);
     previewTimer_.setTimerType(Qt::PreciseTimer);
     connect(&previewTimer_, &QTimer::timeout, this, &AppState::endHighlightPreview);
     connect(player_.get(), &Player::periodicTime, this, &AppState::observePlaybackTime);
     connect(player_.get(), &Player::itemFailed, this,
             [this](const QString& reason) { setErrorMessage(tr("Failed to load: %1").arg(reason)); });
+    connect(&exporter_, &Exporter::progressChanged, this, &AppState::exportProgressChanged);
+    connect(&exporter_, &Exporter::isRunningChanged, this, [this] {
+        Q_EMIT isExportingChanged();
+        publishDerived();
+    });
     // Queued, so that a write of several preferences is complete when the session reads them.
     connect(&preferences_, &PreferenceStore::changed, this, &AppState::savedDefaultsMayHaveChanged,
             Qt::QueuedConnection);
 }
 
-AppState::~AppState() {
-    exportStop_.request_stop();
+AppState::~AppState() = default;
+
+std::optional<std::filesystem::path> AppState::videoFile() const {
+    return clip_ ? std::optional(clip_->file) : std::nullopt;
+}
+
+std::optional<SourceInfo> AppState::sourceInfo() const {
+    return clip_ ? std::optional(clip_->info) : std::nullopt;
 }
 
 void AppState::setErrorMessage(const QString& line) {
     publish(errorMessage_, line, &AppState::errorMessageChanged);
 }
 
-void AppState::observePlaybackTime(const CMTime& time) {
-    const double previous = lastObservedTime_.seconds();
-    lastObservedTime_ = time;
-    publish(currentTime_, time, &AppState::currentTimeChanged);
-    previewCrossing(previous, time);
+std::shared_ptr<const AppState::Request> AppState::begin(std::weak_ptr<const Request>& newest) {
+    auto request = std::make_shared<const Request>(*this);
+    newest = request;
+    publishDerived();
+    return request;
+}
+
+bool AppState::isNewest(const Request& request, const std::weak_ptr<const Request>& newest) {
+    return newest.lock().get() == &request;
 }
 
 void AppState::publishDerived() {

@@ -2,18 +2,16 @@
 
 #pragma once
 
-#include "ZelvraApp/annotations/HighlightDefaults.h"
 #include "ZelvraApp/annotations/Identical.h"
-#include "ZelvraApp/annotations/MarkedClip.h"
 #include "ZelvraApp/files/PreferenceStore.h"
 #include "ZelvraApp/player/Player.h"
+#include "ZelvraApp/session/ClipQueue.h"
+#include "ZelvraApp/session/Exporter.h"
 #include "ZelvraApp/session/HighlightDraft.h"
-#include "ZelvraApp/session/OutputLocation.h"
+#include "ZelvraApp/session/OpenClip.h"
 #include "ZelvraApp/session/PlayerController.h"
 #include "ZelvraApp/session/RecentItem.h"
 #include "ZelvraApp/session/ShellServices.h"
-#include "ZelvraApp/session/UndoSnapshot.h"
-#include "ZelvraCore/media/Asset.h"
 #include "ZelvraCore/records/SourceInfo.h"
 
 #include <QObject>
@@ -22,10 +20,10 @@
 
 #include <qcoro/qcorotask.h>
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <stop_token>
 #include <utility>
 #include <vector>
 
@@ -42,9 +40,10 @@ enum class DefaultsScope { justThisClip, forThisSession, always };
 /// operation whose conditions are not met does nothing. One that fails leaves one line in `errorMessage` and
 /// changes nothing else.
 ///
-/// Main thread only. What returns a task suspends while the engine works; meanwhile other operations may run,
-/// and a result that comes late is applied as it is. A task may be dropped: it runs on. One whose session is
-/// destroyed ends without touching it.
+/// Main thread only. What returns a task suspends while the engine works; meanwhile other operations may run.
+/// What was asked for last wins: the result of an older request is dropped, and so is one for a clip that is
+/// no longer open. A task may be dropped: it runs on. One whose session is destroyed ends without touching
+/// it.
 class AppState : public QObject {
     Q_OBJECT
 
@@ -60,26 +59,42 @@ public:
     PreferenceStore& preferences() { return preferences_; }
 
     /// The open clip; nullopt if none is open. Its signal is videoURLChanged.
-    const std::optional<std::filesystem::path>& videoFile() const { return videoFile_; }
-    const std::optional<SourceInfo>& sourceInfo() const { return sourceInfo_; }
+    std::optional<std::filesystem::path> videoFile() const;
+    std::optional<SourceInfo> sourceInfo() const;
     /// As last observed.
     const CMTime& currentTime() const { return currentTime_; }
     /// One line, shown until it is dismissed; empty if there is none.
     const QString& errorMessage() const { return errorMessage_; }
     void setErrorMessage(const QString& line);
     /// There is something to show on the timeline strip: a highlight, a trim or a marked clip.
-    bool timelineHasContent() const { return !highlights_.empty() || trimRange_ || !markedClips_.empty(); }
+    bool timelineHasContent() const { return annotations().hasContent(); }
+
+    // ---- The playhead (Playback.cpp). All but `play` end a freeze preview. See Player.
 
     /// Takes a position of the playhead. The player reports it 30 times a second while it plays, and after
     /// every move while it is paused. May begin a freeze preview.
     void observePlaybackTime(const CMTime& time);
-    /// Moves the playhead exactly there.
-    void seekSoon(const CMTime& time);
+    void play();
+    void pause();
+    /// Moves exactly there.
+    void seek(const CMTime& time);
+    /// Moves near there, quickly.
+    void scrub(const CMTime& time);
+    /// Pauses and moves by that many frames.
+    void step(int frames);
+
+    /// The highlight on which playback has stopped for as long as it will freeze.
+    const std::optional<Highlight>& previewHighlight() const { return previewHighlight_; }
+    bool previewEnabled() const;
+    /// How long a highlight is previewed: as long as its freeze, but at least 0.1 s.
+    static std::chrono::milliseconds previewLength(const Highlight& highlight);
+    /// Ends a preview; playback stays paused.
+    void cancelHighlightPreview();
 
     // ---- Opening, the queue of a folder, recents, closing (Opening.cpp)
 
     /// A folder is being listed, or a clip read.
-    bool isOpening() const { return openingsUnderway_ > 0; }
+    bool isOpening() const { return !opening_.expired(); }
 
     /// One-shot requests to show an open panel. Who shows it takes the request back first.
     bool triggerOpen() const { return triggerOpen_; }
@@ -96,9 +111,9 @@ public:
     /// Queues a folder's clips in natural order and opens the first.
     QCoro::Task<> loadFolder(std::filesystem::path folder);
 
-    const std::vector<std::filesystem::path>& clipQueue() const { return clipQueue_; }
-    int queueIndex() const { return queueIndex_; }
-    bool canGoNext() const { return queueIndex_ + 1 < static_cast<int>(clipQueue_.size()); }
+    const std::vector<std::filesystem::path>& clipQueue() const { return queue_.clips(); }
+    int queueIndex() const { return queue_.index(); }
+    bool canGoNext() const { return queue_.next().has_value(); }
     /// "1 of 3"; empty without a queue.
     QString queueLabel() const;
     QCoro::Task<> nextClip();
@@ -112,8 +127,8 @@ public:
 
     bool showCloseConfirmation() const { return showCloseConfirmation_; }
     void setShowCloseConfirmation(bool on);
-    /// There is work that was never exported.
-    bool closingLosesWork() const;
+    /// There is work that no export has written as it is now.
+    bool closingLosesWork() const { return clip_ && clip_->work.hasUnexportedWork(); }
     /// Closes at once, or asks first if work would be lost.
     void requestCloseVideo();
     /// Closes the clip. What was not exported is lost.
@@ -122,10 +137,10 @@ public:
     // ---- Highlights (Authoring.cpp)
 
     /// In ascending order of time.
-    const std::vector<Highlight>& highlights() const { return highlights_; }
+    const std::vector<Highlight>& highlights() const { return annotations().highlights; }
     const std::optional<HighlightDraft>& draft() const { return draft_; }
     /// The editor is about to open; its frame is being read.
-    bool isGrabbingFrame() const { return grabsUnderway_ > 0; }
+    bool isGrabbingFrame() const { return !grabbing_.expired(); }
     /// Stores what the editor has made of the draft so far. nullopt closes the editor and changes nothing
     /// else.
     void setDraft(std::optional<HighlightDraft> draft);
@@ -139,7 +154,7 @@ public:
     // ---- Style defaults (Defaults.cpp)
 
     const HighlightDefaults& sessionDefaults() const { return sessionDefaults_; }
-    const HighlightDefaults& clipDefaults() const { return clipDefaults_; }
+    const HighlightDefaults& clipDefaults() const { return clip_ ? clip_->work.defaults : sessionDefaults_; }
     bool showDefaultsScopePrompt() const { return showDefaultsScopePrompt_; }
     void setShowDefaultsScopePrompt(bool on);
     /// Answers the prompt. Does nothing if no style waits for an answer.
@@ -148,62 +163,48 @@ public:
     /// and to the open clip.
     void savedDefaultsMayHaveChanged();
 
-    // ---- Undo (Undo.cpp)
+    // ---- Annotations and their history (Editing.cpp). See Annotations for the rules.
 
-    bool canUndo() const { return !undoStack_.empty(); }
-    bool canRedo() const { return !redoStack_.empty(); }
-    /// Records the annotations as they are, as one step. Called before a change; dragging an edge calls it
-    /// once, when the drag begins.
+    const Annotations& annotations() const { return clip_ ? clip_->work.annotations : noAnnotations_; }
+    bool canUndo() const { return clip_ && clip_->history.canUndo(); }
+    bool canRedo() const { return clip_ && clip_->history.canRedo(); }
+    /// Records the annotations as they are, as one step. Dragging an edge calls it once, when the drag
+    /// begins; all other operations record their step themselves.
     void pushUndo();
     void undo();
     void redo();
 
-    // ---- Freeze preview (Preview.cpp)
-
-    const std::optional<Highlight>& previewHighlight() const { return previewHighlight_; }
-    bool previewEnabled() const;
-    /// Ends a preview; playback stays paused.
-    void cancelHighlightPreview();
-
-    // ---- Trim (Trim.cpp)
-
-    /// The part that is played and exported; nullopt means the whole source.
-    const std::optional<CMTimeRange>& trimRange() const { return trimRange_; }
+    const std::optional<CMTimeRange>& trimRange() const { return annotations().trimRange; }
     /// Opens the trim editor of the player's view.
     void beginTrim();
-    /// Sets or clears the trim, as one step. Highlights outside the trim are removed. Clearing ends the
-    /// editing of a marked clip without saving it.
     void setTrim(std::optional<CMTimeRange> range);
-    /// Move one edge while it is dragged, in seconds of the source. No step of undo; highlights stay.
+    /// Move one edge while it is dragged, in seconds of the source. No step of undo.
     void dragTrimStart(double toSeconds);
     void dragTrimEnd(double toSeconds);
 
-    // ---- Marked clips (MarkedClips.cpp)
-
-    /// In the order in which they were made; they are exported and numbered so.
-    const std::vector<MarkedClip>& markedClips() const { return markedClips_; }
-    const std::optional<Uuid>& editingClipID() const { return editingClipID_; }
-    /// The clip whose end the next out-point moves.
-    const std::optional<Uuid>& activeRoughClipID() const { return activeRoughClipID_; }
-    /// Makes a clip of the default length at the playhead; with a trim, moves the trim's start there.
+    const std::vector<MarkedClip>& markedClips() const { return annotations().markedClips; }
+    const std::optional<Uuid>& editingClipID() const { return annotations().editingClipID; }
+    const std::optional<Uuid>& activeRoughClipID() const { return annotations().activeRoughClipID; }
+    /// Mark at the playhead.
     void markInPoint();
-    /// Moves the newest clip's end to the playhead; with a trim, the trim's end.
     void markOutPoint();
-    /// Stores the trim and its highlights as a clip, or back into the one that is edited.
+    /// Stores the trim as a marked clip, or back into the one that is edited, and goes to its end.
     void markCurrentClip();
-    /// Loads a clip's range and highlights for editing.
-    void editMarkedClip(MarkedClip clip);
+    /// Takes the marked clip of that id for editing, and goes to its start.
+    void editMarkedClip(const MarkedClip& clip);
     void unmark(const Uuid& id);
 
-    // ---- Export (Export.cpp)
+    // ---- Export (Exporting.cpp)
 
     bool canExport() const;
-    bool isExporting() const { return isExporting_; }
+    bool isExporting() const { return exporter_.isRunning(); }
     /// From 0 to 1 over all files.
-    double exportProgress() const { return exportProgress_; }
-    /// Its signal is lastExportURLChanged.
+    double exportProgress() const { return exporter_.progress(); }
+    /// The last movie that was written, also if its clip is no longer open. Its signal is
+    /// lastExportURLChanged.
     const std::optional<std::filesystem::path>& lastExportFile() const { return lastExportFile_; }
-    /// Writes each marked clip as a movie of its own; without any, the trimmed clip with its highlights.
+    /// Writes each marked clip as a movie of its own; without any, the trimmed clip with its highlights. Goes
+    /// on if another clip is opened. The dialog after it is shown only if the clip is still open.
     QCoro::Task<> exportMovies();
 
     bool showPostExportDialog() const { return showPostExportDialog_; }
@@ -254,6 +255,9 @@ Q_SIGNALS:
 private:
     using Changed = void (AppState::*)();
 
+    /// A request whose answer takes time. It is under way while anyone holds it.
+    class Request;
+
     /// Sets a published field. No other function does.
     template <class Value>
     void publish(Value& field, std::type_identity_t<Value> value, Changed changed) {
@@ -266,93 +270,77 @@ private:
     }
     /// Notifies of changes of the values that are computed from others.
     void publishDerived();
-    /// Counts one piece of work for as long as it lives.
-    class Underway;
+
+    /// Makes a request the newest of its kind; the others no longer count.
+    std::shared_ptr<const Request> begin(std::weak_ptr<const Request>& newest);
+    static bool isNewest(const Request& request, const std::weak_ptr<const Request>& newest);
 
     // Opening
-    QCoro::Task<> loadClip(std::filesystem::path clip);
-    QCoro::Task<> openWhatIsThere(std::filesystem::path path);
-    QCoro::Task<> openOrForget(RecentItem item);
+    QCoro::Task<> openClip(std::filesystem::path clip, const Request& request);
+    QCoro::Task<> openFolder(std::filesystem::path folder, const Request& request);
+    QCoro::Task<bool> loadClip(std::filesystem::path clip, const Request& request);
+    QCoro::Task<> loadAsked(std::filesystem::path clip);
+    QCoro::Task<> loadFolderAsked(std::filesystem::path folder);
+    QCoro::Task<> goTo(std::optional<int> place);
+    QCoro::Task<> openWhatIsThere(std::filesystem::path path, bool isRecent);
     void noteRecent(const std::filesystem::path& path, bool isFolder);
-    void forgetAnnotations();
+    void setRecents(std::vector<RecentItem> recents);
+    void setQueue(ClipQueue queue);
+    void apply(std::shared_ptr<OpenClip> clip);
 
     // Authoring
+    QCoro::Task<> openEditor(std::optional<Highlight> edited);
     QCoro::Task<std::optional<Image>> grabFrame(std::shared_ptr<const Asset> asset, CMTime time);
 
-    // Undo
-    UndoSnapshot currentSnapshot() const;
-    void restore(UndoSnapshot snapshot);
-    void clearUndoHistory();
+    // Annotations
+    void edit(Annotations after);
+    void adopt(Annotations after);
+    void notifyOfChanges(const Annotations& before);
+    void applyTrimToPlayer();
+
+    // Style defaults
+    void setDefaults(const HighlightDefaults& ofSession, const HighlightDefaults& ofClip);
 
     // Preview
     void previewCrossing(double previousSeconds, const CMTime& time);
     void startHighlightPreview(const Highlight& highlight);
     void endHighlightPreview();
 
-    // Trim and marked clips
-    void finishTrim();
-    void applyTrimToPlayer();
-    void moveTrim(const CMTime& start, const CMTime& end);
-    void dropRoughClip(const CMTime& start);
-
     // Export
-    struct ExportJob;
-    QCoro::Task<> exportSingleClip();
-    QCoro::Task<> exportMarkedClips();
-    bool prepareOutputs(const std::vector<std::filesystem::path>& outputs, bool ofClips);
-    static QString exportFailure(const QString& cause);
-    static QString clipFailure(std::size_t index, const QString& cause);
-    void beginExporting();
-    void finishExporting(std::filesystem::path lastFile);
-    void failExporting(const QString& line);
-    QCoro::Task<std::filesystem::path> render(ExportJob job);
+    QCoro::Task<> exportClip(std::shared_ptr<OpenClip> clip);
 
     PreferenceStore& preferences_;
     ShellServices services_;
     std::unique_ptr<Player> player_;
     PlayerController playerController_;
 
-    std::optional<std::filesystem::path> videoFile_;
-    std::shared_ptr<const Asset> asset_; ///< the open clip's; its index is read once for all that use it
-    std::optional<SourceInfo> sourceInfo_;
+    std::shared_ptr<OpenClip> clip_; ///< null if none is open
+    const Annotations noAnnotations_;
     CMTime currentTime_ = CMTime::zero();
     CMTime lastObservedTime_ = CMTime::zero();
     QString errorMessage_;
 
-    int openingsUnderway_ = 0;
-    int grabsUnderway_ = 0;
+    std::weak_ptr<const Request> opening_;
+    std::weak_ptr<const Request> grabbing_;
     bool triggerOpen_ = false;
     bool triggerOpenFolder_ = false;
     std::vector<RecentItem> recents_;
-    std::vector<std::filesystem::path> clipQueue_;
-    int queueIndex_ = 0;
+    ClipQueue queue_;
     bool showCloseConfirmation_ = false;
 
-    std::vector<Highlight> highlights_;
     std::optional<HighlightDraft> draft_;
 
     HighlightDefaults sessionDefaults_;
-    HighlightDefaults clipDefaults_;
     HighlightDefaults lastSeenSavedDefaults_;
     std::optional<HighlightDefaults> pendingDefaults_; ///< waits for the user's choice of scope
     bool showDefaultsScopePrompt_ = false;
 
-    std::vector<UndoSnapshot> undoStack_; ///< oldest first, at most 50
-    std::vector<UndoSnapshot> redoStack_;
-
     std::optional<Highlight> previewHighlight_;
     QTimer previewTimer_;
 
-    std::optional<CMTimeRange> trimRange_;
-    std::vector<MarkedClip> markedClips_;
-    std::optional<Uuid> editingClipID_;
-    std::optional<Uuid> activeRoughClipID_;
-
-    bool isExporting_ = false;
-    double exportProgress_ = 0;
+    Exporter exporter_;
     std::optional<std::filesystem::path> lastExportFile_;
     bool showPostExportDialog_ = false;
-    std::stop_source exportStop_; ///< an export does not outlive the session
 
     /// As last published.
     struct Derived {

@@ -2,12 +2,8 @@
 
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/Background.h"
-#include "ZelvraApp/session/Underway.h"
+#include "ZelvraApp/session/Request.h"
 #include "ZelvraCore/FrameGrab.h"
-
-#include <QPointer>
-
-#include <algorithm>
 
 namespace zelvra {
 
@@ -31,86 +27,66 @@ HighlightDefaults styleOf(const HighlightDraft& draft, const HighlightDefaults& 
             .durationSec = draft.durationSec};
 }
 
-/// The list with `highlight` added, or in the place of the one that it edits again; in order of time.
-std::vector<Highlight> committing(const Highlight& highlight, std::vector<Highlight> highlights) {
-    const auto edited = std::ranges::find(highlights, highlight.id, &Highlight::id);
-    if (edited != highlights.end()) {
-        *edited = highlight;
-    } else {
-        highlights.push_back(highlight);
-    }
-    std::ranges::stable_sort(highlights, {}, &Highlight::timestamp);
-    return highlights;
-}
-
 } // namespace
 
 void AppState::setDraft(std::optional<HighlightDraft> draft) {
     publish(draft_, std::move(draft), &AppState::draftChanged);
 }
 
-/// nullopt if there is no frame, with the cause in `errorMessage`, or if the session has been destroyed.
+QCoro::Task<> AppState::addHighlightAtCurrentTime() {
+    return endingWithItsOwner(openEditor(std::nullopt));
+}
+
+QCoro::Task<> AppState::editHighlight(Highlight highlight) {
+    return endingWithItsOwner(openEditor(std::move(highlight)));
+}
+
+/// Opens the editor on a highlight at its moment, or on a new one at the playhead. Does nothing if by then
+/// another clip is open or the editor was asked for again.
+QCoro::Task<> AppState::openEditor(std::optional<Highlight> edited) {
+    const std::shared_ptr<OpenClip> clip = clip_;
+    if (!clip) {
+        co_return;
+    }
+    pause();
+    const std::shared_ptr<const Request> request = begin(grabbing_);
+    if (edited) {
+        QCoro::Task<bool> seeking = onBehalfOf(this, player_->seek(edited->timestamp));
+        co_await seeking;
+    }
+    const CMTime time = edited ? edited->timestamp : player_->currentTime();
+    QCoro::Task<std::optional<Image>> grabbing = grabFrame(clip->asset, time);
+    std::optional<Image> frame = co_await grabbing;
+    if (clip != clip_ || !isNewest(*request, grabbing_) || !frame) {
+        co_return;
+    }
+    const Size display = clip->info.displaySize;
+    const HighlightDefaults& style = clipDefaults();
+    setDraft(edited ? HighlightDraft::editing(*edited, std::move(*frame), display)
+                    : HighlightDraft{.id = Uuid::random(),
+                                     .timestamp = time,
+                                     .durationSec = style.durationSec,
+                                     .frame = std::move(*frame),
+                                     .videoDisplaySize = display,
+                                     .shape = newCircle(style, display),
+                                     .isEditing = false});
+}
+
+/// nullopt if there is no frame. Then the cause is in `errorMessage`, if the clip is still open.
 QCoro::Task<std::optional<Image>> AppState::grabFrame(std::shared_ptr<const Asset> asset, CMTime time) {
-    const QPointer<AppState> self(this);
     QString failure;
     try {
         auto grab = [asset, time] { return extractFrameOnScreen(*asset, time); };
-        QCoro::Task<Image> grabbing = inBackground(std::move(grab));
+        QCoro::Task<Image> grabbing = inBackgroundFor(this, std::move(grab));
         Image frame = co_await grabbing;
         co_return frame;
     } catch (const std::exception& error) {
         failure = tr("Frame extraction failed: %1").arg(QString::fromUtf8(error.what()));
     }
-    if (self) {
+    if (clip_ && clip_->asset == asset) {
         setErrorMessage(failure);
     }
     co_return std::nullopt;
-}
-
-QCoro::Task<> AppState::addHighlightAtCurrentTime() {
-    if (!videoFile_ || !sourceInfo_) {
-        co_return;
-    }
-    cancelHighlightPreview();
-    const Underway underway(*this, &AppState::grabsUnderway_);
-    player_->pause();
-    const CMTime time = player_->currentTime();
-    const Size display = sourceInfo_->displaySize;
-    const QPointer<AppState> self(this);
-    QCoro::Task<std::optional<Image>> grabbing = grabFrame(asset_, time);
-    std::optional<Image> frame = co_await grabbing;
-    if (!self || !frame) {
-        co_return;
-    }
-    setDraft(HighlightDraft{.id = Uuid::random(),
-                            .timestamp = time,
-                            .durationSec = clipDefaults_.durationSec,
-                            .frame = std::move(*frame),
-                            .videoDisplaySize = display,
-                            .shape = newCircle(clipDefaults_, display),
-                            .isEditing = false});
-}
-
-QCoro::Task<> AppState::editHighlight(Highlight highlight) {
-    if (!videoFile_ || !sourceInfo_) {
-        co_return;
-    }
-    cancelHighlightPreview();
-    const Underway underway(*this, &AppState::grabsUnderway_);
-    player_->pause();
-    const Size display = sourceInfo_->displaySize;
-    const std::shared_ptr<const Asset> asset = asset_; // another clip may be opened meanwhile
-    const QPointer<AppState> self(this);
-    QCoro::Task<bool> seeking = player_->seek(highlight.timestamp);
-    co_await seeking;
-    if (!self) {
-        co_return;
-    }
-    QCoro::Task<std::optional<Image>> grabbing = grabFrame(asset, highlight.timestamp);
-    std::optional<Image> frame = co_await grabbing;
-    if (self && frame) {
-        setDraft(HighlightDraft::editing(highlight, std::move(*frame), display));
-    }
 }
 
 void AppState::commitDraft() {
@@ -118,21 +94,15 @@ void AppState::commitDraft() {
         return;
     }
     const HighlightDraft draft = *draft_;
-    pushUndo();
-    publish(highlights_, committing(draft.highlight(), highlights_), &AppState::highlightsChanged);
+    Annotations after = annotations();
+    after.commit(draft.highlight());
+    edit(std::move(after));
     setDraft(std::nullopt);
-    const HighlightDefaults style = styleOf(draft, clipDefaults_);
-    if (!(style == clipDefaults_)) {
+    const HighlightDefaults style = styleOf(draft, clipDefaults());
+    if (!(style == clipDefaults())) {
         pendingDefaults_ = style;
         setShowDefaultsScopePrompt(true);
     }
-}
-
-void AppState::deleteHighlight(const Highlight& highlight) {
-    pushUndo();
-    std::vector<Highlight> rest = highlights_;
-    std::erase_if(rest, [id = highlight.id](const Highlight& other) { return other.id == id; });
-    publish(highlights_, std::move(rest), &AppState::highlightsChanged);
 }
 
 } // namespace zelvra

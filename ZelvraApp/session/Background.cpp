@@ -13,9 +13,13 @@ namespace {
 /// not respond must not keep the next clip from opening.
 constexpr int workerThreads = 8;
 
+/// Never destroyed: its destructor would wait for threads that hang.
 QThreadPool& workers() {
-    static QThreadPool pool;
-    pool.setMaxThreadCount(workerThreads);
+    static QThreadPool& pool = *[] {
+        auto* made = new QThreadPool;
+        made->setMaxThreadCount(workerThreads);
+        return made;
+    }();
     return pool;
 }
 
@@ -33,8 +37,15 @@ QFuture<void> onWorkerThread(std::function<void()> work) {
     return QtConcurrent::run(&workers(), std::move(work));
 }
 
-void finishWorkers() {
-    workers().waitForDone();
+QCoro::Task<> endingWithItsOwner(QCoro::Task<> task) {
+    try {
+        co_await task;
+    } catch (const OwnerGone&) { // that is all there is to do
+    }
+}
+
+bool finishWorkers(std::chrono::milliseconds limit) {
+    return workers().waitForDone(static_cast<int>(limit.count()));
 }
 
 void letRun(QCoro::Task<> task) {

@@ -14,10 +14,7 @@ void AppState::applyPendingDefaults(DefaultsScope scope) {
         return;
     }
     const HighlightDefaults style = *std::exchange(pendingDefaults_, std::nullopt);
-    publish(clipDefaults_, style, &AppState::clipDefaultsChanged);
-    if (scope != DefaultsScope::justThisClip) {
-        publish(sessionDefaults_, style, &AppState::sessionDefaultsChanged);
-    }
+    setDefaults(scope == DefaultsScope::justThisClip ? sessionDefaults_ : style, style);
     if (scope == DefaultsScope::always) {
         save(style, preferences_);
         lastSeenSavedDefaults_ = style;
@@ -30,8 +27,18 @@ void AppState::savedDefaultsMayHaveChanged() {
         return;
     }
     lastSeenSavedDefaults_ = saved;
-    publish(sessionDefaults_, saved, &AppState::sessionDefaultsChanged);
-    publish(clipDefaults_, saved, &AppState::clipDefaultsChanged);
+    setDefaults(saved, saved);
+}
+
+void AppState::setDefaults(const HighlightDefaults& ofSession, const HighlightDefaults& ofClip) {
+    const HighlightDefaults clipBefore = clipDefaults();
+    publish(sessionDefaults_, ofSession, &AppState::sessionDefaultsChanged);
+    if (clip_) {
+        clip_->work.defaults = ofClip;
+    }
+    if (!identical(clipBefore, clipDefaults())) {
+        Q_EMIT clipDefaultsChanged();
+    }
 }
 
 } // namespace zelvra

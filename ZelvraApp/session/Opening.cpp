@@ -1,63 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ZelvraApp/files/FilePaths.h"
-#include "ZelvraApp/files/NaturalOrder.h"
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/Background.h"
-#include "ZelvraApp/session/Underway.h"
+#include "ZelvraApp/session/FolderClips.h"
+#include "ZelvraApp/session/Request.h"
 #include "ZelvraCore/SourceProbe.h"
 
 #include <QPointer>
-
-#include <algorithm>
 
 namespace zelvra {
 
 namespace {
 
-enum class FileKind { missing, folder, other };
-
-FileKind kindOf(const std::filesystem::path& path) {
-    std::error_code unknown;
-    const std::filesystem::file_status status = std::filesystem::status(path, unknown);
-    if (!std::filesystem::exists(status)) {
-        return FileKind::missing;
-    }
-    return std::filesystem::is_directory(status) ? FileKind::folder : FileKind::other;
-}
-
-bool isMovieName(const std::filesystem::path& path) {
-    const QString extension = textOf(path.extension()).toLower();
-    return extension == QLatin1String(".mov") || extension == QLatin1String(".mp4") ||
-           extension == QLatin1String(".m4v");
-}
-
-/// A folder's clips in the order in which they are worked through; none if the folder cannot be read.
-std::vector<std::filesystem::path> clipsIn(const std::filesystem::path& folder) {
-    std::vector<std::filesystem::path> clips;
-    std::error_code unreadable;
-    std::filesystem::directory_iterator entry(folder, unreadable);
-    for (; !unreadable && entry != std::filesystem::directory_iterator(); entry.increment(unreadable)) {
-        if (isMovieName(entry->path())) {
-            clips.push_back(entry->path());
-        }
-    }
-    // A folder is listed in no fixed order. Names that are naturally equal must not change places each time.
-    std::ranges::sort(clips);
-    sortInNaturalOrder(clips);
-    return clips;
-}
-
-struct OpenedMovie {
-    std::shared_ptr<const Asset> asset;
-    SourceInfo info;
-};
-
-OpenedMovie openMovie(const std::filesystem::path& clip) {
-    auto asset = std::make_shared<const Asset>(clip);
+std::shared_ptr<OpenClip> readClip(const std::filesystem::path& file) {
+    auto asset = std::make_shared<const Asset>(file);
     SourceInfo info = loadSourceInfo(*asset);
     asset->frames(); // made here, as the player needs them on the main thread, which must not block
-    return {std::move(asset), info};
+    return std::make_shared<OpenClip>(
+        OpenClip{.file = file, .asset = std::move(asset), .info = info, .work = {}, .history = {}});
 }
 
 } // namespace
@@ -98,87 +59,67 @@ void AppState::presentOpenFolderPanel() {
 
 void AppState::handleOpenedURLs(const QList<QUrl>& urls) {
     if (!urls.isEmpty()) {
-        letRun(openWhatIsThere(pathOf(urls.first().toLocalFile())));
+        letRun(endingWithItsOwner(openWhatIsThere(pathOf(urls.first().toLocalFile()), false)));
     }
 }
 
-QCoro::Task<> AppState::openWhatIsThere(std::filesystem::path path) {
-    const QPointer<AppState> self(this);
+void AppState::openRecent(const RecentItem& item) {
+    letRun(endingWithItsOwner(openWhatIsThere(pathOf(item.path), true)));
+}
+
+QCoro::Task<> AppState::openWhatIsThere(std::filesystem::path path, bool isRecent) {
+    const std::shared_ptr<const Request> request = begin(opening_);
     auto look = [path] { return kindOf(path); };
-    QCoro::Task<FileKind> looking = inBackground(std::move(look));
+    QCoro::Task<FileKind> looking = inBackgroundFor(this, std::move(look));
     const FileKind kind = co_await looking;
-    if (!self) {
+    if (!isNewest(*request, opening_)) {
         co_return;
     }
-    QCoro::Task<> opening = kind == FileKind::folder ? loadFolder(path) : load(path);
+    if (kind == FileKind::missing && isRecent) {
+        setRecents(forgetting(textOf(path), recents_));
+        setErrorMessage(tr("“%1” can't be found. It may have been moved or deleted.").arg(nameOf(path)));
+        co_return;
+    }
+    QCoro::Task<> opening = kind == FileKind::folder ? openFolder(path, *request) : openClip(path, *request);
     co_await opening;
 }
 
 QCoro::Task<> AppState::load(std::filesystem::path clip) {
-    const auto queued = std::ranges::find(clipQueue_, clip);
-    if (queued != clipQueue_.end()) {
-        publish(queueIndex_, static_cast<int>(queued - clipQueue_.begin()), &AppState::queueIndexChanged);
-    } else {
-        publish(clipQueue_, {}, &AppState::clipQueueChanged);
-        publish(queueIndex_, 0, &AppState::queueIndexChanged);
-    }
-    const QPointer<AppState> self(this);
-    QCoro::Task<> loading = loadClip(clip);
-    co_await loading;
-    if (self && videoFile_ == clip) {
+    return endingWithItsOwner(loadAsked(std::move(clip)));
+}
+
+QCoro::Task<> AppState::loadAsked(std::filesystem::path clip) {
+    const std::shared_ptr<const Request> request = begin(opening_);
+    QCoro::Task<> opening = openClip(clip, *request);
+    co_await opening;
+}
+
+QCoro::Task<> AppState::loadFolder(std::filesystem::path folder) {
+    return endingWithItsOwner(loadFolderAsked(std::move(folder)));
+}
+
+QCoro::Task<> AppState::loadFolderAsked(std::filesystem::path folder) {
+    const std::shared_ptr<const Request> request = begin(opening_);
+    QCoro::Task<> opening = openFolder(folder, *request);
+    co_await opening;
+}
+
+QCoro::Task<> AppState::openClip(std::filesystem::path clip, const Request& request) {
+    ClipQueue queue = queue_;
+    queue.follow(clip);
+    setQueue(std::move(queue));
+    QCoro::Task<bool> loading = loadClip(clip, request);
+    const bool loaded = co_await loading;
+    if (loaded) {
         noteRecent(clip, false);
     }
 }
 
-QCoro::Task<> AppState::loadClip(std::filesystem::path clip) {
-    const QPointer<AppState> self(this);
-    cancelHighlightPreview();
-    const Underway underway(*this, &AppState::openingsUnderway_);
-    OpenedMovie movie;
-    QString failure;
-    try {
-        auto open = [clip] { return openMovie(clip); };
-        QCoro::Task<OpenedMovie> opening = inBackground(std::move(open));
-        movie = co_await opening;
-    } catch (const std::exception& error) {
-        failure = tr("Failed to load: %1").arg(QString::fromUtf8(error.what()));
-    }
-    if (!self) {
-        co_return;
-    }
-    if (!failure.isEmpty()) {
-        setErrorMessage(failure);
-        co_return;
-    }
-    asset_ = movie.asset;
-    player_->replaceCurrentItem(PlayerItem{.path = clip, .asset = movie.asset, .info = movie.info});
-    player_->setPeriodicTimeObservation(true);
-    publish(videoFile_, clip, &AppState::videoURLChanged);
-    publish(sourceInfo_, movie.info, &AppState::sourceInfoChanged);
-    setErrorMessage({});
-    forgetAnnotations();
-}
-
-/// Everything that belongs to one clip and not to the next.
-void AppState::forgetAnnotations() {
-    publish(highlights_, {}, &AppState::highlightsChanged);
-    clearUndoHistory();
-    publish(currentTime_, CMTime::zero(), &AppState::currentTimeChanged);
-    publish(lastExportFile_, std::nullopt, &AppState::lastExportURLChanged);
-    publish(trimRange_, std::nullopt, &AppState::trimRangeChanged);
-    publish(markedClips_, {}, &AppState::markedClipsChanged);
-    publish(activeRoughClipID_, std::nullopt, &AppState::activeRoughClipIDChanged);
-    publish(editingClipID_, std::nullopt, &AppState::editingClipIDChanged);
-    publish(clipDefaults_, sessionDefaults_, &AppState::clipDefaultsChanged);
-}
-
-QCoro::Task<> AppState::loadFolder(std::filesystem::path folder) {
-    const QPointer<AppState> self(this);
-    const Underway underway(*this, &AppState::openingsUnderway_);
+QCoro::Task<> AppState::openFolder(std::filesystem::path folder, const Request& request) {
     auto list = [folder] { return clipsIn(folder); };
-    QCoro::Task<std::vector<std::filesystem::path>> listing = inBackground(std::move(list));
+    QCoro::Task<std::vector<std::filesystem::path>> listing = inBackgroundFor(this, std::move(list));
     std::vector<std::filesystem::path> clips = co_await listing;
-    if (!self) {
+    if (!isNewest(request, opening_)) {
         co_return;
     }
     if (clips.empty()) {
@@ -186,79 +127,127 @@ QCoro::Task<> AppState::loadFolder(std::filesystem::path folder) {
         co_return;
     }
     const std::filesystem::path first = clips.front();
-    publish(clipQueue_, std::move(clips), &AppState::clipQueueChanged);
-    publish(queueIndex_, 0, &AppState::queueIndexChanged);
-    QCoro::Task<> loading = loadClip(first);
-    co_await loading;
-    if (self && videoFile_) {
+    setQueue(ClipQueue(std::move(clips)));
+    QCoro::Task<bool> loading = loadClip(first, request);
+    const bool loaded = co_await loading;
+    if (loaded || (clip_ && isNewest(request, opening_))) {
         noteRecent(folder, true);
     }
 }
 
+/// Opens a clip and shows it, if nothing else was asked for meanwhile. Returns whether it is open now.
+QCoro::Task<bool> AppState::loadClip(std::filesystem::path clip, const Request& request) {
+    cancelHighlightPreview();
+    std::shared_ptr<OpenClip> next;
+    QString failure;
+    try {
+        auto read = [clip] { return readClip(clip); };
+        QCoro::Task<std::shared_ptr<OpenClip>> reading = inBackgroundFor(this, std::move(read));
+        next = co_await reading;
+    } catch (const std::exception& error) {
+        failure = tr("Failed to load: %1").arg(QString::fromUtf8(error.what()));
+    }
+    if (!isNewest(request, opening_)) {
+        co_return false;
+    }
+    if (!next) {
+        setErrorMessage(failure);
+        co_return false;
+    }
+    apply(std::move(next));
+    setErrorMessage({});
+    co_return true;
+}
+
+/// Shows another clip, or none. Everything that belonged to the clip before ends here; an export of it runs
+/// on.
+void AppState::apply(std::shared_ptr<OpenClip> clip) {
+    cancelHighlightPreview();
+    grabbing_.reset();
+    setDraft(std::nullopt);
+    pendingDefaults_.reset();
+    setShowDefaultsScopePrompt(false);
+    setShowPostExportDialog(false);
+    const Annotations before = annotations();
+    const HighlightDefaults defaultsBefore = clipDefaults();
+    const std::optional<SourceInfo> infoBefore = sourceInfo();
+    clip_ = std::move(clip);
+    if (clip_) {
+        clip_->work.defaults = sessionDefaults_;
+        player_->replaceCurrentItem(
+            PlayerItem{.path = clip_->file, .asset = clip_->asset, .info = clip_->info});
+    } else {
+        player_->pause();
+        player_->replaceCurrentItem(std::nullopt);
+    }
+    player_->setPeriodicTimeObservation(clip_ != nullptr);
+    lastObservedTime_ = CMTime::zero();
+    Q_EMIT videoURLChanged();
+    if (!identical(infoBefore, sourceInfo())) {
+        Q_EMIT sourceInfoChanged();
+    }
+    notifyOfChanges(before);
+    if (!identical(defaultsBefore, clipDefaults())) {
+        Q_EMIT clipDefaultsChanged();
+    }
+    publish(currentTime_, CMTime::zero(), &AppState::currentTimeChanged);
+    forgetLastExport();
+}
+
+void AppState::setQueue(ClipQueue queue) {
+    const ClipQueue before = std::exchange(queue_, std::move(queue));
+    if (before.clips() != queue_.clips()) {
+        Q_EMIT clipQueueChanged();
+    }
+    if (before.index() != queue_.index()) {
+        Q_EMIT queueIndexChanged();
+    }
+    publishDerived();
+}
+
 QString AppState::queueLabel() const {
-    return clipQueue_.empty() ? QString() : tr("%1 of %2").arg(queueIndex_ + 1).arg(clipQueue_.size());
+    return queue_.clips().empty() ? QString()
+                                  : tr("%1 of %2").arg(queue_.index() + 1).arg(queue_.clips().size());
 }
 
 QCoro::Task<> AppState::nextClip() {
-    if (!canGoNext()) {
-        co_return;
-    }
-    publish(queueIndex_, queueIndex_ + 1, &AppState::queueIndexChanged);
-    QCoro::Task<> loading = loadClip(clipQueue_[static_cast<std::size_t>(queueIndex_)]);
-    co_await loading;
+    return endingWithItsOwner(goTo(queue_.next()));
 }
 
 QCoro::Task<> AppState::previousClip() {
-    if (queueIndex_ < 1) {
+    return endingWithItsOwner(goTo(queue_.previous()));
+}
+
+QCoro::Task<> AppState::goTo(std::optional<int> place) {
+    if (!place) {
         co_return;
     }
-    publish(queueIndex_, queueIndex_ - 1, &AppState::queueIndexChanged);
-    QCoro::Task<> loading = loadClip(clipQueue_[static_cast<std::size_t>(queueIndex_)]);
+    const std::shared_ptr<const Request> request = begin(opening_);
+    ClipQueue queue = queue_;
+    const std::filesystem::path clip = queue.goTo(*place);
+    setQueue(std::move(queue));
+    QCoro::Task<bool> loading = loadClip(clip, *request);
     co_await loading;
 }
 
 void AppState::noteRecent(const std::filesystem::path& path, bool isFolder) {
-    publish(recents_, noting({textOf(path), isFolder}, recents_), &AppState::recentsChanged);
-    RecentItem::save(recents_, preferences_);
+    setRecents(noting({textOf(path), isFolder}, recents_));
     if (services_.recentDocuments) {
         services_.recentDocuments->note(path);
     }
 }
 
 void AppState::clearRecents() {
-    publish(recents_, {}, &AppState::recentsChanged);
+    setRecents({});
+}
+
+void AppState::setRecents(std::vector<RecentItem> recents) {
+    publish(recents_, std::move(recents), &AppState::recentsChanged);
     RecentItem::save(recents_, preferences_);
-}
-
-void AppState::openRecent(const RecentItem& item) {
-    letRun(openOrForget(item));
-}
-
-QCoro::Task<> AppState::openOrForget(RecentItem item) {
-    const QPointer<AppState> self(this);
-    const std::filesystem::path path = pathOf(item.path);
-    auto look = [path] { return kindOf(path); };
-    QCoro::Task<FileKind> looking = inBackground(std::move(look));
-    const FileKind kind = co_await looking;
-    if (!self) {
-        co_return;
-    }
-    if (kind == FileKind::missing) {
-        publish(recents_, forgetting(item.path, recents_), &AppState::recentsChanged);
-        RecentItem::save(recents_, preferences_);
-        setErrorMessage(tr("“%1” can't be found. It may have been moved or deleted.").arg(nameOf(path)));
-        co_return;
-    }
-    QCoro::Task<> opening = kind == FileKind::folder ? loadFolder(path) : load(path);
-    co_await opening;
 }
 
 void AppState::setShowCloseConfirmation(bool on) {
     publish(showCloseConfirmation_, on, &AppState::showCloseConfirmationChanged);
-}
-
-bool AppState::closingLosesWork() const {
-    return (!highlights_.empty() || !markedClips_.empty()) && !lastExportFile_;
 }
 
 void AppState::requestCloseVideo() {
@@ -270,17 +259,10 @@ void AppState::requestCloseVideo() {
 }
 
 void AppState::closeVideo() {
-    cancelHighlightPreview();
-    player_->pause();
-    player_->replaceCurrentItem(std::nullopt);
-    player_->setPeriodicTimeObservation(false);
-    asset_.reset();
-    publish(videoFile_, std::nullopt, &AppState::videoURLChanged);
-    publish(sourceInfo_, std::nullopt, &AppState::sourceInfoChanged);
-    publish(draft_, std::nullopt, &AppState::draftChanged);
-    publish(clipQueue_, {}, &AppState::clipQueueChanged);
-    publish(queueIndex_, 0, &AppState::queueIndexChanged);
-    forgetAnnotations();
+    opening_.reset(); // what is being opened is no longer wanted
+    setQueue({});
+    apply(nullptr);
+    publishDerived();
 }
 
 } // namespace zelvra

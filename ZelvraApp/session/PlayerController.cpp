@@ -7,18 +7,16 @@
 
 namespace zelvra {
 
-void PlayerController::beginTrim(std::function<void(bool confirmed)> completion) {
-    const auto later = [completion = std::move(completion)](bool confirmed) {
+void PlayerController::beginTrim(std::function<void(std::optional<CMTimeRange>)> completion) {
+    const auto later = [completion = std::move(completion)](const std::optional<CMTimeRange>& range) {
         QMetaObject::invokeMethod(
-            QCoreApplication::instance(), [completion, confirmed] { completion(confirmed); },
-            Qt::QueuedConnection);
+            QCoreApplication::instance(), [completion, range] { completion(range); }, Qt::QueuedConnection);
     };
     if (!playerView || !playerView->canBeginTrimming()) {
-        later(false);
+        later(std::nullopt);
         return;
     }
-    playerView->beginTrimming(
-        [later](PlayerView::TrimResult result) { later(result == PlayerView::TrimResult::ok); });
+    playerView->beginTrimming(later);
 }
 
 } // namespace zelvra

@@ -2,10 +2,13 @@
 
 #pragma once
 
+#include "ZelvraCore/records/CMTimeRange.h"
+
 #include <QObject>
 #include <QPointer>
 
 #include <functional>
+#include <optional>
 
 namespace zelvra {
 
@@ -15,14 +18,12 @@ class PlayerView : public QObject {
     Q_OBJECT
 
 public:
-    enum class TrimResult { ok, cancelled };
-
     using QObject::QObject;
 
     virtual bool canBeginTrimming() const = 0;
-    /// Shows the trim editor. Calls `completion` once, when the user leaves it; after `ok` the chosen in and
-    /// out points are the playback bounds of the player's item.
-    virtual void beginTrimming(std::function<void(TrimResult)> completion) = 0;
+    /// Shows the trim editor. Calls `completion` once, when the user leaves it: with the range that was
+    /// confirmed, or nullopt if it was cancelled.
+    virtual void beginTrimming(std::function<void(std::optional<CMTimeRange>)> completion) = 0;
 };
 
 /// Connects the session to the view that currently shows its player. Views come and go.
@@ -30,9 +31,9 @@ class PlayerController {
 public:
     QPointer<PlayerView> playerView; ///< none until a view has attached itself
 
-    /// Opens the view's trim editor. `completion` is called once, never before this returns, with whether the
-    /// user confirmed; with false too if there is no view or it cannot trim now.
-    void beginTrim(std::function<void(bool confirmed)> completion);
+    /// Opens the view's trim editor. `completion` is called once, never before this returns, with the range
+    /// that the user confirmed; with nullopt also if there is no view or it cannot trim now.
+    void beginTrim(std::function<void(std::optional<CMTimeRange> confirmed)> completion);
 };
 
 } // namespace zelvra

@@ -14,6 +14,14 @@ constexpr std::size_t mostRecents = 10;
 constexpr QLatin1String pathKey("path");
 constexpr QLatin1String isFolderKey("isFolder");
 
+/// One folder has one path, with or without a slash at its end.
+QString withoutTrailingSlash(QString path) {
+    while (path.size() > 1 && path.endsWith(QLatin1Char('/'))) {
+        path.chop(1);
+    }
+    return path;
+}
+
 } // namespace
 
 std::vector<RecentItem> RecentItem::loadFromUserDefaults(const PreferenceStore& store) {
@@ -22,10 +30,11 @@ std::vector<RecentItem> RecentItem::loadFromUserDefaults(const PreferenceStore& 
         return {};
     }
     std::vector<RecentItem> items;
-    for (const QJsonValue entry : entries) {
-        const QJsonValue path = entry[pathKey];
+    for (auto entry = entries.end(); entry != entries.begin();) { // oldest first
+        --entry;
+        const QJsonValue path = (*entry)[pathKey];
         if (path.isString()) {
-            items.push_back({path.toString(), entry[isFolderKey].toBool(false)});
+            items = noting({path.toString(), (*entry)[isFolderKey].toBool(false)}, std::move(items));
         }
     }
     return items;
@@ -40,14 +49,15 @@ void RecentItem::save(const std::vector<RecentItem>& items, PreferenceStore& sto
 }
 
 std::vector<RecentItem> noting(const RecentItem& item, std::vector<RecentItem> recents) {
-    recents = forgetting(item.path, std::move(recents));
-    recents.insert(recents.begin(), item);
+    const QString path = withoutTrailingSlash(item.path);
+    recents = forgetting(path, std::move(recents));
+    recents.insert(recents.begin(), {path, item.isFolder});
     recents.resize(std::min(recents.size(), mostRecents));
     return recents;
 }
 
 std::vector<RecentItem> forgetting(const QString& path, std::vector<RecentItem> recents) {
-    std::erase_if(recents, [&](const RecentItem& item) { return item.path == path; });
+    std::erase_if(recents, [&](const RecentItem& item) { return item.path == withoutTrailingSlash(path); });
     return recents;
 }
 

@@ -10,14 +10,14 @@
 
 namespace zelvra {
 
-/// A clip or folder that was opened recently. Identified by its path.
+/// A clip or folder that was opened recently. Identified by its path, which ends in no slash.
 struct RecentItem {
     QString path;
     bool isFolder = false; ///< as it was opened
     bool operator==(const RecentItem&) const = default;
 
-    /// Newest first. Does not check whether they still exist. Entries without a path are skipped. A value
-    /// that is no list of entries gives an empty list.
+    /// Newest first, at most ten, each path once. Does not check whether they still exist. Entries without a
+    /// path are skipped. A value that is no list of entries gives an empty list.
     static std::vector<RecentItem> loadFromUserDefaults(const PreferenceStore& store);
 
     /// Replaces the saved list.

@@ -14,10 +14,10 @@ bool TrimEditor::canBeginTrimming() const {
     return player_.currentItem() != nullptr && !isActive();
 }
 
-void TrimEditor::beginTrimming(std::function<void(TrimResult)> completion) {
+void TrimEditor::beginTrimming(std::function<void(std::optional<CMTimeRange>)> completion) {
     const PlayerItem* item = player_.currentItem();
     if (!item || isActive()) {
-        completion(TrimResult::cancelled);
+        completion(std::nullopt);
         return;
     }
     movie_ = item->asset;
@@ -46,17 +46,12 @@ void TrimEditor::confirm() {
     if (!isActive()) {
         return;
     }
-    if (!showsSameMovie()) {
-        end(TrimResult::cancelled);
-        return;
-    }
-    player_.setPlaybackBounds(inPoint_, outPoint_);
-    end(TrimResult::ok);
+    end(showsSameMovie() ? std::optional(CMTimeRange::fromStartToEnd(inPoint_, outPoint_)) : std::nullopt);
 }
 
 void TrimEditor::cancel() {
     if (isActive()) {
-        end(TrimResult::cancelled);
+        end(std::nullopt);
     }
 }
 
@@ -65,7 +60,7 @@ bool TrimEditor::showsSameMovie() const {
     return item && item->asset == movie_.lock();
 }
 
-void TrimEditor::end(TrimResult result) {
+void TrimEditor::end(const std::optional<CMTimeRange>& result) {
     const auto completion = std::exchange(completion_, nullptr);
     Q_EMIT changed();
     completion(result);

@@ -10,7 +10,7 @@
 namespace zelvra {
 
 /// The state of the player view's trim editor: in and out points over the whole source that the user moves,
-/// then confirms or cancels. Only confirming changes the player's bounds.
+/// then confirms or cancels. It changes nothing itself: who opened it gets the range.
 ///
 /// Main thread. `player` outlives it.
 class TrimEditor : public PlayerView {
@@ -22,7 +22,7 @@ public:
     /// A movie is loaded and the editor is not open yet.
     bool canBeginTrimming() const override;
     /// Opens with the points at the player's bounds, or at the movie's ends if there are none.
-    void beginTrimming(std::function<void(TrimResult)> completion) override;
+    void beginTrimming(std::function<void(std::optional<CMTimeRange>)> completion) override;
 
     bool isActive() const { return completion_ != nullptr; }
     CMTime inPoint() const { return inPoint_; }
@@ -32,7 +32,7 @@ public:
     void setInPoint(const CMTime& time);
     void setOutPoint(const CMTime& time);
 
-    /// Makes the points the player's bounds. Cancels if another movie has been loaded meanwhile.
+    /// Ends with the points as a range. Cancels if another movie has been loaded meanwhile.
     void confirm();
     void cancel();
 
@@ -41,14 +41,14 @@ Q_SIGNALS:
 
 private:
     bool showsSameMovie() const;
-    void end(TrimResult result);
+    void end(const std::optional<CMTimeRange>& result);
 
     Player& player_;
     std::weak_ptr<const Asset> movie_; ///< that the points belong to
     CMTime duration_;
     CMTime inPoint_;
     CMTime outPoint_;
-    std::function<void(TrimResult)> completion_;
+    std::function<void(std::optional<CMTimeRange>)> completion_;
 };
 
 } // namespace zelvra

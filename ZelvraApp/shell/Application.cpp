@@ -78,7 +78,8 @@ Application::~Application() {
     dialogs_.reset();
     session_.reset();
     state_.reset();
-    finishWorkers();
+    constexpr std::chrono::seconds patience(3);
+    finishWorkers(patience);
 }
 
 QQuickWindow& Application::mainWindow() const {

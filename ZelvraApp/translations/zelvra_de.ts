@@ -797,18 +797,6 @@
         <translation>Das Einzelbild konnte nicht gelesen werden: %1</translation>
     </message>
     <message>
-        <source>Export failed: %1</source>
-        <translation>Export fehlgeschlagen: %1</translation>
-    </message>
-    <message>
-        <source>Clip %1 failed: %2</source>
-        <translation>Clip %1 fehlgeschlagen: %2</translation>
-    </message>
-    <message>
-        <source>Couldn&apos;t create output folder: %1</source>
-        <translation>Der Ausgabeordner konnte nicht erstellt werden: %1</translation>
-    </message>
-    <message>
         <source>Open</source>
         <translation>Öffnen</translation>
     </message>
@@ -835,6 +823,25 @@
     <message>
         <source>“%1” can&apos;t be found. It may have been moved or deleted.</source>
         <translation>„%1“ wurde nicht gefunden. Möglicherweise wurde das Objekt verschoben oder gelöscht.</translation>
+    </message>
+    <message>
+        <source>“%1”: %2</source>
+        <translation>„%1“: %2</translation>
+    </message>
+</context>
+<context>
+    <name>zelvra::Exporter</name>
+    <message>
+        <source>Couldn&apos;t create output folder: %1</source>
+        <translation>Der Ausgabeordner konnte nicht erstellt werden: %1</translation>
+    </message>
+    <message>
+        <source>Clip %1 failed: %2</source>
+        <translation>Clip %1 fehlgeschlagen: %2</translation>
+    </message>
+    <message>
+        <source>Export failed: %1</source>
+        <translation>Export fehlgeschlagen: %1</translation>
     </message>
 </context>
 <context>

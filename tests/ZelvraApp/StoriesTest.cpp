@@ -30,7 +30,7 @@ protected:
     }
     /// Moves the playhead exactly there.
     void goTo(double seconds) {
-        state().seekSoon(CMTime::fromSeconds(seconds, 600));
+        state().seek(CMTime::fromSeconds(seconds, 600));
         EXPECT_TRUE(comesTrue([&] { return std::abs(state().currentTime().seconds() - seconds) < 1e-6; }));
     }
     void exportAll() {

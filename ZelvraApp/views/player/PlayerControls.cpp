@@ -77,31 +77,29 @@ void PlayerControls::togglePlaying() {
     if (isPlaying()) {
         pause();
     } else {
-        player().play();
+        session_->state()->play();
     }
 }
 
 void PlayerControls::scrub(double seconds) {
-    session_->state()->cancelHighlightPreview();
     if (player().rate() > 0) {
         resumesAfterScrub_ = true;
-        player().pause();
+        session_->state()->pause();
     }
     endShuttle();
-    player().scrub(sessionTime(seconds));
+    session_->state()->scrub(sessionTime(seconds));
 }
 
 void PlayerControls::endScrub(double seconds) {
     session_->seek(seconds);
     if (std::exchange(resumesAfterScrub_, false)) {
-        player().play();
+        session_->state()->play();
     }
 }
 
 void PlayerControls::step(int frames) {
-    session_->state()->cancelHighlightPreview();
     endShuttle();
-    const QCoro::Task<bool> stepping = player().step(frames); // runs on by itself
+    session_->state()->step(frames);
 }
 
 bool PlayerControls::handleKey(int key, int modifiers) {
@@ -131,9 +129,8 @@ bool PlayerControls::handleKey(int key, int modifiers) {
 }
 
 void PlayerControls::pause() {
-    session_->state()->cancelHighlightPreview();
     endShuttle();
-    player().pause();
+    session_->state()->pause();
     Q_EMIT playingChanged();
 }
 
@@ -145,15 +142,14 @@ void PlayerControls::shuttleForward() {
     session_->state()->cancelHighlightPreview();
     shuttleRate_ = next;
     player().setDefaultRate(next);
-    player().play();
+    session_->state()->play();
 }
 
 /// Goes backwards, and faster with each press. Seeks to each picture, as fast as they can be decoded.
 void PlayerControls::shuttleBackward() {
     const double next = shuttleRate_ < 0 ? std::max(shuttleRate_ * 2, -fastestShuttle) : -1;
-    session_->state()->cancelHighlightPreview();
     endShuttle();
-    player().pause();
+    session_->state()->pause();
     shuttleRate_ = next;
     backwardFrom_ = player().currentTime().seconds();
     backwardSince_.start();

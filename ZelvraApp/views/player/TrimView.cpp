@@ -65,7 +65,7 @@ void TrimView::dragTo(double x) {
 void TrimView::endDrag() {
     const CMTime point = std::exchange(movedTo_, CMTime::invalid());
     if (point.isValid()) {
-        session_->state()->seekSoon(point);
+        session_->state()->seek(point);
     }
 }
 
@@ -86,9 +86,8 @@ void TrimView::move(End end, double seconds) {
         editor_->setOutPoint(sessionTime(seconds));
     }
     movedTo_ = end == In ? editor_->inPoint() : editor_->outPoint();
-    Player& player = session_->state()->player();
-    player.pause();
-    player.scrub(movedTo_);
+    session_->state()->pause();
+    session_->state()->scrub(movedTo_);
 }
 
 } // namespace zelvra

@@ -135,14 +135,6 @@ TEST_F(Authoring, ReportsAMissingFrame) {
     EXPECT_FALSE(session_->canUndo());
 }
 
-TEST_F(Authoring, AcceptsAFrameThatComesAfterTheClipWasClosed) {
-    open(clip("one.mov"));
-    QCoro::Task<> adding = session_->addHighlightAtCurrentTime();
-    session_->closeVideo();
-    run(std::move(adding));
-    EXPECT_TRUE(session_->draft());
-}
-
 class Defaults : public SessionFixture {
 protected:
     static HighlightDefaults red(double duration = 2) { return {{1, 0, 0, 1}, 0.06, 0.01, duration}; }

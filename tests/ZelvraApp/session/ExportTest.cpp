@@ -90,18 +90,19 @@ TEST_F(Exporting, WritesEachMarkedClipAsAMovieOfItsOwn) {
 }
 
 TEST_F(Exporting, StopsAtTheFirstClipThatFails) {
-    openGame();
+    const std::filesystem::path file = clip("game.mp4", {.container = "mp4", .indexFirst = true});
+    open(file);
     mark(0, 0.5);
-    mark(0.5, 1);
-    mark(1, 1.5);
-    std::filesystem::create_directories(folder_ / "highlighted" / "game_clip_02_highlighted.mp4");
+    mark(1, 2);
+    mark(0, 0.5);
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) * 2 / 3); // a copy that was cut off
     run(session_->exportMovies());
     EXPECT_THAT(session_->errorMessage().toStdString(), StartsWith("Clip 2 failed: "));
     EXPECT_FALSE(session_->isExporting());
     EXPECT_FALSE(session_->showPostExportDialog());
     EXPECT_FALSE(session_->lastExportFile());
-    EXPECT_TRUE(std::filesystem::is_regular_file(folder_ / "highlighted" / "game_clip_01_highlighted.mp4"));
-    EXPECT_FALSE(std::filesystem::exists(folder_ / "highlighted" / "game_clip_03_highlighted.mp4"));
+    EXPECT_THAT(exported(), ElementsAre("game_clip_01_highlighted.mp4"));
+    EXPECT_TRUE(session_->closingLosesWork());
 }
 
 TEST_F(Exporting, ReportsAFolderThatCannotBeMade) {
@@ -113,24 +114,79 @@ TEST_F(Exporting, ReportsAFolderThatCannotBeMade) {
     EXPECT_FALSE(session_->isExporting());
 }
 
-TEST_F(Exporting, NeverReplacesItsSource) {
+TEST_F(Exporting, NeverReplacesAFileThatItDidNotWriteForTheSameClip) {
     const std::filesystem::path file = openGame();
     const Bytes before = readBytes(file);
     preferences_.write(preferences::outputMode, rawValue(OutputLocationMode::sameAsSource));
     std::filesystem::create_hard_link(file, folder_ / "game_highlighted.mp4");
     std::filesystem::create_symlink(file, folder_ / "game_clip_02_highlighted.mp4");
+    std::filesystem::create_directory(folder_ / "game_clip_02_highlighted 2.mp4");
     add(1);
-    run(session_->exportMovies());
-    EXPECT_EQ(session_->errorMessage().toStdString(),
-              "Export failed: the output would replace the source movie: " +
-                  (folder_ / "game_highlighted.mp4").string());
+    for (int i = 0; i < 2; ++i) { // the second time it replaces its own
+        run(session_->exportMovies());
+        EXPECT_EQ(session_->lastExportFile(), folder_ / "game_highlighted 2.mp4");
+    }
     mark(0, 0.5);
     mark(0.5, 1);
     run(session_->exportMovies());
-    EXPECT_THAT(session_->errorMessage().toStdString(),
-                StartsWith("Clip 2 failed: the output would replace"));
-    EXPECT_FALSE(std::filesystem::exists(folder_ / "game_clip_01_highlighted.mp4")) << "nothing was begun";
+    EXPECT_TRUE(std::filesystem::is_regular_file(folder_ / "game_clip_01_highlighted.mp4"));
+    EXPECT_EQ(session_->lastExportFile(), folder_ / "game_clip_02_highlighted 3.mp4");
+    EXPECT_EQ(session_->errorMessage(), "");
     EXPECT_EQ(readBytes(file), before);
+
+    std::ofstream(folder_ / "game_clip_01_highlighted.mp4") << "someone else's now";
+    run(session_->exportMovies());
+    EXPECT_EQ(readBytes(folder_ / "game_clip_01_highlighted.mp4").size(), 18U);
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "game_clip_01_highlighted 2.mp4"));
+}
+
+TEST_F(Exporting, KeepsMoviesOfOneNameFromTwoCamerasApart) {
+    preferences_.write(preferences::outputMode, rawValue(OutputLocationMode::custom));
+    preferences_.write(preferences::outputCustomFolderPath, QString::fromStdString(folder_ / "all"));
+    for (const auto& [camera, marker] : {std::pair("cam1", 1), {"cam2", 2}}) {
+        open(clip(std::string(camera) + "/GX010001.MP4", {.container = "mp4"}));
+        add(1, 0.5, marker);
+        run(session_->exportMovies());
+    }
+    EXPECT_EQ(story(folder_ / "all" / "GX010001_highlighted.MP4"), "0-29, 30 frozen 0.5 s #1, 30-59");
+    EXPECT_EQ(story(folder_ / "all" / "GX010001_highlighted 2.MP4"), "0-29, 30 frozen 0.5 s #2, 30-59");
+}
+
+TEST_F(Exporting, KeepsTheMovieOfAClipThatWasRemoved) {
+    openGame();
+    mark(0, 0.5);
+    mark(1, 1.5);
+    run(session_->exportMovies());
+    session_->unmark(session_->markedClips()[0].id);
+    run(session_->exportMovies());
+    EXPECT_THAT(exported(), ElementsAre("game_clip_01_highlighted 2.mp4", "game_clip_01_highlighted.mp4",
+                                        "game_clip_02_highlighted.mp4"));
+    EXPECT_EQ(story(folder_ / "highlighted" / "game_clip_01_highlighted.mp4"), "0-14");
+    EXPECT_EQ(story(folder_ / "highlighted" / "game_clip_01_highlighted 2.mp4"), "30-44");
+}
+
+TEST_F(Exporting, AsksAgainForWorkThatCameAfterIt) {
+    openGame();
+    add(1);
+    QCoro::Task<> exporting = session_->exportMovies();
+    add(0.5);
+    run(std::move(exporting));
+    EXPECT_TRUE(session_->closingLosesWork()) << "drawn while the export ran";
+    run(session_->exportMovies());
+    EXPECT_FALSE(session_->closingLosesWork());
+    session_->deleteHighlight(session_->highlights()[0]);
+    EXPECT_TRUE(session_->closingLosesWork());
+    session_->undo();
+    EXPECT_FALSE(session_->closingLosesWork());
+    session_->setTrim(range(0, 1.5));
+    EXPECT_TRUE(session_->closingLosesWork());
+    session_->markCurrentClip();
+    run(session_->exportMovies());
+    EXPECT_FALSE(session_->closingLosesWork());
+    session_->editMarkedClip(session_->markedClips()[0]);
+    EXPECT_FALSE(session_->closingLosesWork());
+    session_->dragTrimEnd(1);
+    EXPECT_TRUE(session_->closingLosesWork()) << "an edit that is not saved back";
 }
 
 TEST_F(Exporting, ReadsWhetherToIncludeSoundForEachClip) {
@@ -159,14 +215,6 @@ TEST_F(Exporting, ContinuesWhileAnotherClipIsOpenedAndClosed) {
     EXPECT_EQ(session_->errorMessage(), "");
     EXPECT_THAT(exported(), ElementsAre("game_clip_01_highlighted.mp4", "game_clip_02_highlighted.mp4"));
     EXPECT_EQ(story(folder_ / "highlighted" / "game_clip_02_highlighted.mp4"), "15-29");
-}
-
-TEST_F(Exporting, EndsSoonIfTheSessionIsDestroyed) {
-    openGame();
-    add(1);
-    QCoro::Task<> exporting = session_->exportMovies();
-    session_.reset();
-    run(std::move(exporting));
 }
 
 TEST_F(Exporting, ContinuesWithTheAnswerOfItsDialog) {

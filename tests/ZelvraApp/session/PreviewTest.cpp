@@ -4,8 +4,6 @@
 
 #include "ZelvraApp/annotations/SessionTime.h"
 
-#include <QElapsedTimer>
-
 namespace zelvra::test {
 namespace {
 
@@ -13,43 +11,39 @@ class Preview : public SessionFixture {
 protected:
     void SetUp() override { open(clip("one.mov", {.frames = 150, .sound = SoundCodec::aac})); }
 
-    struct Pause {
-        Uuid highlight;
-        double at = 0;
-        double seconds = 0;
-    };
-    /// Plays until `end`, and records each preview.
-    std::vector<Pause> playUntil(double end) {
-        std::vector<Pause> pauses;
-        QElapsedTimer clock;
+    /// Plays until `end`. The highlights that were previewed, each while the player was paused after its
+    /// moment.
+    std::vector<Uuid> playUntil(double end) {
+        std::vector<Uuid> shown;
         const auto connection = QObject::connect(session_.get(), &AppState::previewHighlightChanged, [&] {
-            if (const auto& shown = session_->previewHighlight()) {
+            if (const auto& highlight = session_->previewHighlight()) {
                 EXPECT_EQ(session_->player().rate(), 0);
-                pauses.push_back({shown->id, session_->player().currentTime().seconds(), 0});
-                clock.start();
-            } else {
-                pauses.back().seconds = static_cast<double>(clock.elapsed()) / 1000;
+                EXPECT_GE(session_->currentTime(), highlight->timestamp);
+                shown.push_back(highlight->id);
             }
         });
         session_->player().play();
         EXPECT_TRUE(comesTrue([&] { return session_->currentTime().seconds() >= end; }));
         session_->player().pause();
         QObject::disconnect(connection);
-        return pauses;
+        return shown;
     }
 };
 
-TEST_F(Preview, PausesOncePerMomentForItsDurationAndResumes) {
+TEST_F(Preview, PausesOncePerMomentAndResumes) {
     const Highlight first = add(0.5, 0.4);
     const Highlight second = add(1.5, 0.05);
     add(1.5, 2);
-    const std::vector<Pause> pauses = playUntil(2.5);
-    ASSERT_EQ(pauses.size(), 2U);
-    EXPECT_EQ(pauses[0].highlight, first.id);
-    EXPECT_NEAR(pauses[0].at, 0.5, 0.15);
-    EXPECT_NEAR(pauses[0].seconds, 0.4, 0.15);
-    EXPECT_EQ(pauses[1].highlight, second.id) << "of several at one moment only the first";
-    EXPECT_NEAR(pauses[1].seconds, 0.1, 0.08) << "never shorter than a tenth of a second";
+    EXPECT_THAT(playUntil(2.5), testing::ElementsAre(first.id, second.id)) << "one for each moment";
+}
+
+TEST_F(Preview, LastsAsLongAsItsFreeze) {
+    const auto length = [](double seconds) {
+        return AppState::previewLength(draftAt(1, seconds).highlight()).count();
+    };
+    EXPECT_EQ(length(0.4), 400);
+    EXPECT_EQ(length(0.05), 100) << "never shorter than a tenth of a second";
+    EXPECT_EQ(length(1e6), 24 * 3600 * 1000) << "what a timer can count";
 }
 
 TEST_F(Preview, FollowsThePreferenceWhilePlaying) {
@@ -92,6 +86,34 @@ TEST_F(Preview, StaysPausedIfItIsCancelled) {
     EXPECT_EQ(session_->player().rate(), 0);
     run(session_->addHighlightAtCurrentTime());
     EXPECT_TRUE(session_->draft());
+}
+
+/// A preview that goes on over other pictures would start to play them by itself.
+TEST_F(Preview, EndsWithEveryMoveAndWithItsClip) {
+    const std::filesystem::path other = clip("other.mov");
+    const std::vector<std::pair<const char*, std::function<void()>>> moves{
+        {"seek", [&] { session_->seek(sessionTime(3)); }},
+        {"scrub", [&] { session_->scrub(sessionTime(3)); }},
+        {"step", [&] { session_->step(1); }},
+        {"pause", [&] { session_->pause(); }},
+        {"edit a highlight", [&] { run(session_->editHighlight(session_->highlights()[0])); }},
+        {"edit a clip", [&] { session_->editMarkedClip(session_->markedClips()[0]); }},
+        {"close", [&] { session_->closeVideo(); }},
+        {"open", [&] { run(session_->load(other)); }},
+    };
+    for (const auto& [name, move] : moves) {
+        SCOPED_TRACE(name);
+        open(folder_ / "one.mov");
+        session_->setTrim(range(3, 4));
+        session_->markCurrentClip();
+        add(0.2, 60);
+        seek(0);
+        session_->play();
+        ASSERT_TRUE(comesTrue([&] { return session_->previewHighlight().has_value(); }));
+        move();
+        EXPECT_FALSE(session_->previewHighlight());
+        EXPECT_EQ(session_->player().rate(), 0);
+    }
 }
 
 TEST_F(Preview, EndsNormallyIfItsHighlightIsDeleted) {

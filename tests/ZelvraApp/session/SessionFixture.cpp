@@ -67,6 +67,11 @@ std::vector<std::pair<double, double>> SessionFixture::clips() const {
     return spans;
 }
 
+std::pair<double, double> SessionFixture::span() const {
+    const auto& trim = session_->trimRange();
+    return trim ? std::pair(trim->start.seconds(), trim->end().seconds()) : std::pair(-1.0, -1.0);
+}
+
 CMTimeRange SessionFixture::range(double start, double end) {
     return CMTimeRange::fromStartToEnd(sessionTime(start), sessionTime(end));
 }

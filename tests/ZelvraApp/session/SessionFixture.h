@@ -44,6 +44,8 @@ protected:
     std::vector<double> moments() const;
     /// Start and end of the marked clips, in seconds.
     std::vector<std::pair<double, double>> clips() const;
+    /// Start and end of the trim, in seconds; -1 without one.
+    std::pair<double, double> span() const;
     static CMTimeRange range(double start, double end);
     /// What a movie shows: "0-29, 30 frozen 1.0 s #2, 30-59", numbers of the source's pictures.
     static std::string story(const std::filesystem::path& movie);

@@ -117,7 +117,7 @@ TEST(Recents, KeepTheTenNewestOncePerPath) {
     }
     EXPECT_EQ(recents.size(), 10U);
     EXPECT_EQ(recents.back().path, "1");
-    recents = noting({"5", true}, recents);
+    recents = noting({"5/", true}, recents);
     EXPECT_EQ(recents.size(), 10U);
     EXPECT_EQ(recents.front(), (RecentItem{"5", true}));
     EXPECT_EQ(forgetting("5", recents).size(), 9U);
@@ -135,6 +135,13 @@ TEST(Recents, AreSavedInOrderAndReadLeniently) {
                            QJsonObject{{"path", 5}}, QJsonObject{{"path", "/two"}, {"isFolder", 1}}});
     EXPECT_THAT(RecentItem::loadFromUserDefaults(store),
                 ElementsAre(RecentItem{"/one", false}, RecentItem{"/two", false}));
+    QJsonArray many{QJsonObject{{"path", "/0/"}}};
+    for (int i = 0; i < 10'000; ++i) {
+        many.append(QJsonObject{{"path", QString("/%1").arg(i)}});
+    }
+    store.write(preferences::recents, many);
+    EXPECT_EQ(RecentItem::loadFromUserDefaults(store).size(), 10U);
+    EXPECT_EQ(RecentItem::loadFromUserDefaults(store)[1].path, "/1");
     store.write(preferences::recents, QJsonArray{QJsonObject{{"path", "/one"}}, "no entry"});
     EXPECT_THAT(RecentItem::loadFromUserDefaults(store), ElementsAre());
 }

@@ -14,10 +14,6 @@ using testing::Pair;
 class Trim : public SessionFixture {
 protected:
     void SetUp() override { open(clip("one.mov", {.frames = 300})); }
-    std::pair<double, double> span() const {
-        const auto& trim = session_->trimRange();
-        return trim ? std::pair(trim->start.seconds(), trim->end().seconds()) : std::pair(-1.0, -1.0);
-    }
 };
 
 TEST_F(Trim, DropsHighlightsOutsideAndKeepsThoseAtItsEnds) {
@@ -131,14 +127,14 @@ TEST_F(TrimInTheView, DoesNothingWithoutAView) {
     editor_.reset();
     session_->beginTrim();
     bool returned = false;
-    std::optional<bool> confirmed;
-    session_->playerController().beginTrim([&](bool ok) {
+    bool answered = false;
+    session_->playerController().beginTrim([&](const std::optional<CMTimeRange>& range) {
         EXPECT_TRUE(returned);
-        confirmed = ok;
+        EXPECT_FALSE(range);
+        answered = true;
     });
     returned = true;
-    EXPECT_TRUE(comesTrue([&] { return confirmed == false; }));
-    EXPECT_EQ(session_->trimRange(), std::nullopt);
+    EXPECT_TRUE(comesTrue([&] { return answered; }));
 }
 
 class MarkedClips : public SessionFixture {
@@ -227,12 +223,12 @@ TEST_F(MarkedClips, AreRefinedAndSavedInPlace) {
     EXPECT_THAT(clips()[1], Pair(3, 4.5)) << "discarding leaves the clip as it was";
 }
 
-TEST_F(MarkedClips, AreNudgedWithoutAnUndoStepWhileTrimmed) {
+TEST_F(MarkedClips, AreNudgedStepByStepWhileTrimmed) {
     session_->setTrim(range(4, 6));
     const auto nudged = [&](double playhead, void (AppState::*nudge)()) {
         seek(playhead);
         (session_.get()->*nudge)();
-        return std::pair(session_->trimRange()->start.seconds(), session_->trimRange()->end().seconds());
+        return span();
     };
     EXPECT_THAT(nudged(5, &AppState::markInPoint), Pair(5, 6));
     EXPECT_THAT(nudged(8, &AppState::markInPoint), Pair(5.9, 6));
@@ -240,7 +236,10 @@ TEST_F(MarkedClips, AreNudgedWithoutAnUndoStepWhileTrimmed) {
     EXPECT_THAT(nudged(9, &AppState::markOutPoint), Pair(5.9, 9));
     EXPECT_THAT(clips(), ElementsAre());
     session_->undo();
-    EXPECT_EQ(session_->trimRange(), std::nullopt) << "back to before the trim was set";
+    EXPECT_THAT(span(), Pair(5.9, 6));
+    session_->undo();
+    session_->undo();
+    EXPECT_THAT(span(), Pair(4, 6)) << "a nudge that moves nothing is no step";
 }
 
 TEST_F(MarkedClips, AreAddedAgainIfTheEditedOneWasRemoved) {

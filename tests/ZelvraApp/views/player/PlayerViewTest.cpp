@@ -60,12 +60,12 @@ TEST_P(PlayerPictures, AreUprightAndInTheirShape) {
     const NumberedMovie& movie = GetParam().movie;
     open(movieFile(movie));
     EXPECT_TRUE(comesToShow(0));
-    state().seekSoon(movie.timeOf(10));
+    state().seek(movie.timeOf(10));
     EXPECT_TRUE(comesToShow(10));
     state().player().play();
     EXPECT_TRUE(comesTrue([&] { return shown() > 30; }));
     state().player().pause();
-    state().seekSoon(movie.timeOf(3));
+    state().seek(movie.timeOf(3));
     EXPECT_TRUE(comesToShow(3));
     window().resize(1000, 700);
     EXPECT_TRUE(comesToShow(3));

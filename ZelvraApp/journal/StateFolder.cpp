@@ -14,12 +14,16 @@ namespace zelvra {
 
 namespace {
 
-/// The folder that a variable of the environment names; empty if there is none. Relative ones do not count,
-/// as the XDG Base Directory Specification says.
-std::filesystem::path folderNamedBy(const char* variable) {
+/// The path that a variable of the environment holds; empty if there is none.
+std::filesystem::path pathNamedBy(const char* variable) {
     const char* value = std::getenv(variable);
-    const std::filesystem::path folder = value != nullptr ? value : "";
-    return folder.is_absolute() ? folder : std::filesystem::path();
+    return value != nullptr ? value : "";
+}
+
+/// The same, but relative paths do not count, as the XDG Base Directory Specification says.
+std::filesystem::path folderNamedBy(const char* variable) {
+    const std::filesystem::path named = pathNamedBy(variable);
+    return named.is_absolute() ? named : std::filesystem::path();
 }
 
 std::filesystem::path homeFolder() {
@@ -38,9 +42,11 @@ std::filesystem::path homeFolder() {
 } // namespace
 
 std::filesystem::path stateFolder() {
-    const std::filesystem::path named = folderNamedBy("ZELVRA_STATE");
+    const std::filesystem::path named = pathNamedBy("ZELVRA_STATE");
     if (!named.empty()) {
-        return named;
+        std::error_code missing;
+        const std::filesystem::path file = std::filesystem::absolute(named);
+        return std::filesystem::is_directory(file, missing) ? file : file.parent_path();
     }
     const std::filesystem::path states = folderNamedBy("XDG_STATE_HOME");
     return (states.empty() ? homeFolder() / ".local/state" : states) / "zelvra";

@@ -5,7 +5,7 @@ _zelvra_cli() {
     local command=${COMP_WORDS[1]}
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "probe frame export clips --help --version" -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W "probe frame export clips annotations --help --version" -- "$current")
         return
     fi
     case $previous in

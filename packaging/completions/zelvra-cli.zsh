@@ -4,12 +4,12 @@
 _arguments -C \
     '--help[show a summary with examples]' \
     '--version[show the version]' \
-    '1:command:((probe\:"print what a movie is, as JSON" frame\:"save the frame that is on screen at a time" export\:"write a movie with its highlights" clips\:"write each marked clip as a movie of its own"))' \
+    '1:command:((probe\:"print what a movie is, as JSON" frame\:"save the frame that is on screen at a time" export\:"write a movie with its highlights" clips\:"write each marked clip as a movie of its own" annotations\:"print what the application keeps of a movie"))' \
     '*::rest:->rest'
 
 [[ $state == rest ]] || return
 case $words[1] in
-probe) _arguments '1:movie:_files' ;;
+probe | annotations) _arguments '1:movie:_files' ;;
 frame)
     _arguments '1:movie:_files' '--at[the time]:time:' '--output[the PNG picture to write]:picture:_files'
     ;;

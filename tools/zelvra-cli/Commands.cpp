@@ -3,10 +3,13 @@
 #include "tools/zelvra-cli/Commands.h"
 
 #include "ZelvraApp/annotations/AnnotationsReader.h"
+#include "ZelvraApp/annotations/AnnotationsWriter.h"
 #include "ZelvraApp/annotations/BadRequest.h"
+#include "ZelvraApp/journal/Journal.h"
 #include "ZelvraCore/FrameGrab.h"
 #include "ZelvraCore/Render.h"
 #include "ZelvraCore/SourceProbe.h"
+#include "ZelvraCore/media/IdentifyMovie.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tools/zelvra-cli/Interrupt.h"
 #include "tools/zelvra-cli/PngFile.h"
@@ -14,6 +17,7 @@
 #include "tools/zelvra-cli/SourceInfoJson.h"
 
 #include <iostream>
+#include <stdexcept>
 
 namespace zelvra::cli {
 
@@ -49,6 +53,15 @@ void frameCommand(const std::filesystem::path& movie, CMTime at, const std::file
     requireFile(movie);
     writePng(extractFrame(movie, at), output);
     std::cout << output.string() << '\n';
+}
+
+void annotationsCommand(const std::filesystem::path& movie) {
+    requireFile(movie);
+    const std::optional<AnnotationsDocument> document = Journal().document(media::identifyMovie(movie));
+    if (!document) {
+        throw std::runtime_error("no annotations of '" + movie.string() + "' are known");
+    }
+    std::cout << annotationsText(*document);
 }
 
 void addAnnotations(ExportRequest& request, const std::filesystem::path& file) {

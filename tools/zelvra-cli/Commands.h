@@ -21,6 +21,10 @@ void probeCommand(const std::filesystem::path& movie);
 
 void frameCommand(const std::filesystem::path& movie, CMTime at, const std::filesystem::path& output);
 
+/// Prints what the journal knows of a movie, as a document of annotations. Throws std::runtime_error with one
+/// line if it knows nothing.
+void annotationsCommand(const std::filesystem::path& movie);
+
 struct ExportRequest {
     std::filesystem::path movie;
     std::filesystem::path output;

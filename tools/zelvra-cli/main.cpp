@@ -93,6 +93,10 @@ int run(int argc, char** argv) {
     marked.add_option("--subfolder", clips.subfolder, "The name for mode subfolder")->type_name("NAME");
     marked.add_flag("--quiet", clips.quiet, "No progress");
 
+    CLI::App& known = *program.add_subcommand(
+        "annotations", "Print what the application keeps of a movie: highlights, trim, marked clips");
+    addPath(known, "movie", movie, "The movie");
+
     program.footer(std::string(examples) + notes);
     frame.footer(notes);
     exporting.footer(notes);
@@ -126,6 +130,8 @@ int run(int argc, char** argv) {
         probeCommand(movie);
     } else if (frame.parsed()) {
         frameCommand(movie, *moment, output);
+    } else if (known.parsed()) {
+        annotationsCommand(movie);
     } else if (marked.parsed()) {
         clips.mode = modeOfName(mode);
         clipsCommand(clips);

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraApp/annotations/AnnotationsReader.h"
+#include "ZelvraApp/journal/Journal.h"
+#include "ZelvraCore/media/IdentifyMovie.h"
 #include "tests/support/Files.h"
 #include "tests/support/MovieReading.h"
 #include "tests/support/NumberedMovie.h"
@@ -7,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <regex>
@@ -134,12 +139,43 @@ TEST(CommandLine, ExportsEachMarkedClipAsTheApplicationDoes) {
     }
 }
 
+TEST(CommandLine, PrintsWhatTheApplicationKeepsOfAMovie) {
+    const TemporaryFolder folder;
+    setenv("ZELVRA_STATE", (folder / "state/window.json").c_str(), 1);
+    const std::filesystem::path game = folder / "game.mp4";
+    std::filesystem::copy_file(movieFile(numbered), game);
+    const ProcessResult nothing = cli({"annotations", game});
+    EXPECT_EQ(nothing.exitCode, 1);
+    EXPECT_EQ(nothing.errors, "no annotations of '" + game.string() + "' are known\n");
+    EXPECT_EQ(cli({"annotations", "/nowhere.mp4"}).errors, "file not found: /nowhere.mp4\n");
+    EXPECT_EQ(folder.names(), std::vector<std::string>{"game.mp4"}) << "asking leaves no trace";
+
+    ClipWork work;
+    work.annotations.highlights = {markerHighlight(5, CMTime(1, 1), CMTime(1, 2), {320, 180})};
+    work.annotations.trimRange = CMTimeRange{CMTime(1, 2), CMTime(1, 1)};
+    Journal(folder / "state").write(media::identifyMovie(game), game, work);
+    std::filesystem::rename(game, folder / "renamed.mp4");
+    const ProcessResult known = cli({"annotations", folder / "renamed.mp4"});
+    ASSERT_EQ(known.exitCode, 0) << known.errors;
+    EXPECT_TRUE(identical(parseAnnotations(known.output).work, work));
+
+    std::ofstream(folder / "notes.json") << known.output;
+    const ProcessResult result = cli({"export", folder / "renamed.mp4", "--output", folder / "out.mp4",
+                                      "--annotations", folder / "notes.json"});
+    unsetenv("ZELVRA_STATE");
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    const ShownMovie shown = showMovie(folder / "out.mp4");
+    EXPECT_EQ(shown.frames.front().number, 15);
+    EXPECT_EQ(shown.frames.back().number, 44);
+    EXPECT_TRUE(std::ranges::any_of(shown.frames, [](const ShownFrame& frame) { return frame.marker == 5; }));
+}
+
 TEST(CommandLine, HasEveryOptionInItsCompletionAndManualPage) {
     const std::string packaging = ZELVRA_PACKAGING;
     const ProcessResult manual =
         runProcess({"groff", "-man", "-Tutf8", "-P-cbou", "-ww", packaging + "/man/zelvra-cli.1"});
     EXPECT_EQ(manual.errors, "") << "groff finds fault with the manual page";
-    for (const std::string command : {"probe", "frame", "export", "clips"}) {
+    for (const std::string command : {"probe", "frame", "export", "clips", "annotations"}) {
         const std::string help = cli({command, "--help"}).output;
         const std::string complete = "source \"$0\"; COMP_WORDS=(zelvra-cli \"$1\" --); COMP_CWORD=2; "
                                      "_zelvra_cli; echo \"${COMPREPLY[*]} \"";

@@ -3,6 +3,7 @@
 #include "ZelvraApp/journal/Journal.h"
 #include "ZelvraApp/annotations/Identical.h"
 #include "ZelvraCore/records/MediaError.h"
+#include "tests/ZelvraApp/annotations/Moments.h"
 #include "tests/support/Files.h"
 
 #include <chrono>
@@ -27,24 +28,6 @@ using testing::SizeIs;
 
 MovieIdentity movie(std::uint64_t number) {
     return {.size = number, .digest = {1, 2, 3}};
-}
-
-Highlight highlightAt(double seconds) {
-    return {.id = Uuid::random(),
-            .timestamp = CMTime::fromSeconds(seconds, 600),
-            .duration = {3, 1},
-            .shape = {.id = Uuid::random(),
-                      .kind = HighlightShapeKind::circle,
-                      .p1 = {0.5, 0.5},
-                      .p2 = {0.5, 0.6},
-                      .strokeColor = {1, 0, 0, 1},
-                      .strokeWidthRatio = 0.004}};
-}
-
-MarkedClip clipOf(double start, double end) {
-    return {Uuid::random(),
-            CMTimeRange::fromStartToEnd(CMTime::fromSeconds(start, 600), CMTime::fromSeconds(end, 600)),
-            {highlightAt(start)}};
 }
 
 /// Work of that many highlights.
@@ -80,6 +63,8 @@ TEST_F(JournalOnDisk, KeepsAllWorkOnAMovieUnderItsIdentity) {
     EXPECT_THAT(journal_.entries(), IsEmpty());
     ClipWork work = workWith(2);
     work.annotations.markedClips = {clipOf(1, 3), clipOf(5, 6)};
+    work.annotations.markedClips[0].highlights = {highlightAt(2)};
+    work.annotations.markedClips[1].highlights = {highlightAt(5)};
     work.annotations.editMarkedClip(work.annotations.markedClips[1].id);
     work.exported.note(work.annotations);
     work.written[work.annotations.markedClips[0].id] = {"/out/\xFF.mp4", 7};

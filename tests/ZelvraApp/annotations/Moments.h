@@ -33,6 +33,7 @@ inline MarkedClip clipOf(double start, double end) {
 
 inline std::vector<double> moments(const std::vector<Highlight>& highlights) {
     std::vector<double> seconds;
+    seconds.reserve(highlights.size());
     for (const Highlight& highlight : highlights) {
         seconds.push_back(highlight.timestamp.seconds());
     }
@@ -46,6 +47,7 @@ inline std::pair<double, double> span(const std::optional<CMTimeRange>& range) {
 
 inline std::vector<std::pair<double, double>> spans(const std::vector<MarkedClip>& clips) {
     std::vector<std::pair<double, double>> result;
+    result.reserve(clips.size());
     for (const MarkedClip& clip : clips) {
         result.push_back(span(clip.range));
     }

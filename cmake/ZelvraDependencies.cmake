@@ -30,7 +30,7 @@ find_package(QCoro6 REQUIRED COMPONENTS Core)
 pkg_check_modules(MPV REQUIRED IMPORTED_TARGET mpv)
 pkg_check_modules(GIO REQUIRED IMPORTED_TARGET gio-2.0)
 
-# The command line
+# The command line, and the documents of annotations that both read and write
 find_package(CLI11 REQUIRED)
 find_package(nlohmann_json REQUIRED)
 

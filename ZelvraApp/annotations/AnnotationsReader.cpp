@@ -151,10 +151,19 @@ Color color(const json& value) {
 
 Uuid identifier(const json& value) {
     const std::optional<Uuid> id = Uuid::fromText(text(value));
-    if (!id || *id == Uuid{}) {
+    if (!id) {
         throw BadRequest("not an id: " + value.dump());
     }
     return *id;
+}
+
+/// The nil id is none of a clip: among written movies it stands for the whole source.
+Uuid clipIdentifier(const json& value) {
+    const Uuid id = identifier(value);
+    if (id == Uuid{}) {
+        throw BadRequest("not the id of a clip: " + value.dump());
+    }
+    return id;
 }
 
 std::filesystem::path path(const json& value) {
@@ -251,8 +260,8 @@ public:
         annotations.markedClips = clips(root_);
         part("range", [&](const json& range) { readRange(range, document); });
         part("includeAudio", [&](const json& include) { document.includeAudio = truth(include); });
-        part("editing", [&](const json& id) { annotations.editingClipID = identifier(id); });
-        part("activeClip", [&](const json& id) { annotations.activeRoughClipID = identifier(id); });
+        part("editing", [&](const json& id) { annotations.editingClipID = clipIdentifier(id); });
+        part("activeClip", [&](const json& id) { annotations.activeRoughClipID = clipIdentifier(id); });
         annotations.fullViewHighlights = highlights(root_, "fullViewHighlights");
         part("journal", [&](const json& journal) {
             document.ofJournal = true;
@@ -333,7 +342,7 @@ private:
         if (!value.contains("start") || value.contains("end") == value.contains("duration")) {
             throw BadRequest("\"start\" and \"end\" are needed");
         }
-        return {value.contains("id") ? identifier(value["id"]) : Uuid::random(),
+        return {value.contains("id") ? clipIdentifier(value["id"]) : Uuid::random(),
                 stretch(value, "start", "end"), highlights(value, "highlights")};
     }
 
@@ -411,7 +420,7 @@ private:
     static void readWritten(const json& value, ClipWork& work) {
         for (const json& item : list(value)) {
             object(item, {"clip", "path", "size"});
-            const Uuid clip = item.contains("clip") ? identifier(item["clip"]) : Uuid{};
+            const Uuid clip = item.contains("clip") ? clipIdentifier(item["clip"]) : Uuid{};
             const WrittenMovie movie{path(needed(item, "path")), wholeNumber(needed(item, "size"))};
             if (!work.written.emplace(clip, movie).second) {
                 throw BadRequest("the same clip twice");

@@ -238,8 +238,9 @@ TEST(AnnotationsDocument, ReportsWhereTheMistakeIs) {
     EXPECT_EQ(highlight(R"("at": 1, "duration": 0)"),
               "highlight 2: a highlight's duration must be above zero");
     EXPECT_EQ(highlight(R"("at": 1, "id": "7")"), "highlight 2: not an id: \"7\"");
-    EXPECT_EQ(highlight(R"("at": 1, "id": "00000000-0000-0000-0000-000000000000")"),
-              "highlight 2: not an id: \"00000000-0000-0000-0000-000000000000\"");
+    EXPECT_EQ(complaintAbout(
+                  R"({"clips": [{"start": 1, "end": 2, "id": "00000000-0000-0000-0000-000000000000"}]})"),
+              "clip 1: not the id of a clip: \"00000000-0000-0000-0000-000000000000\"");
     EXPECT_EQ(highlight(R"("at": 1, "shape": {"p1": [1]})"),
               "highlight 2: a point [x, y] is expected, not [1]");
     EXPECT_EQ(highlight(R"("at": 1, "shape": {"p1": [1, null]})"),

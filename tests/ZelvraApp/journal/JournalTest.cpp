@@ -153,7 +153,7 @@ TEST_F(JournalOnDisk, RemovesWhatAKilledWriterLeft) {
     EXPECT_THAT(names(), SizeIs(1));
 }
 
-TEST_F(JournalOnDisk, ReportsAFullOrMissingDiskAndKeepsTheOldDocument) {
+TEST_F(JournalOnDisk, ReportsAFullDiskAndKeepsTheOldDocument) {
     std::filesystem::create_directory(folder());
     if (mount("tmpfs", folder().c_str(), "tmpfs", 0, "size=64k") != 0) {
         GTEST_SKIP() << "only root can make a tiny disk";
@@ -169,7 +169,9 @@ TEST_F(JournalOnDisk, ReportsAFullOrMissingDiskAndKeepsTheOldDocument) {
     EXPECT_EQ(journal_.read(movie(1))->work.annotations.highlights.size(), 1U);
     EXPECT_THAT(names(), SizeIs(1));
     umount(folder().c_str());
+}
 
+TEST_F(JournalOnDisk, ReportsAFolderThatCannotBeMade) {
     std::ofstream(state_ / "file") << "";
     EXPECT_THROW(Journal(state_ / "file").write(movie(1), "/a.mp4", workWith(1)), MediaError);
     EXPECT_FALSE(Journal(state_ / "file").read(movie(1)));
@@ -205,9 +207,9 @@ TEST_F(JournalOnDisk, HasACompleteDocumentWheneverItsWriterIsKilled) {
 
 TEST_F(JournalOnDisk, IsWrittenBySeveralProcessesAtOnce) {
     const pid_t writers[]{startWriter(journal_), startWriter(journal_), startWriter(journal_)};
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     int read = 0;
-    while (std::chrono::steady_clock::now() < end) {
+    while (read < 200 && std::chrono::steady_clock::now() < end) {
         read += journal_.read(movie(1)) ? 1 : 0;
         journal_.entries();
     }
@@ -215,7 +217,7 @@ TEST_F(JournalOnDisk, IsWrittenBySeveralProcessesAtOnce) {
         kill(writer, SIGKILL);
         waitpid(writer, nullptr, 0);
     }
-    EXPECT_GT(read, 0);
+    EXPECT_EQ(read, 200);
     EXPECT_THAT(journal_.entries(), SizeIs(1));
     EXPECT_THAT(names(), SizeIs(1));
 }

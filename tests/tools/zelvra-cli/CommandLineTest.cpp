@@ -98,7 +98,7 @@ TEST(CommandLine, DistinguishesFailureFromWrongUsageInOneLine) {
     expect({"probe", "/nowhere.mp4"}, 1, "file not found: /nowhere.mp4");
     expect({"frame", movie, "--at", "9", "--output", out}, 1, "");
     expect({"export", movie, "--output", movie}, 1, "");
-    expect({"export", movie, "--output", out, "--annotations", ZELVRA_CLI}, 1, "no JSON");
+    expect({"export", movie, "--output", out, "--annotations", movie}, 1, "no JSON");
     expect({}, 2, "");
     expect({"probe"}, 2, "movie");
     expect({"frame", movie, "--at", "x", "--output", out}, 2, "invalid timestamp: x");

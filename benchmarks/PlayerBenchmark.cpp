@@ -57,7 +57,7 @@ double median(std::vector<double> values) {
 void open(const char* movie, int rounds) {
     const QTemporaryDir folder;
     PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
-    AppState session(preferences);
+    AppState session(preferences, {}, folder.filePath("state").toStdString());
     mpv_handle* mpv = mpv_create();
     for (const auto& [name, value] : {std::pair{"vo", "null"},
                                       {"ao", "null"},
@@ -81,7 +81,7 @@ void open(const char* movie, int rounds) {
 void play(const char* movie, int seconds) {
     const QTemporaryDir folder;
     PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
-    AppState session(preferences);
+    AppState session(preferences, {}, folder.filePath("state").toStdString());
     session.player().picture().setGreatestSize({1280, 720});
     QCoro::Task<> loading = session.load(movie);
     QCoro::waitFor(loading);

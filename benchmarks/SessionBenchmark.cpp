@@ -21,7 +21,7 @@ std::filesystem::path movie;
 void observePlaybackTime(benchmark::State& state) {
     const QTemporaryDir folder;
     PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
-    AppState session(preferences);
+    AppState session(preferences, {}, folder.filePath("state").toStdString());
     QCoro::Task<> loading = session.load(movie);
     QCoro::waitFor(loading);
     const auto pixel =

@@ -202,7 +202,7 @@ int main(int argc, char** argv) {
     zelvra::Application::prepare();
     const QGuiApplication program(argc, argv);
     const QTemporaryDir folder;
-    qputenv("ZELVRA_STATE", folder.filePath("state.json").toUtf8()); // the window's first size
+    qputenv("ZELVRA_STATE", folder.filePath("state").toUtf8()); // its first size, and no work that was left
     zelvra::Application application({.preferences = folder.filePath("preferences.json").toStdString()});
     const std::string command = argc > 1 ? argv[1] : "";
     if (command == "start" && argc == 2) {

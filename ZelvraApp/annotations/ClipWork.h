@@ -38,7 +38,13 @@ struct ClipWork {
 
     /// There are highlights or marked clips that no export has written as they are now.
     bool hasUnexportedWork() const;
+    /// All highlights, those of marked clips included.
+    std::size_t highlightCount() const;
 };
+
+/// Work of an earlier time together with what was done since, so that nothing of either is lost. An edit of a
+/// marked clip that was left unsaved is saved back if another one has begun since.
+ClipWork merged(const ClipWork& earlier, const ClipWork& later);
 
 bool identical(const ExportedWork& a, const ExportedWork& b);
 bool identical(const ClipWork& a, const ClipWork& b);

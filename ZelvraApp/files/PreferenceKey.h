@@ -27,6 +27,7 @@ inline constexpr PreferenceKey<QString> outputSubfolderName{"zvOutput.subfolderN
 inline constexpr PreferenceKey<QString> outputCustomFolderPath{"zvOutput.customFolderPath"};
 inline constexpr PreferenceKey<bool> outputIncludeAudio{"zvOutput.includeAudio"};
 inline constexpr PreferenceKey<bool> previewEnabled{"zvPreview.enabled"};
+inline constexpr PreferenceKey<bool> rememberWork{"zvWork.remember"};
 inline constexpr PreferenceKey<QJsonArray> recents{"zvRecents"};
 
 } // namespace preferences

@@ -44,9 +44,7 @@ std::filesystem::path homeFolder() {
 std::filesystem::path stateFolder() {
     const std::filesystem::path named = pathNamedBy("ZELVRA_STATE");
     if (!named.empty()) {
-        std::error_code missing;
-        const std::filesystem::path file = std::filesystem::absolute(named);
-        return std::filesystem::is_directory(file, missing) ? file : file.parent_path();
+        return std::filesystem::absolute(named);
     }
     const std::filesystem::path states = folderNamedBy("XDG_STATE_HOME");
     return (states.empty() ? homeFolder() / ".local/state" : states) / "zelvra";

@@ -6,9 +6,8 @@
 
 namespace zelvra {
 
-/// Where the program keeps what it must not lose between runs: "zelvra" in $XDG_STATE_HOME, else
-/// "~/.local/state/zelvra". It need not exist. If the environment names another file for the window's state
-/// in ZELVRA_STATE, it is the folder of that file; or that folder itself, if it names one.
+/// Where the program keeps what it must not lose between runs: the folder that the environment names in
+/// ZELVRA_STATE, else "zelvra" in $XDG_STATE_HOME, else "~/.local/state/zelvra". It need not exist.
 std::filesystem::path stateFolder();
 
 /// Makes the folder, which only the user may read, and those above it. Throws MediaError::unwritable.

@@ -7,7 +7,8 @@
 
 namespace zelvra {
 
-AppState::AppState(PreferenceStore& preferences, const ShellServices& services, QObject* parent)
+AppState::AppState(PreferenceStore& preferences, const ShellServices& services,
+                   const std::filesystem::path& state, QObject* parent)
     : QObject(parent),
       preferences_(preferences),
       services_(services),
@@ -15,6 +16,7 @@ AppState::AppState(PreferenceStore& preferences, const ShellServices& services, 
       recents_(RecentItem::loadFromUserDefaults(preferences)),
       sessionDefaults_(loadFromUserDefaults(preferences)),
       lastSeenSavedDefaults_(sessionDefaults_),
+      keeper_(state),
       exporter_(preferences) {
     previewTimer_.setSingleShot(true);
     previewTimer_.setTimerType(Qt::PreciseTimer);
@@ -22,6 +24,10 @@ AppState::AppState(PreferenceStore& preferences, const ShellServices& services, 
     connect(player_.get(), &Player::periodicTime, this, &AppState::observePlaybackTime);
     connect(player_.get(), &Player::itemFailed, this,
             [this](const QString& reason) { setErrorMessage(tr("Failed to load: %1").arg(reason)); });
+    connect(&keeper_, &WorkKeeper::summariesChanged, this, &AppState::rememberedWorkChanged);
+    connect(&keeper_, &WorkKeeper::failed, this, [this](const QString& line) {
+        setErrorMessage(tr("Unfinished work can't be remembered: %1").arg(line));
+    });
     connect(&exporter_, &Exporter::progressChanged, this, &AppState::exportProgressChanged);
     connect(&exporter_, &Exporter::isRunningChanged, this, [this] {
         Q_EMIT isExportingChanged();

@@ -4,6 +4,7 @@
 
 #include "ZelvraApp/annotations/Identical.h"
 #include "ZelvraApp/files/PreferenceStore.h"
+#include "ZelvraApp/journal/StateFolder.h"
 #include "ZelvraApp/player/Player.h"
 #include "ZelvraApp/session/ClipQueue.h"
 #include "ZelvraApp/session/Exporter.h"
@@ -12,6 +13,7 @@
 #include "ZelvraApp/session/PlayerController.h"
 #include "ZelvraApp/session/RecentItem.h"
 #include "ZelvraApp/session/ShellServices.h"
+#include "ZelvraApp/session/WorkKeeper.h"
 #include "ZelvraCore/records/SourceInfo.h"
 
 #include <QObject>
@@ -22,6 +24,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -48,10 +51,10 @@ class AppState : public QObject {
     Q_OBJECT
 
 public:
-    /// Starts with nothing open, the saved styles and recents. `preferences` outlives the session. Throws
-    /// MediaError if no player can be made.
+    /// Starts with nothing open, the saved styles and recents. Unfinished work is kept in the folder `state`.
+    /// `preferences` outlives the session. Throws MediaError if no player can be made.
     explicit AppState(PreferenceStore& preferences, const ShellServices& services = {},
-                      QObject* parent = nullptr);
+                      const std::filesystem::path& state = stateFolder(), QObject* parent = nullptr);
     ~AppState() override;
 
     Player& player() { return *player_; }
@@ -129,10 +132,45 @@ public:
     void setShowCloseConfirmation(bool on);
     /// There is work that no export has written as it is now.
     bool closingLosesWork() const { return clip_ && clip_->work.hasUnexportedWork(); }
-    /// Closes at once, or asks first if work would be lost.
+    /// Closes at once, or asks first if there is unexported work.
     void requestCloseVideo();
-    /// Closes the clip. What was not exported is lost.
+    /// Closes the clip. Its work stays in the journal.
     void closeVideo();
+    /// The answers to the question: forget the clip's work, here and in the journal, and close it or go on to
+    /// the clip that the question was asked for. Or stay.
+    void closeAndDiscard();
+    void keepClipOpen();
+
+    // ---- Remembered work (Keeping.cpp)
+
+    /// Work of an earlier time on the open clip that can be restored.
+    struct LeftWork {
+        int highlights = 0; ///< all of them, those in marked clips included
+        int markedClips = 0;
+    };
+    /// nullopt if there is none, and once it was taken or refused.
+    std::optional<LeftWork> leftWork() const;
+    /// The journal has answered for the open clip; before that nothing is offered.
+    bool leftWorkIsKnown() const { return clip_ && clip_->journalHasAnswered; }
+    /// Takes it, as one step, in addition to what was done since.
+    void restoreLeftWork();
+    void dismissLeftWork();
+
+    /// What is remembered of the movie at that path; null if nothing. Its signal is rememberedWorkChanged.
+    const WorkKeeper::Summary* rememberedWork(const std::filesystem::path& movie) const;
+    /// The clips that were open when earlier runs were killed or crashed, and were not opened since; the
+    /// latest first. The same signal.
+    const std::vector<std::filesystem::path>& interruptedClips() const { return keeper_.interruptedClips(); }
+    /// If not, or if the state folder cannot be written, another clip replaces one with unexported work only
+    /// after a question.
+    bool remembersWork() const;
+    void forgetRememberedWork();
+
+    /// Lets the user choose a file and writes the annotations there.
+    void saveAnnotations();
+    /// Lets the user choose such a file; its annotations replace those of the open clip, as one step. What
+    /// lies beyond the clip's end is left out, with a line that says so.
+    void openAnnotations();
 
     // ---- Highlights (Authoring.cpp)
 
@@ -232,6 +270,8 @@ Q_SIGNALS:
     void canGoNextChanged();
     void queueLabelChanged();
     void showCloseConfirmationChanged();
+    void leftWorkChanged();
+    void rememberedWorkChanged();
     void highlightsChanged();
     void draftChanged();
     void isGrabbingFrameChanged();
@@ -286,6 +326,7 @@ private:
     void noteRecent(const std::filesystem::path& path, bool isFolder);
     void setRecents(std::vector<RecentItem> recents);
     void setQueue(ClipQueue queue);
+    bool mayReplaceClip(std::function<void()> then);
     void apply(std::shared_ptr<OpenClip> clip);
 
     // Authoring
@@ -297,6 +338,12 @@ private:
     void adopt(Annotations after);
     void notifyOfChanges(const Annotations& before);
     void applyTrimToPlayer();
+
+    // Remembered work
+    QCoro::Task<> lookForLeftWork(std::shared_ptr<OpenClip> clip);
+    void keepWork(const std::shared_ptr<OpenClip>& clip);
+    QCoro::Task<> writeAnnotationsTo(std::filesystem::path file);
+    QCoro::Task<> takeAnnotationsFrom(std::filesystem::path file);
 
     // Style defaults
     void setDefaults(const HighlightDefaults& ofSession, const HighlightDefaults& ofClip);
@@ -327,6 +374,7 @@ private:
     std::vector<RecentItem> recents_;
     ClipQueue queue_;
     bool showCloseConfirmation_ = false;
+    std::function<void()> afterDiscarding_; ///< what the close question was asked for; none: just closing
 
     std::optional<HighlightDraft> draft_;
 
@@ -338,6 +386,7 @@ private:
     std::optional<Highlight> previewHighlight_;
     QTimer previewTimer_;
 
+    WorkKeeper keeper_;
     Exporter exporter_;
     std::optional<std::filesystem::path> lastExportFile_;
     bool showPostExportDialog_ = false;

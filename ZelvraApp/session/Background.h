@@ -98,6 +98,15 @@ QCoro::Task<std::invoke_result_t<Work>> inBackgroundFor(const QObject* owner, Wo
     return onBehalfOf(owner, inBackground(std::move(work)));
 }
 
+/// As a task that resumes from the event loop. The future must not fail.
+template <class Result>
+QCoro::Task<Result> taskOf(QFuture<Result> future) {
+    Result result = co_await future;
+    const EventLoopTurn turn;
+    co_await turn;
+    co_return result;
+}
+
 /// Ends the task without a word if the object that it works for is destroyed.
 QCoro::Task<> endingWithItsOwner(QCoro::Task<> task);
 

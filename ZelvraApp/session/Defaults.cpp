@@ -35,6 +35,7 @@ void AppState::setDefaults(const HighlightDefaults& ofSession, const HighlightDe
     publish(sessionDefaults_, ofSession, &AppState::sessionDefaultsChanged);
     if (clip_) {
         clip_->work.defaults = ofClip;
+        keepWork(clip_);
     }
     if (!identical(clipBefore, clipDefaults())) {
         Q_EMIT clipDefaultsChanged();

@@ -48,6 +48,7 @@ void AppState::adopt(Annotations after) {
     if (!identical(before.trimRange, trimRange())) {
         applyTrimToPlayer();
     }
+    keepWork(clip_);
 }
 
 void AppState::notifyOfChanges(const Annotations& before) {
@@ -82,6 +83,10 @@ void AppState::pushUndo() {
 void AppState::undo() {
     if (canUndo()) {
         adopt(clip_->history.undo(annotations()));
+        if (clip_->restoredWork && !annotations().hasContent()) {
+            clip_->leftWork = std::exchange(clip_->restoredWork, std::nullopt); // offered again
+            Q_EMIT leftWorkChanged();
+        }
     }
 }
 

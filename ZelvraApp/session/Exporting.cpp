@@ -23,6 +23,7 @@ QCoro::Task<> AppState::exportClip(std::shared_ptr<OpenClip> clip) {
     forgetLastExport();
     QCoro::Task<Exporter::Outcome> exporting = exporter_.run(clip);
     const Exporter::Outcome outcome = co_await exporting;
+    keepWork(clip);
     if (!outcome.failure.isEmpty()) {
         setErrorMessage(clip == clip_ ? outcome.failure
                                       : tr("“%1”: %2").arg(nameOf(clip->file), outcome.failure));

@@ -6,6 +6,7 @@
 #include "ZelvraApp/session/FolderClips.h"
 #include "ZelvraApp/session/Request.h"
 #include "ZelvraCore/SourceProbe.h"
+#include "ZelvraCore/media/IdentifyMovie.h"
 
 #include <QPointer>
 
@@ -14,11 +15,13 @@ namespace zelvra {
 namespace {
 
 std::shared_ptr<OpenClip> readClip(const std::filesystem::path& file) {
-    auto asset = std::make_shared<const Asset>(file);
-    SourceInfo info = loadSourceInfo(*asset);
-    asset->frames(); // made here, as the player needs them on the main thread, which must not block
-    return std::make_shared<OpenClip>(
-        OpenClip{.file = file, .asset = std::move(asset), .info = info, .work = {}, .history = {}});
+    auto clip = std::make_shared<OpenClip>();
+    clip->file = file;
+    clip->asset = std::make_shared<const Asset>(file);
+    clip->info = loadSourceInfo(*clip->asset);
+    clip->asset->frames(); // made here, as the player needs them on the main thread, which must not block
+    clip->identity = media::identifyMovie(*clip->asset);
+    return clip;
 }
 
 } // namespace
@@ -67,7 +70,22 @@ void AppState::openRecent(const RecentItem& item) {
     letRun(endingWithItsOwner(openWhatIsThere(pathOf(item.path), true)));
 }
 
+/// Whether another clip may take the place of the open one. Else asks, and calls `then` once the user has
+/// discarded the work.
+bool AppState::mayReplaceClip(std::function<void()> then) {
+    if (!closingLosesWork() || (remembersWork() && !keeper_.hasFailed())) {
+        return true;
+    }
+    afterDiscarding_ = std::move(then);
+    setShowCloseConfirmation(true);
+    return false;
+}
+
 QCoro::Task<> AppState::openWhatIsThere(std::filesystem::path path, bool isRecent) {
+    if (!mayReplaceClip(
+            [this, path, isRecent] { letRun(endingWithItsOwner(openWhatIsThere(path, isRecent))); })) {
+        co_return;
+    }
     const std::shared_ptr<const Request> request = begin(opening_);
     auto look = [path] { return kindOf(path); };
     QCoro::Task<FileKind> looking = inBackgroundFor(this, std::move(look));
@@ -89,6 +107,9 @@ QCoro::Task<> AppState::load(std::filesystem::path clip) {
 }
 
 QCoro::Task<> AppState::loadAsked(std::filesystem::path clip) {
+    if (!mayReplaceClip([this, clip] { letRun(load(clip)); })) {
+        co_return;
+    }
     const std::shared_ptr<const Request> request = begin(opening_);
     QCoro::Task<> opening = openClip(clip, *request);
     co_await opening;
@@ -99,6 +120,9 @@ QCoro::Task<> AppState::loadFolder(std::filesystem::path folder) {
 }
 
 QCoro::Task<> AppState::loadFolderAsked(std::filesystem::path folder) {
+    if (!mayReplaceClip([this, folder] { letRun(loadFolder(folder)); })) {
+        co_return;
+    }
     const std::shared_ptr<const Request> request = begin(opening_);
     QCoro::Task<> opening = openFolder(folder, *request);
     co_await opening;
@@ -154,8 +178,9 @@ QCoro::Task<bool> AppState::loadClip(std::filesystem::path clip, const Request& 
         setErrorMessage(failure);
         co_return false;
     }
-    apply(std::move(next));
+    apply(next);
     setErrorMessage({});
+    letRun(endingWithItsOwner(lookForLeftWork(next)));
     co_return true;
 }
 
@@ -163,6 +188,8 @@ QCoro::Task<bool> AppState::loadClip(std::filesystem::path clip, const Request& 
 /// on.
 void AppState::apply(std::shared_ptr<OpenClip> clip) {
     cancelHighlightPreview();
+    keeper_.writeDue();
+    keeper_.setOpenClip(clip ? clip->file : std::filesystem::path());
     grabbing_.reset();
     setDraft(std::nullopt);
     pendingDefaults_.reset();
@@ -171,6 +198,7 @@ void AppState::apply(std::shared_ptr<OpenClip> clip) {
     const Annotations before = annotations();
     const HighlightDefaults defaultsBefore = clipDefaults();
     const std::optional<SourceInfo> infoBefore = sourceInfo();
+    const bool offered = leftWork().has_value();
     clip_ = std::move(clip);
     if (clip_) {
         clip_->work.defaults = sessionDefaults_;
@@ -185,6 +213,9 @@ void AppState::apply(std::shared_ptr<OpenClip> clip) {
     Q_EMIT videoURLChanged();
     if (!identical(infoBefore, sourceInfo())) {
         Q_EMIT sourceInfoChanged();
+    }
+    if (offered) {
+        Q_EMIT leftWorkChanged();
     }
     notifyOfChanges(before);
     if (!identical(defaultsBefore, clipDefaults())) {
@@ -219,7 +250,7 @@ QCoro::Task<> AppState::previousClip() {
 }
 
 QCoro::Task<> AppState::goTo(std::optional<int> place) {
-    if (!place) {
+    if (!place || !mayReplaceClip([this, place] { letRun(endingWithItsOwner(goTo(place))); })) {
         co_return;
     }
     const std::shared_ptr<const Request> request = begin(opening_);
@@ -251,8 +282,27 @@ void AppState::setShowCloseConfirmation(bool on) {
 }
 
 void AppState::requestCloseVideo() {
+    afterDiscarding_ = nullptr;
     if (closingLosesWork()) {
         setShowCloseConfirmation(true);
+    } else {
+        closeVideo();
+    }
+}
+
+void AppState::keepClipOpen() {
+    afterDiscarding_ = nullptr;
+}
+
+void AppState::closeAndDiscard() {
+    const auto then = std::exchange(afterDiscarding_, nullptr);
+    if (clip_) {
+        clip_->work.exported = {};
+        clip_->history = {};
+        adopt({});
+    }
+    if (then) {
+        then(); // the clip stays until the next one is there
     } else {
         closeVideo();
     }

@@ -16,6 +16,7 @@ struct OpenPanelRequest {
     enum class Choice {
         movie, ///< one file of the kinds that are opened: .mov, .mp4, .m4v in either case
         folder,
+        annotations, ///< a file of annotations: .json
     };
     Choice choice = Choice::movie;
     QString prompt;  ///< on the button that confirms
@@ -28,6 +29,21 @@ public:
     /// Lets the user choose, now or later, and calls `chosen` once; not at all if the user cancels.
     virtual void ask(const OpenPanelRequest& request,
                      std::function<void(const std::filesystem::path&)> chosen) = 0;
+};
+
+struct SavePanelRequest {
+    QString prompt;
+    QString message;
+    std::filesystem::path suggestion; ///< folder and name that the panel begins with
+};
+
+class SavePanel {
+public:
+    virtual ~SavePanel() = default;
+    /// Lets the user name a file, now or later, and calls `chosen` once; not at all if the user cancels. The
+    /// panel itself asks before a file is replaced.
+    virtual void askForName(const SavePanelRequest& request,
+                            std::function<void(const std::filesystem::path&)> chosen) = 0;
 };
 
 class FileViewer {
@@ -56,6 +72,7 @@ struct ShellServices {
     FileViewer* fileViewer = nullptr;
     Terminator* terminator = nullptr;
     RecentDocuments* recentDocuments = nullptr;
+    SavePanel* savePanel = nullptr;
 };
 
 } // namespace zelvra

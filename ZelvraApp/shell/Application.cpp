@@ -33,14 +33,18 @@ void Application::prepare() {
 }
 
 Application::Application(const Options& options)
-    : translations_(options.languages), windowState_(options.windowState), preferences_(options.preferences) {
+    : translations_(options.languages),
+      windowState_(options.state / "window.json"),
+      preferences_(options.preferences) {
     OpenPanel* const openPanel = orElse<OpenPanel>(options.services.openPanel, panels_);
     state_ = std::make_unique<AppState>(
-        preferences_, ShellServices{.openPanel = openPanel,
-                                    .fileViewer = orElse<FileViewer>(options.services.fileViewer, desktop_),
-                                    .terminator = &askFirst_,
-                                    .recentDocuments =
-                                        orElse<RecentDocuments>(options.services.recentDocuments, desktop_)});
+        preferences_,
+        ShellServices{.openPanel = openPanel,
+                      .fileViewer = orElse<FileViewer>(options.services.fileViewer, desktop_),
+                      .terminator = &askFirst_,
+                      .recentDocuments = orElse<RecentDocuments>(options.services.recentDocuments, desktop_),
+                      .savePanel = options.services.savePanel},
+        options.state);
     session_ = std::make_unique<Session>(*state_);
     dialogs_ = std::make_unique<Dialogs>(*session_);
     settings_ = std::make_unique<Settings>(preferences_, openPanel);

@@ -4,6 +4,7 @@
 
 #include "ZelvraApp/bridge/Session.h"
 #include "ZelvraApp/files/PreferenceStore.h"
+#include "ZelvraApp/journal/StateFolder.h"
 #include "ZelvraApp/session/AppState.h"
 #include "ZelvraApp/session/ShellServices.h"
 #include "ZelvraApp/shell/DesktopServices.h"
@@ -27,7 +28,8 @@ public:
     /// What the program uses; tests pass parts of their own.
     struct Options {
         std::filesystem::path preferences = PreferenceStore::standardFile();
-        std::filesystem::path windowState = WindowState::standardFile();
+        /// The folder of the window's state and of the journal.
+        std::filesystem::path state = stateFolder();
         /// The user's languages, most wanted first.
         QStringList languages = QLocale::system().uiLanguages();
         /// Used instead of the desktop's; the desktop's are used for null members.

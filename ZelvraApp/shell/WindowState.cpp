@@ -29,17 +29,6 @@ Number sizeIn(const QJsonObject& state, QLatin1String name, Number standard) {
 
 } // namespace
 
-std::filesystem::path WindowState::standardFile() {
-    const QString named = qEnvironmentVariable("ZELVRA_STATE");
-    if (!named.isEmpty()) {
-        return pathOf(named);
-    }
-    // QStandardPaths does not know this folder yet. A relative path in the variable is ignored.
-    const QString folder = qEnvironmentVariable("XDG_STATE_HOME");
-    const QString standard = QDir::homePath() + QStringLiteral("/.local/state");
-    return pathOf(QDir::isAbsolutePath(folder) ? folder : standard) / "zelvra" / "window.json";
-}
-
 WindowState::WindowState(std::filesystem::path file, QObject* parent)
     : QObject(parent), file_(std::move(file)) {
     QFile stored(textOf(file_));

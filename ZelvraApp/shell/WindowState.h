@@ -24,10 +24,6 @@ class WindowState : public QObject {
     Q_PROPERTY(double sidebarWidth MEMBER sidebarWidth_ NOTIFY changed)
 
 public:
-    /// The file that ZELVRA_STATE names in the environment, else "zelvra/window.json" in the user's state
-    /// folder.
-    static std::filesystem::path standardFile();
-
     explicit WindowState(std::filesystem::path file, QObject* parent = nullptr);
     ~WindowState() override;
 

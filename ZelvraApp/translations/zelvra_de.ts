@@ -828,6 +828,34 @@
         <source>“%1”: %2</source>
         <translation>„%1“: %2</translation>
     </message>
+    <message>
+        <source>Unfinished work can&apos;t be remembered: %1</source>
+        <translation>Unfertige Arbeit kann nicht gemerkt werden: %1</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Sichern</translation>
+    </message>
+    <message>
+        <source>Choose where the annotations are saved.</source>
+        <translation>Wähle, wo die Anmerkungen gesichert werden.</translation>
+    </message>
+    <message>
+        <source>The annotations were not saved: %1</source>
+        <translation>Die Anmerkungen wurden nicht gesichert: %1</translation>
+    </message>
+    <message>
+        <source>Choose a file of annotations.</source>
+        <translation>Wähle eine Datei mit Anmerkungen.</translation>
+    </message>
+    <message>
+        <source>The annotations were not opened: %1</source>
+        <translation>Die Anmerkungen wurden nicht geöffnet: %1</translation>
+    </message>
+    <message>
+        <source>Annotations beyond the end of “%1” were left out.</source>
+        <translation>Anmerkungen hinter dem Ende von „%1“ wurden weggelassen.</translation>
+    </message>
 </context>
 <context>
     <name>zelvra::Exporter</name>

@@ -73,7 +73,7 @@ void Dialogs::confirmClose(const QJSValue& then) {
 
 void Dialogs::closeAndDiscard() {
     const auto then = std::exchange(afterClosing_, nullptr);
-    session_.state()->closeVideo();
+    session_.state()->closeAndDiscard();
     if (then) {
         then();
     }

@@ -33,7 +33,7 @@ protected:
 
     TemporaryFolder folder_;
     PreferenceStore preferences_{folder_ / "preferences.json"};
-    AppState state_{preferences_};
+    AppState state_{preferences_, {}, folder_ / "state"};
     Session session_{state_};
     int changes_ = 0;
 };

@@ -19,8 +19,8 @@ class Launch : public testing::Test {
 protected:
     void start(const QStringList& arguments,
                QProcessEnvironment environment = QProcessEnvironment::systemEnvironment()) {
-        for (const auto& [variable, name] : {std::pair("ZELVRA_PREFERENCES", "preferences.json"),
-                                             std::pair("ZELVRA_STATE", "window.json")}) {
+        for (const auto& [variable, name] :
+             {std::pair("ZELVRA_PREFERENCES", "preferences.json"), std::pair("ZELVRA_STATE", "state")}) {
             environment.insert(QLatin1String(variable), QString::fromStdString((folder_ / name).string()));
         }
         program_.setProcessEnvironment(environment);
@@ -83,7 +83,7 @@ TEST_F(Launch, TakesAFreeNameAndEndsInOrder) {
     program_.terminate();
     EXPECT_EQ(exitStatus(), 0);
     EXPECT_EQ(program_.exitStatus(), QProcess::NormalExit);
-    EXPECT_TRUE(std::filesystem::exists(folder_ / "window.json"));
+    EXPECT_TRUE(std::filesystem::exists(folder_ / "state" / "window.json"));
 }
 
 TEST_F(Launch, DrawsItsWindowOnWayland) {

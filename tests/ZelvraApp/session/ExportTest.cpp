@@ -144,7 +144,7 @@ TEST_F(Exporting, KeepsMoviesOfOneNameFromTwoCamerasApart) {
     preferences_.write(preferences::outputMode, rawValue(OutputLocationMode::custom));
     preferences_.write(preferences::outputCustomFolderPath, QString::fromStdString(folder_ / "all"));
     for (const auto& [camera, marker] : {std::pair("cam1", 1), {"cam2", 2}}) {
-        open(clip(std::string(camera) + "/GX010001.MP4", {.container = "mp4"}));
+        open(clip(std::string(camera) + "/GX010001.MP4", {.gop = 10 * marker, .container = "mp4"}));
         add(1, 0.5, marker);
         run(session_->exportMovies());
     }

@@ -12,7 +12,14 @@
 
 namespace zelvra::test {
 
-SessionFixture::SessionFixture() : session_(std::make_unique<AppState>(preferences_, desktop_.services())) {}
+SessionFixture::SessionFixture() {
+    restart();
+}
+
+void SessionFixture::restart() {
+    session_.reset();
+    session_ = std::make_unique<AppState>(preferences_, desktop_.services(), folder_ / "state");
+}
 
 void SessionFixture::run(QCoro::Task<> task) {
     QCoro::waitFor(std::move(task));

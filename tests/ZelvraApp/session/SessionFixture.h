@@ -25,6 +25,9 @@ class SessionFixture : public testing::Test {
 protected:
     SessionFixture();
 
+    /// Ends the program, as users do, and starts it again.
+    void restart();
+
     /// Runs the event loop until the task is done or the condition holds. Waiting for a condition ends after
     /// 20 s.
     static void run(QCoro::Task<> task);

@@ -76,7 +76,7 @@ WindowFixture::~WindowFixture() = default;
 
 Application::Options WindowFixture::options(const QStringList& languages) {
     return {.preferences = folder_ / "preferences.json",
-            .windowState = folder_ / "window.json",
+            .state = folder_ / "state",
             .languages = languages,
             .services = desktop_.services()};
 }

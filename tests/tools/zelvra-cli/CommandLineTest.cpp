@@ -141,7 +141,7 @@ TEST(CommandLine, ExportsEachMarkedClipAsTheApplicationDoes) {
 
 TEST(CommandLine, PrintsWhatTheApplicationKeepsOfAMovie) {
     const TemporaryFolder folder;
-    setenv("ZELVRA_STATE", (folder / "state/window.json").c_str(), 1);
+    setenv("ZELVRA_STATE", (folder / "state").c_str(), 1);
     const std::filesystem::path game = folder / "game.mp4";
     std::filesystem::copy_file(movieFile(numbered), game);
     const ProcessResult nothing = cli({"annotations", game});

@@ -17,10 +17,8 @@ protected:
         const std::string folders = "XDG_VIDEOS_DIR=\"$HOME/Movies\"\n";
         writeBytes(folder_ / "user-dirs.dirs", Bytes(folders.begin(), folders.end()));
         application_.reset();
-        application_ =
-            std::make_unique<Application>(Application::Options{.preferences = folder_ / "preferences.json",
-                                                               .windowState = folder_ / "window.json",
-                                                               .services = {}});
+        application_ = std::make_unique<Application>(Application::Options{
+            .preferences = folder_ / "preferences.json", .state = folder_ / "state", .services = {}});
         window().requestActivate();
         EXPECT_TRUE(isFront("Zelvra"));
     }

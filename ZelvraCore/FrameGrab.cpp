@@ -4,7 +4,6 @@
 
 #include "ZelvraCore/media/grab/ImageGenerator.h"
 #include "ZelvraCore/records/MediaError.h"
-#include "ZelvraCore/records/ZVError.h"
 
 namespace zelvra {
 
@@ -24,9 +23,6 @@ Image extractFrame(const std::filesystem::path& movie, const CMTime& time) {
 
 Image extractFrame(const Asset& asset, const CMTime& time) {
     const FrameIndex& frames = asset.frames();
-    if (frames.empty()) {
-        throw ZVError::frameExtractionFailed();
-    }
     if (!isInside(asset, time)) {
         throw MediaError(MediaError::Cause::outOfRange,
                          "there is no frame at that time of '" + asset.path().string() + "'");
@@ -36,7 +32,7 @@ Image extractFrame(const Asset& asset, const CMTime& time) {
 
 Image extractFrameOnScreen(const Asset& asset, const CMTime& time) {
     const FrameIndex& frames = asset.frames();
-    const bool atTheEnd = !frames.empty() && time >= frames.end() && time == asset.duration();
+    const bool atTheEnd = time >= frames.end() && time == asset.duration();
     return extractFrame(asset, atTheEnd ? frames.last().time : time);
 }
 

@@ -20,8 +20,7 @@ namespace zelvra {
 ///
 /// Decodes from the sync sample before the frame on; nothing decoded is kept. Blocks; any thread, several at
 /// once on one asset. Throws MediaError (outOfRange for a time outside the movie or no number;
-/// unreadable, unsupported, corrupt), ZVError::noVideoTrack, and ZVError::frameExtractionFailed for a video
-/// track that never shows a picture.
+/// unreadable, unsupported, corrupt) and ZVError::noVideoTrack.
 Image extractFrame(const std::filesystem::path& movie, const CMTime& time);
 Image extractFrame(const Asset& asset, const CMTime& time);
 

@@ -10,9 +10,6 @@ namespace zelvra {
 namespace {
 
 float nominalRate(const FrameIndex& frames) {
-    if (frames.empty()) {
-        return 0;
-    }
     const double seconds = (frames.end() - frames.first().time).seconds();
     return static_cast<float>(static_cast<double>(frames.count()) / seconds);
 }
@@ -25,8 +22,8 @@ SourceInfo loadSourceInfo(const std::filesystem::path& movie) {
 
 SourceInfo loadSourceInfo(const Asset& asset) {
     const isobmff::Track& track = media::requiredVideoTrackOf(asset);
-    const VideoFormat& format = asset.videoFormat();
     const FrameIndex& frames = asset.frames();
+    const VideoFormat& format = asset.videoFormat();
 
     SourceInfo info;
     info.naturalSize = naturalSize(format);

@@ -21,7 +21,7 @@ namespace zelvra {
 ///   second by the rate.
 ///
 /// Blocks on the file; any thread. Throws ZVError::noVideoTrack for a movie without pictures, MediaError for
-/// a file that is missing, unreadable or no movie.
+/// a file that is missing, unreadable, no movie, or one whose pictures are encrypted or never shown.
 SourceInfo loadSourceInfo(const std::filesystem::path& movie);
 SourceInfo loadSourceInfo(const Asset& asset);
 

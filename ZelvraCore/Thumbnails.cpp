@@ -86,11 +86,12 @@ void makeThumbnails(const Asset& asset, const ThumbnailRequest& request, const T
     if (request.count < 1 || request.height < 1) {
         return;
     }
+    const CMTime duration = asset.duration();
     const VideoFormat& format = asset.videoFormat();
     auto demuxer = takeDemuxer(asset);
     ThumbnailMaker maker(*demuxer, format, request.height);
     for (int index = 0; index < request.count && !stop.stop_requested(); ++index) {
-        const std::int64_t middle = middleOf(index, request.count, asset.duration(), demuxer->timeBase());
+        const std::int64_t middle = middleOf(index, request.count, duration, demuxer->timeBase());
         if (const auto& thumbnail = maker.at(middle)) {
             receive(static_cast<std::size_t>(index), *thumbnail);
         }

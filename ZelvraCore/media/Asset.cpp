@@ -19,6 +19,7 @@
 #include <iterator>
 #include <limits>
 #include <mutex>
+#include <string_view>
 #include <utility>
 
 extern "C" {
@@ -158,6 +159,12 @@ std::int32_t ticksASecond(const isobmff::Track& track) {
     return static_cast<std::int32_t>(track.timescale);
 }
 
+constexpr std::string_view holdsNoPictures = "it holds no pictures";
+
+[[noreturn]] void refuse(const Asset& asset, std::string_view reason) {
+    throw MediaError::cannot(MediaError::Cause::unsupported, "read", asset.path().string(), reason);
+}
+
 /// When each picture that the tables know of appears; those that are replaced as they appear are left out.
 std::vector<isobmff::ShownSample> shownPictures(const isobmff::TrackTimeline& timeline) {
     std::vector<isobmff::ShownSample> result;
@@ -191,11 +198,15 @@ FrameIndex readFrames(const Asset& asset, const isobmff::Track& track) {
     auto pictures = shownPictures(timeline);
     leaveOutHidden(pictures, HiddenPictures(bytesOf(asset), track), track, timescale);
 
+    if (pictures.empty()) {
+        refuse(asset, holdsNoPictures);
+    }
+
     std::vector<std::int64_t> starts;
     starts.reserve(pictures.size());
     std::ranges::transform(pictures, std::back_inserter(starts), &isobmff::ShownSample::start);
-    std::int64_t end = pictures.empty() ? 0 : timeline.end();
-    if (!starts.empty() && end <= starts.back()) {
+    std::int64_t end = timeline.end();
+    if (end <= starts.back()) {
         const std::size_t last = starts.size() - 1;
         end = starts[last] + (last > 0 ? starts[last] - starts[last - 1] : 1);
     }
@@ -248,6 +259,12 @@ const isobmff::Track& requiredVideoTrackOf(const Asset& asset) {
     const isobmff::Track* track = videoTrackOf(asset);
     if (track == nullptr) {
         throw ZVError::noVideoTrack();
+    }
+    if (track->isEncrypted()) {
+        refuse(asset, "it is encrypted");
+    }
+    if (track->samples.empty()) {
+        refuse(asset, holdsNoPictures);
     }
     return *track;
 }

@@ -40,12 +40,13 @@ public:
     bool hasAudio() const;
 
     /// The pictures' size and orientation. Decodes the first picture once, as only the coded stream says how
-    /// large it is and what shape its pixels have. Throws ZVError::noVideoTrack.
+    /// large it is and what shape its pixels have. Throws ZVError::noVideoTrack, and MediaError::unsupported
+    /// if the pictures are encrypted or there are none.
     const VideoFormat& videoFormat() const;
 
-    /// The presentation times of the video track's pictures, hidden ones left out; empty if it shows none.
-    /// A last picture that the file gives no length lasts as long as the one before it. Throws
-    /// ZVError::noVideoTrack.
+    /// The presentation times of the video track's pictures, hidden ones left out; at least one. A last
+    /// picture that the file gives no length lasts as long as the one before it. Throws as videoFormat; a
+    /// movie whose edits show none of its pictures has none.
     const FrameIndex& frames() const;
 
     /// When the sync samples of the video track are presented, those from which decoding can start: in order,

@@ -19,7 +19,8 @@ const isobmff::Movie& movieOf(const Asset& asset);
 /// chapters do not count. Null for a movie without pictures. Throws as movieOf.
 const isobmff::Track* videoTrackOf(const Asset& asset);
 
-/// The same; throws ZVError::noVideoTrack for a movie without pictures.
+/// The same for whoever reads its pictures. Throws ZVError::noVideoTrack if there is no such track, and
+/// MediaError::unsupported if it is encrypted or has no samples.
 const isobmff::Track& requiredVideoTrackOf(const Asset& asset);
 
 } // namespace zelvra::media

@@ -16,9 +16,9 @@ FrameIndex::FrameIndex(std::vector<std::int64_t> starts, std::int64_t end, std::
 }
 
 FrameIndex::Frame FrameIndex::frame(std::size_t index) const {
-    assert(index < count());
+    const std::int64_t start = starts_.at(index);
     const std::int64_t end = index + 1 < count() ? starts_[index + 1] : end_;
-    return {index, {starts_[index], timescale_}, {end - starts_[index], timescale_}};
+    return {index, {start, timescale_}, {end - start, timescale_}};
 }
 
 std::optional<FrameIndex::Frame> FrameIndex::containing(const CMTime& time) const {

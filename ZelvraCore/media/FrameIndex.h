@@ -40,9 +40,9 @@ public:
     std::size_t count() const { return starts_.size(); }
     std::int32_t timescale() const { return timescale_; }
 
-    /// `index` < count().
+    /// `index` < count(); throws std::out_of_range for any other.
     Frame frame(std::size_t index) const;
-    /// Of an index that is not empty.
+    /// Of an index that is not empty; that of an opened movie never is.
     Frame first() const { return frame(0); }
     Frame last() const { return frame(count() - 1); }
 

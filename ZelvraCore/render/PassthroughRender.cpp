@@ -13,7 +13,6 @@
 #include "ZelvraCore/passthrough/video/HevcSpliceTrack.h"
 #include "ZelvraCore/passthrough/video/SourceVideo.h"
 #include "ZelvraCore/passthrough/video/StillTrack.h"
-#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/render/SoundTrackBuilder.h"
 
 #include <algorithm>
@@ -113,9 +112,6 @@ private:
 
     /// If no strategy suits, the reason for the user is the last one's, which has the fewest demands.
     Planned prepare(VideoCodec codec, const Timeline& timeline, const CMTime& frameDuration) const {
-        if (video_.track.isEncrypted()) {
-            throw MediaError(MediaError::Cause::unsupported, "the movie is encrypted");
-        }
         const auto strategies = strategiesFor(codec);
         for (auto strategy = strategies.begin();; ++strategy) {
             try {

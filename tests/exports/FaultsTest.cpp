@@ -1,7 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraCore/FrameGrab.h"
 #include "ZelvraCore/Render.h"
+#include "ZelvraCore/SourceProbe.h"
+#include "ZelvraCore/Thumbnails.h"
+#include "ZelvraCore/records/FourCharCode.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "tests/support/Files.h"
+#include "tests/support/MovieSurgery.h"
 #include "tests/support/NumberedMovie.h"
 #include "tests/support/NumberedPicture.h"
 
@@ -95,6 +101,30 @@ TEST_F(Faults, KeepTheOldOutputAndLeaveNoOtherFile) {
     EXPECT_FALSE(failureOf(movieFile(movie), folder / "no such folder/out.mp4").empty());
     EXPECT_THAT(folder.names(), ElementsAre("out.mp4"));
     EXPECT_EQ(readBytes(folder / "out.mp4"), (Bytes{1, 2, 3}));
+}
+
+TEST_F(Faults, RefuseAMovieWithoutPicturesInEachOperation) {
+    const auto refused = [this](const std::string& name, const std::string& reason, auto change) {
+        BoxFile file = BoxFile::read(movieFile(movie));
+        change(file);
+        file.write(folder / name);
+        const Asset source(folder / name);
+        const std::string line = "cannot read '" + source.path().string() + "': " + reason;
+        const auto throwsIt = testing::ThrowsMessage<MediaError>(line);
+        EXPECT_THAT([&] { loadSourceInfo(source); }, throwsIt);
+        EXPECT_THAT([&] { extractFrame(source, CMTime::zero()); }, throwsIt);
+        EXPECT_THAT([&] { extractFrameOnScreen(source, movie.timeOf(60)); }, throwsIt);
+        EXPECT_THAT([&] { makeThumbnails(source, {2, 90}, [](auto&&...) {}); }, throwsIt);
+        EXPECT_EQ(failureOf(folder / name, folder / "out.mp4"), line);
+        EXPECT_FALSE(std::filesystem::exists(folder / "out.mp4"));
+    };
+    refused("nothing shown.mp4", "it holds no pictures",
+            [](BoxFile& file) { showOnly(file, std::vector{CMTimeRange{CMTime(100, 1), CMTime(1, 1)}}); });
+    refused("only an index.mp4", "it holds no pictures",
+            [](BoxFile& file) { file.track("vide").at("mdia/minf/stbl/stsz").payload.assign(12, 0); });
+    refused("encrypted.mp4", "it is encrypted", [](BoxFile& file) {
+        putNumber(file.track("vide").at("mdia/minf/stbl/stsd").payload, 12, 4, fourCharCode("encv"));
+    });
 }
 
 TEST_F(Faults, StopSoonAndCleanlyWhenInterrupted) {

@@ -16,7 +16,7 @@ public:
     TimelineLayout(const RenderPlan& plan, const SourceInfo& info, const FrameIndex& frames)
         : plan_(plan), info_(info), frames_(frames), soundEnd_(clamped(plan.rangeEnd)) {
         start_ = ticks(clamped(plan.rangeStart));
-        end_ = maximum(start_, ticks(soundEnd_));
+        end_ = maximum(start_, soundEnd_.converted(frames_.timescale(), Rounding::up));
         const bool freezesInTail = std::ranges::any_of(
             plan.highlights, [this](const Highlight& h) { return ticks(h.timestamp) >= frames_.end(); });
         if (!freezesInTail) {
@@ -39,7 +39,9 @@ private:
     CMTime clamped(const CMTime& time) const {
         return minimum(maximum(time, CMTime::zero()), info_.duration);
     }
-    CMTime ticks(const CMTime& time) const { return time.converted(frames_.timescale()); }
+    /// The tick within which a time is. Some movies have only one tick for each picture, so another tick may
+    /// be of another picture.
+    CMTime ticks(const CMTime& time) const { return time.converted(frames_.timescale(), Rounding::down); }
 
     /// When a freeze interrupts the source.
     CMTime freezeMoment(const CMTime& timestamp) const {

@@ -55,8 +55,10 @@ RenderPlan planRender(std::span<const Highlight> highlights, const std::optional
 
 /// Lays source pieces and freezes end to end. `frames` are the source's pictures, `info` is the source's.
 /// These are the rules of every export, whether it passes through or is encoded anew:
-/// - The range is clamped to the movie, from zero to `info.duration`, and starts and ends on a tick of
-///   `frames`. Before the first picture, the first one is shown.
+/// - The range is clamped to the movie, from zero to `info.duration`. It starts and ends on a tick of
+/// `frames`,
+///   widened if it has to be, so that no picture of it is lost. Before the first picture, the first one is
+///   shown.
 /// - A moment within a picture's time freezes when that picture appears, or when the range starts if that is
 ///   later. The source plays up to, not including, that moment and resumes there with the same picture. A
 ///   moment at or past the end freezes after everything else.

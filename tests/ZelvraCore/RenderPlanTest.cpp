@@ -147,6 +147,23 @@ TEST_P(TimelineOf, TheMoments) {
     EXPECT_EQ(timeline.total, end);
 }
 
+/// Some cameras write movies with one tick for each picture.
+TEST(Timeline, FreezesOnThePictureOfAMomentAndLosesNoneOfTheRange) {
+    const FrameIndex frames({0, 1, 2, 3, 4, 5, 6, 7, 8, 9}, 10, 10);
+    SourceInfo info = source("avc1");
+    info.duration = CMTime(1, 1);
+    info.frameDuration = CMTime(1, 10);
+    const auto range = CMTimeRange::fromStartToEnd(CMTime(16, 100), CMTime(84, 100));
+    const std::vector<Highlight> highlights{highlightAt(CMTime(46, 100), CMTime(1, 1))};
+    const Timeline timeline = layoutTimeline(planRender(highlights, range, true, info), info, frames);
+    ASSERT_EQ(timeline.segments.size(), 3U);
+    EXPECT_EQ(timeline.segments[0].firstPicture, 1U);
+    EXPECT_EQ(timeline.segments[0].endPicture, 4U);
+    EXPECT_EQ(timeline.segments[2].firstPicture, 4U);
+    EXPECT_EQ(timeline.segments[2].endPicture, 9U);
+    EXPECT_EQ(timeline.sound[0].sourceStart, timeline.segments[0].sourceStart) << "no drift";
+}
+
 INSTANTIATE_TEST_SUITE_P(
     FreezesAmongPictures, TimelineOf,
     testing::Values(
@@ -269,7 +286,7 @@ TEST(Timeline, CutsPicturesOnTheirTicksAndSoundExactly) {
     info.duration = CMTime(1, 1);
     const auto range = CMTimeRange::fromStartToEnd(CMTime::zero(), CMTime(424, 1000));
     const Timeline timeline = layoutTimeline(planRender({}, range, true, info), info, tenPictures);
-    EXPECT_EQ(timeline.total, CMTime(42, 100));
+    EXPECT_EQ(timeline.total, CMTime(43, 100));
     EXPECT_EQ(timeline.sound.back().duration, CMTime(424, 1000));
 }
 

@@ -62,8 +62,12 @@ void expectAlignedHeader(ByteView nal, const h264::ParameterSets& sets) {
     }
 }
 
-/// Rewriting an intra slice's header for the same parameter sets must not change the slice.
+/// Rewriting an intra slice's header for the same parameter sets must not change the slice. Zero bytes with
+/// which some encoders pad it after its last bit are not part of it.
 void expectSameWhenRewritten(ByteView nal, const h264::ParameterSets& sets) {
+    while (!nal.empty() && nal.back() == 0) {
+        nal = nal.first(nal.size() - 1);
+    }
     const h264::SliceHeader slice = parseSliceHeader(nal, sets);
     if (!slice.idr || slice.type != h264::SliceType::i || slice.fieldPicture || slice.deltaPocBottom != 0 ||
         slice.noOutputOfPriorPics || slice.longTermReference) {

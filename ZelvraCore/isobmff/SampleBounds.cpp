@@ -22,6 +22,14 @@ void SampleBounds::admitUnlisted(std::uint64_t count) {
     admitListed(count);
 }
 
+void SampleBounds::admitEdits(std::uint64_t count) {
+    if (count > maxEdits - edits_) {
+        throw MediaError(MediaError::Cause::unsupported,
+                         "the movie has more than " + std::to_string(maxEdits) + " edits");
+    }
+    edits_ += count;
+}
+
 void SampleBounds::requireInFile(const Sample& sample, std::uint64_t number) const {
     if (sample.offset > fileSize_ || sample.size > fileSize_ - sample.offset) {
         throw MediaError(MediaError::Cause::corrupt,

@@ -107,6 +107,7 @@ void readTrackBoxes(const std::vector<RawBox>& boxes, SampleBounds& bounds, Trac
             for (const RawBox& edits : rawBoxes(box.payload)) {
                 if (edits.type == EditListBox::type) {
                     track.edits = readBox<EditListBox>(edits.payload).edits;
+                    bounds.admitEdits(track.edits.size());
                 }
             }
             break;

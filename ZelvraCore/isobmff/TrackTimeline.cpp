@@ -107,10 +107,15 @@ private:
     }
 
     void placeCut(const Cut& cut, bool isFirst) {
+        const std::size_t shownBefore = shown.size();
+        const std::uint64_t visitedBefore = visited_;
         if (track_.isSound()) {
             placeSoundCut(cut, isFirst);
         } else {
             placePictureCut(cut);
+        }
+        if (shown.size() == shownBefore) {
+            visitInVain(visited_ - visitedBefore);
         }
     }
 
@@ -144,6 +149,7 @@ private:
             indexed_.begin(), indexed_.end(), cut.mediaStart,
             [](std::int64_t time, const Sample& sample) { return time < sample.decodeTime; });
         const auto first = containing == indexed_.begin() ? containing : containing - 1;
+        visit(warmUpPackets(cut, first));
         for (auto sample = first; sample != indexed_.end() && sample->decodeTime < cut.mediaEnd(); ++sample) {
             visit();
             std::int64_t time = sample->decodeTime;
@@ -161,12 +167,23 @@ private:
         closePiece(firstShown, offset.value_or(0), cut.end());
     }
 
+    /// libavformat also goes through the packets of the second before each edit, for the decoder to warm up.
+    std::uint64_t warmUpPackets(const Cut& cut, std::span<const Sample>::iterator first) const {
+        const std::int64_t start = cut.mediaStart - static_cast<std::int64_t>(track_.timescale);
+        const auto warmUp =
+            std::lower_bound(indexed_.begin(), first, start, [](const Sample& sample, std::int64_t time) {
+                return sample.decodeTime < time;
+            });
+        return static_cast<std::uint64_t>(first - warmUp);
+    }
+
     /// The sync sample from which decoding starts for an edit that starts at `mediaTime`.
-    std::size_t decodingStart(std::int64_t mediaTime) const {
+    std::size_t decodingStart(std::int64_t mediaTime) {
         auto sample = std::upper_bound(
             indexed_.begin(), indexed_.end(), mediaTime,
             [](std::int64_t time, const Sample& candidate) { return time < candidate.decodeTime; });
         while (sample != indexed_.begin()) {
+            visit();
             --sample;
             if (sample->sync && (!reordered_ || sample->presentationTime() <= mediaTime)) {
                 return static_cast<std::size_t>(sample - indexed_.begin());
@@ -224,13 +241,24 @@ private:
         }
     }
 
-    /// Counts a visited sample. An edit list may show samples several times; a hostile one would do so
+    /// Counts visited samples. An edit list may show samples several times; a hostile one would do so
     /// without end.
-    void visit() {
+    void visit(std::uint64_t samples = 1) {
         constexpr std::uint64_t always = std::uint64_t{1} << 20;
         constexpr std::uint64_t maxRepetitions = 16;
-        if (++visited_ > always + maxRepetitions * indexed_.size()) {
+        visited_ += samples;
+        if (visited_ > always + maxRepetitions * indexed_.size()) {
             throw MediaError(MediaError::Cause::unsupported, "its edit list shows the same media too often");
+        }
+    }
+
+    /// Counts samples that an edit visits without showing one. The time of a seek in libavformat grows with
+    /// the square of their number.
+    void visitInVain(std::uint64_t samples) {
+        constexpr std::uint64_t most = std::uint64_t{1} << 15;
+        visitedInVain_ += samples;
+        if (visitedInVain_ > most) {
+            throw MediaError(MediaError::Cause::unsupported, "too many of its edits show nothing");
         }
     }
 
@@ -240,6 +268,7 @@ private:
     std::vector<Cut> cuts_;
     std::int64_t leadingEmpty_ = 0;
     std::uint64_t visited_ = 0;
+    std::uint64_t visitedInVain_ = 0;
 };
 
 } // namespace

@@ -151,18 +151,36 @@ bool illustratesChapters(const isobmff::Movie& movie, const isobmff::Track& trac
     });
 }
 
-std::int32_t ticksASecond(const isobmff::Track& track) {
-    if (track.timescale > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) {
-        throw MediaError(MediaError::Cause::unsupported,
-                         "the movie counts time in more than 2^31 ticks a second");
-    }
-    return static_cast<std::int32_t>(track.timescale);
-}
-
 constexpr std::string_view holdsNoPictures = "it holds no pictures";
 
 [[noreturn]] void refuse(const Asset& asset, std::string_view reason) {
     throw MediaError::cannot(MediaError::Cause::unsupported, "read", asset.path().string(), reason);
+}
+
+std::int32_t ticksASecond(const Asset& asset, const isobmff::Track& track) {
+    if (track.timescale > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) {
+        refuse(asset, "it counts time in more than 2^31 ticks a second");
+    }
+    return static_cast<std::int32_t>(track.timescale);
+}
+
+isobmff::TrackTimeline timelineOf(const Asset& asset, const isobmff::Track& track) {
+    try {
+        return {track, movieOf(asset).timescale};
+    } catch (const MediaError& error) {
+        refuse(asset, error.what());
+    }
+}
+
+/// libavformat unfolds the edits of every track, so those of sound may take its time as well. A few edits
+/// never do.
+void refuseCostlyEdits(const Asset& asset) {
+    constexpr std::size_t few = 64;
+    for (const isobmff::Track& track : movieOf(asset).tracks) {
+        if (track.isSound() && track.edits.size() > few) {
+            timelineOf(asset, track);
+        }
+    }
 }
 
 /// When each picture that the tables know of appears; those that are replaced as they appear are left out.
@@ -193,8 +211,8 @@ void leaveOutHidden(std::vector<isobmff::ShownSample>& pictures, const HiddenPic
 }
 
 FrameIndex readFrames(const Asset& asset, const isobmff::Track& track) {
-    const std::int32_t timescale = ticksASecond(track);
-    const isobmff::TrackTimeline timeline(track, movieOf(asset).timescale);
+    const std::int32_t timescale = ticksASecond(asset, track);
+    const isobmff::TrackTimeline timeline = timelineOf(asset, track);
     auto pictures = shownPictures(timeline);
     leaveOutHidden(pictures, HiddenPictures(bytesOf(asset), track), track, timescale);
 
@@ -213,8 +231,8 @@ FrameIndex readFrames(const Asset& asset, const isobmff::Track& track) {
     return {std::move(starts), end, timescale};
 }
 
-CMTime presentationEnd(const isobmff::Movie& movie, const isobmff::Track& track) {
-    return {isobmff::TrackTimeline(track, movie.timescale).end(), ticksASecond(track)};
+CMTime presentationEnd(const Asset& asset, const isobmff::Track& track) {
+    return {timelineOf(asset, track).end(), ticksASecond(asset, track)};
 }
 
 /// The end of what plays, the pictures that are shown and all sound.
@@ -222,7 +240,7 @@ CMTime presentationEnd(const Asset& asset) {
     CMTime end = videoTrackOf(asset) != nullptr ? asset.frames().end() : CMTime::zero();
     for (const isobmff::Track& track : movieOf(asset).tracks) {
         if (track.isSound()) {
-            end = maximum(end, presentationEnd(movieOf(asset), track));
+            end = maximum(end, presentationEnd(asset, track));
         }
     }
     return end;
@@ -272,7 +290,11 @@ const isobmff::Track& requiredVideoTrackOf(const Asset& asset) {
 std::unique_ptr<Demuxer> takeDemuxer(const Asset& asset) {
     const std::uint32_t trackId = requiredVideoTrackOf(asset).id;
     std::unique_ptr<Demuxer> idle = asset.contents().demuxers.take();
-    return idle ? std::move(idle) : std::make_unique<Demuxer>(bytesOf(asset), trackId);
+    if (idle) {
+        return idle;
+    }
+    refuseCostlyEdits(asset);
+    return std::make_unique<Demuxer>(bytesOf(asset), trackId);
 }
 
 void giveBack(const Asset& asset, std::unique_ptr<Demuxer> demuxer) {
@@ -323,7 +345,7 @@ std::vector<std::int64_t> Asset::syncTimes() const {
     const isobmff::Track* track = media::videoTrackOf(*this);
     std::vector<std::int64_t> times;
     if (track != nullptr) {
-        const isobmff::TrackTimeline timeline(*track, media::movieOf(*this).timescale);
+        const isobmff::TrackTimeline timeline = media::timelineOf(*this, *track);
         for (const isobmff::ShownSample& shown : timeline.shown()) {
             if (track->samples[shown.sample].sync) {
                 times.push_back(shown.start);

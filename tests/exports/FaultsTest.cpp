@@ -103,7 +103,7 @@ TEST_F(Faults, KeepTheOldOutputAndLeaveNoOtherFile) {
     EXPECT_EQ(readBytes(folder / "out.mp4"), (Bytes{1, 2, 3}));
 }
 
-TEST_F(Faults, RefuseAMovieWithoutPicturesInEachOperation) {
+TEST_F(Faults, RefuseAMovieThatCannotBeShownInEachOperation) {
     const auto refused = [this](const std::string& name, const std::string& reason, auto change) {
         BoxFile file = BoxFile::read(movieFile(movie));
         change(file);
@@ -122,6 +122,19 @@ TEST_F(Faults, RefuseAMovieWithoutPicturesInEachOperation) {
             [](BoxFile& file) { showOnly(file, std::vector{CMTimeRange{CMTime(100, 1), CMTime(1, 1)}}); });
     refused("only an index.mp4", "it holds no pictures",
             [](BoxFile& file) { file.track("vide").at("mdia/minf/stbl/stsz").payload.assign(12, 0); });
+    const auto appendEdits = [](Box& track, int count) {
+        Bytes& list = track.at("edts/elst").payload;
+        for (int i = 0; i < count; ++i) {
+            appendNumber(list, 4, 0);
+            appendNumber(list, 4, 90'000); // in the last packet
+            appendNumber(list, 4, 0x10000);
+        }
+        putNumber(list, 4, 4, numberAt(list, 4, 4) + static_cast<std::uint64_t>(count));
+    };
+    refused("many edits.mp4", "track 2 (sound): the movie has more than 16384 edits",
+            [&](BoxFile& file) { appendEdits(file.track("soun"), 1'000'000); });
+    refused("vain edits.mp4", "too many of its edits show nothing",
+            [&](BoxFile& file) { appendEdits(file.track("soun"), 16'000); });
     refused("encrypted.mp4", "it is encrypted", [](BoxFile& file) {
         putNumber(file.track("vide").at("mdia/minf/stbl/stsd").payload, 12, 4, fourCharCode("encv"));
     });

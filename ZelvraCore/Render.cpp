@@ -228,6 +228,7 @@ RenderResult renderHighlights(const std::filesystem::path& source, std::span<con
 RenderResult renderHighlights(const Asset& source, std::span<const Highlight> highlights,
                               const std::filesystem::path& output, const RenderOptions& options) {
     refuseSourceAsOutput(source.path(), output);
+    files::requireReplaceable(output);
     Rendering(source, highlights, output, options).run();
     return {output};
 }

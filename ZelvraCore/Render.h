@@ -49,7 +49,7 @@ std::optional<std::string> refusalOfOutput(const std::filesystem::path& source,
 ///
 /// An `output` that exists is replaced when the new movie is complete, and not before. Throws ZVError,
 /// MediaError; no file is left then, and an older output stays. An output that is the source is
-/// refused (see refusalOfOutput).
+/// refused (see refusalOfOutput), and so is one that exists and is no regular file.
 RenderResult renderHighlights(const std::filesystem::path& source, std::span<const Highlight> highlights,
                               const std::filesystem::path& output, const RenderOptions& options = {});
 

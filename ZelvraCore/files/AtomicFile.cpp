@@ -69,7 +69,12 @@ void removeIfUnlocked(const std::filesystem::path& path) {
 } // namespace
 
 AtomicFile::AtomicFile(std::filesystem::path destination) : destination_(std::move(destination)) {
-    while (!createHidden()) {
+    requireReplaceable(destination_);
+    constexpr int mostTries = 100;
+    for (int tries = 0; !createHidden(); ++tries) {
+        if (tries == mostTries) {
+            fail(EBUSY);
+        }
     }
 }
 
@@ -88,6 +93,7 @@ bool AtomicFile::createHidden() {
     }
     // On file systems without locks (some network file systems) no sweeper gets one either.
     if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        ::unlink(temporary_.c_str()); // as does the sweeper that holds the lock
         return false;
     }
     if (isUnlinked(file.get())) {
@@ -135,6 +141,14 @@ void AtomicFile::commit() {
 
 void AtomicFile::fail(int error) const {
     throw MediaError::cannotWrite(destination_.string(), systemReason(error));
+}
+
+void requireReplaceable(const std::filesystem::path& destination) {
+    struct stat status{};
+    if (::stat(destination.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+        throw MediaError::cannotWrite(
+            destination.string(), S_ISDIR(status.st_mode) ? systemReason(EISDIR) : "it is no regular file");
+    }
 }
 
 void sweepStrays(const std::filesystem::path& folder) {

@@ -17,7 +17,8 @@ namespace zelvra::files {
 /// destination.
 class AtomicFile {
 public:
-    /// Creates the hidden file in the destination's folder, which must exist, and locks it.
+    /// Creates the hidden file in the destination's folder, which must exist, and locks it. Refuses as
+    /// `requireReplaceable`.
     explicit AtomicFile(std::filesystem::path destination);
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;
@@ -46,6 +47,10 @@ private:
     int descriptor_ = -1;
     bool committed_ = false;
 };
+
+/// Throws MediaError::unwritable if something other than a regular file has that name: a folder, a pipe, a
+/// device. A link counts as what it leads to.
+void requireReplaceable(const std::filesystem::path& destination);
 
 /// Removes hidden files of AtomicFile whose lock is free. Files that cannot be opened or removed stay.
 /// Never throws.

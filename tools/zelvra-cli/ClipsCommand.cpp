@@ -7,6 +7,7 @@
 #include "ZelvraCore/Render.h"
 #include "ZelvraCore/SourceProbe.h"
 #include "ZelvraCore/records/MediaError.h"
+#include "tools/zelvra-cli/Commands.h"
 #include "tools/zelvra-cli/Interrupt.h"
 #include "tools/zelvra-cli/ProgressReport.h"
 
@@ -52,13 +53,12 @@ Asset open(const std::filesystem::path& movie) {
     return asset;
 }
 
-/// Refuses to write over the source, before any clip is written. Then makes the folder, which is the same for
-/// all outputs.
-void prepare(const std::vector<std::filesystem::path>& outputs, const std::filesystem::path& source) {
+/// Refuses to write over what is read, before any clip is written. Then makes the folder, which is the same
+/// for all outputs.
+void prepare(const std::vector<std::filesystem::path>& outputs, const ClipsRequest& request) {
     for (std::size_t index = 0; index < outputs.size(); ++index) {
-        if (const auto line = refusalOfOutput(source, outputs[index])) {
-            throw std::runtime_error(clipFailed(index) + ": " + *line);
-        }
+        during(clipFailed(index),
+               [&] { requireOutputApart(outputs[index], request.movie, request.annotations); });
     }
     std::error_code error;
     std::filesystem::create_directories(outputs.front().parent_path(), error);
@@ -82,7 +82,7 @@ void clipsCommand(const ClipsRequest& request) {
     for (std::size_t index = 0; index < clips.size(); ++index) {
         outputs.push_back(outputPath(folderOf(request), movie, static_cast<int>(index + 1)));
     }
-    prepare(outputs, movie);
+    prepare(outputs, request);
     {
         ProgressReport report(std::cerr, progressStyle(request.quiet));
         for (std::size_t index = 0; index < clips.size(); ++index) {

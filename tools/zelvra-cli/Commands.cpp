@@ -10,6 +10,7 @@
 #include "ZelvraCore/Render.h"
 #include "ZelvraCore/SourceProbe.h"
 #include "ZelvraCore/media/IdentifyMovie.h"
+#include "ZelvraCore/records/MediaError.h"
 #include "ZelvraCore/records/ZVError.h"
 #include "tools/zelvra-cli/Interrupt.h"
 #include "tools/zelvra-cli/PngFile.h"
@@ -25,6 +26,17 @@ void requireFile(const std::filesystem::path& file) {
     std::error_code unknown; // opening the file then reports the error
     if (!std::filesystem::exists(file, unknown) && !unknown) {
         throw ZVError::fileNotFound(file.string());
+    }
+}
+
+void requireOutputApart(const std::filesystem::path& output, const std::filesystem::path& movie,
+                        const std::filesystem::path& annotations) {
+    if (const auto line = refusalOfOutput(movie, output)) {
+        throw MediaError(MediaError::Cause::refused, *line);
+    }
+    if (refusalOfOutput(annotations, output)) {
+        throw MediaError(MediaError::Cause::refused,
+                         "the output would replace the annotations: " + output.string());
     }
 }
 
@@ -51,6 +63,7 @@ void probeCommand(const std::filesystem::path& movie) {
 
 void frameCommand(const std::filesystem::path& movie, CMTime at, const std::filesystem::path& output) {
     requireFile(movie);
+    requireOutputApart(output, movie);
     writePng(extractFrame(movie, at), output);
     std::cout << output.string() << '\n';
 }
@@ -64,8 +77,8 @@ void annotationsCommand(const std::filesystem::path& movie) {
     std::cout << annotationsText(*document);
 }
 
-void addAnnotations(ExportRequest& request, const std::filesystem::path& file) {
-    const AnnotationsDocument document = readAnnotations(file);
+void addAnnotations(ExportRequest& request) {
+    const AnnotationsDocument document = readAnnotations(request.annotations);
     const Annotations& annotations = document.work.annotations;
     request.highlights.insert(request.highlights.end(), annotations.highlights.begin(),
                               annotations.highlights.end());
@@ -80,6 +93,7 @@ void addAnnotations(ExportRequest& request, const std::filesystem::path& file) {
 void exportCommand(const ExportRequest& request) {
     const Interrupt interrupt;
     requireFile(request.movie);
+    requireOutputApart(request.output, request.movie, request.annotations);
     const Asset asset(request.movie);
     RenderResult result;
     {

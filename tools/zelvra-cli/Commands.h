@@ -17,6 +17,10 @@ namespace zelvra::cli {
 /// Throws ZVError::fileNotFound if the file does not exist.
 void requireFile(const std::filesystem::path& file);
 
+/// Throws MediaError::refused if `output` is a file that the command reads, by whatever path.
+void requireOutputApart(const std::filesystem::path& output, const std::filesystem::path& movie,
+                        const std::filesystem::path& annotations = {});
+
 void probeCommand(const std::filesystem::path& movie);
 
 void frameCommand(const std::filesystem::path& movie, CMTime at, const std::filesystem::path& output);
@@ -28,14 +32,15 @@ void annotationsCommand(const std::filesystem::path& movie);
 struct ExportRequest {
     std::filesystem::path movie;
     std::filesystem::path output;
+    std::filesystem::path annotations; ///< empty: none
     std::optional<CMTime> from;
     std::optional<CMTime> to;
     bool includeAudio = true;
     std::vector<Highlight> highlights;
     bool quiet = false;
 };
-/// Adds the contents of a file of annotations. A range that the request already has is kept.
-void addAnnotations(ExportRequest& request, const std::filesystem::path& file);
+/// Adds the contents of its file of annotations. A range that the request already has is kept.
+void addAnnotations(ExportRequest& request);
 /// Throws BadRequest for a range that ends before it starts.
 void exportCommand(const ExportRequest& request);
 

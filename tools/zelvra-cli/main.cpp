@@ -55,7 +55,7 @@ int run(int argc, char** argv) {
     program.set_version_flag("--version", "zelvra-cli " ZELVRA_VERSION);
     program.require_subcommand(1);
 
-    std::filesystem::path movie, output, annotations;
+    std::filesystem::path movie, output;
     std::string at, from, to, mode;
     std::vector<std::string> highlights;
     ExportRequest request;
@@ -78,7 +78,8 @@ int run(int argc, char** argv) {
     exporting.add_option("--highlight", highlights, highlightHelp)
         ->type_name("SPEC")
         ->allow_extra_args(false);
-    exporting.add_option("--annotations", annotations, "Highlights, range and sound from a JSON file")
+    exporting
+        .add_option("--annotations", request.annotations, "Highlights, range and sound from a JSON file")
         ->type_name("FILE");
     exporting.add_flag("--quiet", request.quiet, "No progress");
 
@@ -136,8 +137,8 @@ int run(int argc, char** argv) {
         clips.mode = modeOfName(mode);
         clipsCommand(clips);
     } else {
-        if (!annotations.empty()) {
-            addAnnotations(request, annotations);
+        if (!request.annotations.empty()) {
+            addAnnotations(request);
         }
         exportCommand(request);
     }

@@ -15,6 +15,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <regex>
+#include <sys/stat.h>
 
 namespace zelvra::test {
 namespace {
@@ -107,6 +108,44 @@ TEST(CommandLine, DistinguishesFailureFromWrongUsageInOneLine) {
     expect({"export", movie, "--output", out, "--highlight", "kind=circle"}, 2, "at=T");
     EXPECT_TRUE(folder.names().empty());
     EXPECT_EQ(cli({"--help"}).exitCode, 0);
+}
+
+TEST(CommandLine, NeverWritesOverWhatItReadsNorIntoPipesAndFolders) {
+    const TemporaryFolder folder;
+    const std::filesystem::path game = folder / "game.mp4";
+    std::filesystem::copy_file(movieFile(numbered), game);
+    std::filesystem::create_symlink(game, folder / "link.mp4");
+    std::filesystem::create_hard_link(game, folder / "twin.mp4");
+    const std::filesystem::path notes = folder / "notes.json";
+    std::ofstream(notes) << R"({"highlights": [{"at": 1}]})";
+    std::filesystem::create_directory(folder / "folder");
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    const std::vector<std::string> names = folder.names();
+
+    const auto expectRefusal = [&](const std::string& output, const std::string& part) {
+        for (const std::vector<std::string>& command :
+             {std::vector<std::string>{"frame", game, "--at", "0"},
+              std::vector<std::string>{"export", game, "--quiet", "--annotations", notes},
+              std::vector<std::string>{"export", game, "--quiet"}}) {
+            if (output == "notes.json" && command.size() != 5) {
+                continue; // not read by this one
+            }
+            std::vector<std::string> arguments = command;
+            arguments.insert(arguments.end(), {"--output", folder / output});
+            const ProcessResult result = cli(arguments);
+            EXPECT_EQ(result.exitCode, 1) << command[0] << ' ' << output;
+            EXPECT_NE(result.errors.find(part), std::string::npos) << result.errors;
+            EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+        }
+    };
+    for (const char* source : {"game.mp4", "link.mp4", "twin.mp4"}) {
+        expectRefusal(source, "the output would replace the source movie: ");
+    }
+    expectRefusal("notes.json", "the output would replace the annotations: ");
+    expectRefusal("folder", "': Is a directory");
+    expectRefusal("pipe", "': it is no regular file");
+    EXPECT_EQ(readBytes(game), readBytes(movieFile(numbered)));
+    EXPECT_EQ(folder.names(), names);
 }
 
 TEST(CommandLine, ExportsEachMarkedClipAsTheApplicationDoes) {

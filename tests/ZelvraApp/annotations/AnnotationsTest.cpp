@@ -127,7 +127,9 @@ TEST_F(AnnotationsOfAMovie, SaveAnEditedClipInPlaceOrLeaveItAsItWas) {
     mark(1, 2);
     mark(3, 4);
     mark(5, 6);
+    annotations_.activeRoughClipID = idOf(0);
     EXPECT_TRUE(annotations_.editMarkedClip(idOf(1)));
+    EXPECT_EQ(annotations_.activeRoughClipID, std::nullopt);
     EXPECT_FALSE(annotations_.editMarkedClip(idOf(1)));
     EXPECT_FALSE(annotations_.editMarkedClip(Uuid::random()));
     EXPECT_THAT(highlights(), IsEmpty());

@@ -78,7 +78,9 @@ TEST_F(UndoOfSteps, RevertsEveryKind) {
     isUndoable("delete", [](Annotations& now) { return now.deleteHighlight(now.highlights[0].id); });
     isUndoable("in", [&](Annotations& now) { return now.markInPoint(sessionTime(2), duration, 3); });
     isUndoable("out", [&](Annotations& now) { return now.markOutPoint(sessionTime(4), duration); });
-    isUndoable("trim", [](Annotations& now) { return now.setTrim(range(0.5, 1)); });
+    add(5);
+    isUndoable("trim, which drops a highlight",
+               [](Annotations& now) { return now.setTrim(range(0.5, 1)) && now.highlights.empty(); });
     isUndoable("drag", [&](Annotations& now) {
         return now.dragTrimStart(0.6) && now.dragTrimStart(0.7) && now.dragTrimEnd(1.8, duration);
     });

@@ -5,76 +5,16 @@
 #include "ZelvraApp/desktop/Inhibitor.h"
 #include "ZelvraApp/desktop/PortalFileChooser.h"
 #include "ZelvraApp/desktop/SingleInstance.h"
+#include "tests/ZelvraApp/desktop/BusServices.h"
 
 #include <QDBusArgument>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusUnixFileDescriptor>
-#include <QDBusVariant>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace zelvra::test {
 namespace {
-
-/// The bus as seen from another program.
-QDBusConnection others() {
-    static const QDBusConnection bus =
-        QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("others"));
-    return bus;
-}
-
-QDBusConnection ours() {
-    return QDBusConnection::sessionBus();
-}
-
-/// A desktop's services under one name and path.
-class Service : public QObject {
-public:
-    Service(const QString& name, const QString& path) : name_(name), path_(path) {}
-    ~Service() override {
-        others().unregisterService(name_);
-        others().unregisterObject(path_);
-    }
-    void start() {
-        ASSERT_TRUE(others().registerObject(path_, this, QDBusConnection::ExportAllSlots));
-        ASSERT_TRUE(others().registerService(name_));
-    }
-
-protected:
-    QString name_;
-    QString path_;
-};
-
-class SettingsPortal : public Service {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-public:
-    SettingsPortal()
-        : Service(QStringLiteral("org.freedesktop.portal.Desktop"),
-                  QStringLiteral("/org/freedesktop/portal/desktop")) {
-        start();
-    }
-    void change(const QString& group, const QString& key, const QVariant& value) {
-        QDBusMessage signal = QDBusMessage::createSignal(
-            path_, QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"));
-        signal << group << key << QVariant::fromValue(QDBusVariant(value));
-        others().send(signal);
-    }
-
-public Q_SLOTS:
-    QDBusVariant Read(const QString& group, const QString& key) {
-        Q_UNUSED(group)
-        const QVariant value = key == QLatin1String("enable-animations") ? QVariant(true) : QVariant(1U);
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(value)));
-    }
-};
 
 TEST(DesktopSettings, AreReadAndFollowed) {
     SettingsPortal portal;
@@ -92,46 +32,14 @@ TEST(DesktopSettings, AreReadAndFollowed) {
     EXPECT_EQ(motion.last().first(), false);
 }
 
-class InhibitPortal : public Service {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Inhibit")
-
-public:
-    InhibitPortal()
-        : Service(QStringLiteral("org.freedesktop.portal.Desktop"),
-                  QStringLiteral("/org/freedesktop/portal/desktop")) {
-        start();
-    }
-    uint flags = 0;
-
-public Q_SLOTS:
-    QDBusObjectPath Inhibit(const QString&, uint what, const QVariantMap&) {
-        flags = what;
-        return QDBusObjectPath(QStringLiteral("/request/1"));
-    }
-};
-
-class InhibitRequest : public QObject {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Request")
-
-public:
-    bool closed = false;
-
-public Q_SLOTS:
-    void Close() { closed = true; }
-};
-
 TEST(IdleInhibitor, HoldsTheScreenAwakeUntilItIsReleased) {
     InhibitPortal portal;
-    InhibitRequest request;
-    others().registerObject(QStringLiteral("/request/1"), &request, QDBusConnection::ExportAllSlots);
     IdleInhibitor inhibitor(ours());
     inhibitor.hold(true);
     ASSERT_TRUE(QTest::qWaitFor([&] { return portal.flags == 8; }, 20'000));
-    EXPECT_FALSE(request.closed);
+    EXPECT_FALSE(portal.request.closed);
     inhibitor.hold(false); // perhaps before the portal's answer has come
-    EXPECT_TRUE(QTest::qWaitFor([&] { return request.closed; }, 20'000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return portal.request.closed; }, 20'000));
 }
 
 class FileChooserPortal : public Service {
@@ -198,34 +106,6 @@ TEST(PortalFileChooser, AsksTheDesktopAndPassesItsAnswerOn) {
     EXPECT_EQ(chosen.first().first().toUrl().toLocalFile(), "/clips/game 1.mov");
 }
 
-class Login : public Service {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.login1.Manager")
-
-public:
-    Login() : Service(QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1")) {
-        EXPECT_EQ(pipe2(ends_, O_CLOEXEC | O_NONBLOCK), 0);
-        start();
-    }
-    ~Login() override { close(ends_[0]); }
-    bool isHeld() const {
-        char nothing = 0;
-        return read(ends_[0], &nothing, 1) < 0; // ends when no process holds the other side
-    }
-    QString what;
-
-public Q_SLOTS:
-    QDBusUnixFileDescriptor Inhibit(const QString& wanted, const QString&, const QString&, const QString&) {
-        what = wanted;
-        const QDBusUnixFileDescriptor lock(ends_[1]);
-        close(ends_[1]);
-        return lock;
-    }
-
-private:
-    int ends_[2] = {-1, -1};
-};
-
 TEST(SleepInhibitor, HoldsTheMachineAwakeUntilItIsReleased) {
     Login login;
     SleepInhibitor inhibitor(ours());
@@ -264,15 +144,8 @@ TEST(SingleInstance, PassesTheDesktopsCallsOn) {
     ASSERT_TRUE(instance.claim({}));
     QSignalSpy activated(&instance, &SingleInstance::activated);
     QSignalSpy opened(&instance, &SingleInstance::openRequested);
-    const auto call = [&](const QString& method, const QVariantList& arguments) {
-        QDBusMessage message =
-            QDBusMessage::createMethodCall(SingleInstance::name(), QStringLiteral("/com/corvath/Zelvra"),
-                                           QStringLiteral("org.freedesktop.Application"), method);
-        message.setArguments(arguments);
-        others().send(message);
-    };
-    call(QStringLiteral("Activate"), {QVariantMap{{QStringLiteral("activation-token"), "token-1"}}});
-    call(QStringLiteral("Open"), {QStringList("file:///clips/game.mov"), QVariantMap()});
+    callProgram(QStringLiteral("Activate"), {QVariantMap{{QStringLiteral("activation-token"), "token-1"}}});
+    callProgram(QStringLiteral("Open"), {QStringList("file:///clips/game.mov"), QVariantMap()});
     ASSERT_TRUE(QTest::qWaitFor([&] { return !opened.isEmpty(); }, 20'000));
     EXPECT_EQ(activated.size(), 2);
     EXPECT_EQ(activated.first().first(), "token-1");

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraApp/shell/Application.h"
+
 #include <QGuiApplication>
 #include <QProcess>
 
@@ -18,6 +20,7 @@ int main(int argc, char** argv) {
         }
         return QProcess::execute(QStringLiteral("dbus-run-session"), arguments);
     }
+    zelvra::Application::prepare();
     const QGuiApplication program(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

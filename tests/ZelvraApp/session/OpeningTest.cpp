@@ -2,6 +2,8 @@
 
 #include "tests/ZelvraApp/session/SessionFixture.h"
 
+#include "ZelvraApp/session/Background.h"
+
 #include <fstream>
 
 namespace zelvra::test {
@@ -67,6 +69,21 @@ TEST_F(Opening, KeepsTheOpenClipIfAnotherCannotBeLoaded) {
         EXPECT_THAT(moments(), ElementsAre(0.5));
     }
     EXPECT_THAT(recentNames(), ElementsAre("one.mov"));
+}
+
+TEST_F(Opening, ReportsAMovieThatIsDamagedBeforeThePlayerReadsIt) {
+    const std::filesystem::path whole = clip("whole.mov");
+    const std::filesystem::path damaged = clip("damaged.mov", {.indexFirst = true});
+    QCoro::Task<> loading = session_->load(damaged);
+    ASSERT_TRUE(finishWorkers(std::chrono::seconds(20)));
+    std::filesystem::resize_file(damaged, 1000);
+    run(std::move(loading));
+    EXPECT_EQ(session_->videoFile(), damaged) << "its index was read in time";
+    EXPECT_TRUE(comesTrue([&] { return !session_->errorMessage().isEmpty(); }));
+    EXPECT_THAT(session_->errorMessage().toStdString(),
+                StartsWith("Failed to load: “damaged.mov” cannot be played: "));
+    EXPECT_FALSE(session_->player().isReady());
+    open(whole);
 }
 
 TEST_F(Opening, WorksThroughAFolderInNaturalOrder) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ZelvraApp/player/SoftwarePicture.h"
 #include "ZelvraApp/session/AppState.h"
 
 #include <QElapsedTimer>
@@ -12,13 +13,18 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <mpv/client.h>
 #include <string>
 #include <sys/resource.h>
 #include <vector>
 
-// Times the opening of a clip, from the call to the first picture, alternating between the session (probe,
-// index, player) and a bare libmpv that only loads the clip. Prints both medians in milliseconds.
+// open: times the opening of a clip, from the call to the first picture, alternating between the session
+// (probe, index, player) and a bare libmpv that only loads the clip. Prints both medians in milliseconds.
+//
+// step: times steps from the call to the drawn picture, each kind at several places of the clip: one back and
+// one on after a rest of a second, then back as a held key steps, then ten on; then the same step back by a
+// bare libmpv's frame-back-step. Prints median and 95th percentile of each in milliseconds.
 
 namespace zelvra {
 namespace {
@@ -78,6 +84,128 @@ void open(const char* movie, int rounds) {
     mpv_terminate_destroy(mpv);
 }
 
+void wait(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+/// A paused player in which a clip is open, and the time that its moves take.
+class Stepper {
+public:
+    explicit Stepper(const char* movie)
+        : preferences_(folder_.filePath("preferences.json").toStdString()), session_(preferences_) {
+        player().picture().setGreatestSize({1280, 720});
+        QCoro::Task<> loading = session_.load(movie);
+        QCoro::waitFor(loading);
+    }
+
+    Player& player() { return session_.player(); }
+    const FrameIndex& frames() { return player().currentItem()->asset->frames(); }
+
+    void rest(std::size_t index) {
+        QCoro::waitFor(player().seek(frames().frame(index).time));
+        wait(1000);
+    }
+
+    /// Milliseconds until the picture of a step is drawn.
+    double step(int count) {
+        QElapsedTimer time;
+        time.start();
+        QCoro::waitFor(player().step(count));
+        const auto& picture = dynamic_cast<SoftwarePicture&>(player().picture());
+        while (picture.isDrawing()) {
+            wait(1);
+        }
+        return static_cast<double>(time.nsecsElapsed()) / 1e6;
+    }
+
+    /// Steps at the rate of a held key, or as fast as the pictures come if that is slower.
+    std::vector<double> hold(int count, int steps) {
+        constexpr int repeat = 33; // ms
+        std::vector<double> times;
+        for (int i = 0; i < steps; ++i) {
+            times.push_back(step(count));
+            wait(std::max(0, repeat - static_cast<int>(times.back())));
+        }
+        return times;
+    }
+
+private:
+    const QTemporaryDir folder_;
+    PreferenceStore preferences_;
+    AppState session_;
+};
+
+/// Milliseconds of mpv's own step back from the middle of each place.
+std::vector<double> framesBackByMpv(const char* movie, const std::vector<double>& places) {
+    mpv_handle* mpv = mpv_create();
+    for (const auto& [name, value] :
+         {std::pair{"vo", "null"}, {"ao", "null"}, {"pause", "yes"}, {"idle", "yes"}, {"hr-seek", "yes"}}) {
+        mpv_set_option_string(mpv, name, value);
+    }
+    mpv_initialize(mpv);
+    const auto restarted = [&] {
+        while (mpv_wait_event(mpv, 10)->event_id != MPV_EVENT_PLAYBACK_RESTART) {
+        }
+    };
+    const char* load[] = {"loadfile", movie, nullptr};
+    mpv_command(mpv, load);
+    restarted();
+    std::vector<double> times;
+    for (const double place : places) {
+        const std::string seconds = std::to_string(place);
+        const char* seek[] = {"seek", seconds.c_str(), "absolute+exact", nullptr};
+        mpv_command(mpv, seek);
+        restarted();
+        wait(1000);
+        while (mpv_wait_event(mpv, 0)->event_id != MPV_EVENT_NONE) {
+        }
+        QElapsedTimer time;
+        time.start();
+        const char* back[] = {"frame-back-step", nullptr};
+        mpv_command(mpv, back);
+        restarted();
+        times.push_back(static_cast<double>(time.nsecsElapsed()) / 1e6);
+    }
+    mpv_terminate_destroy(mpv);
+    return times;
+}
+
+void print(std::vector<double> times) {
+    std::ranges::sort(times);
+    std::printf("%.2f %.2f ", times[times.size() / 2], times[times.size() * 95 / 100]);
+    std::fflush(stdout);
+}
+
+void step(const char* movie, int rounds) {
+    Stepper stepper(movie);
+    std::vector<std::size_t> places;
+    for (int i = 0; i < rounds; ++i) { // spread over the clip, and over a group of pictures
+        places.push_back(stepper.frames().count() * (static_cast<std::size_t>(i) * 2 + 3) /
+                         (static_cast<std::size_t>(rounds) * 2 + 4));
+    }
+    std::vector<double> back;
+    std::vector<double> on;
+    std::vector<double> held;
+    std::vector<double> ten;
+    std::vector<double> seconds;
+    for (const std::size_t place : places) {
+        constexpr int steps = 60;
+        stepper.rest(place);
+        back.push_back(stepper.step(-1));
+        on.push_back(stepper.step(1));
+        std::ranges::copy(stepper.hold(-1, steps), std::back_inserter(held));
+        stepper.rest(place);
+        std::ranges::copy(stepper.hold(10, 4), std::back_inserter(ten));
+        seconds.push_back(stepper.frames().frame(place).time.seconds());
+    }
+    for (const std::vector<double>& times : {back, on, held, ten, framesBackByMpv(movie, seconds)}) {
+        print(times);
+    }
+    std::printf("\n");
+}
+
 void play(const char* movie, int seconds) {
     const QTemporaryDir folder;
     PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
@@ -105,10 +233,13 @@ int main(int argc, char** argv) {
     const std::string command = argc == 4 ? argv[1] : "";
     if (command == "open") {
         zelvra::open(argv[2], std::atoi(argv[3]));
+    } else if (command == "step") {
+        zelvra::step(argv[2], std::atoi(argv[3]));
     } else if (command == "play") {
         zelvra::play(argv[2], std::atoi(argv[3]));
     } else {
-        std::fputs("usage: player-benchmark open MOVIE ROUNDS | play MOVIE SECONDS\n", stderr);
+        std::fputs("usage: player-benchmark open MOVIE ROUNDS | step MOVIE ROUNDS | play MOVIE SECONDS\n",
+                   stderr);
         return 2;
     }
     return 0;

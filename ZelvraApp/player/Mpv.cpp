@@ -8,6 +8,7 @@
 #include <array>
 #include <clocale>
 #include <mpv/client.h>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,7 +22,7 @@ struct Option {
     const char* value;
 };
 
-constexpr std::array options{
+constexpr std::array common{
     // No settings of the user's own player; only the picture on the screen.
     Option{"config", "no"},
     Option{"load-scripts", "no"},
@@ -32,12 +33,8 @@ constexpr std::array options{
     Option{"ytdl", "no"},
     // Only the named file.
     Option{"sub-auto", "no"},
-    Option{"audio-file-auto", "no"},
-    Option{"audio-display", "no"},
-    // Stays at the end, and without a file.
-    Option{"keep-open", "yes"},
+    // Stays without a file.
     Option{"idle", "yes"},
-    Option{"pause", "yes"},
     Option{"vo", "libmpv"},
     // Pictures keep their own colours, as grabbed ones do; zimg would map HDR to something far too bright.
     Option{"sws-allow-zimg", "no"},
@@ -45,17 +42,42 @@ constexpr std::array options{
     // visible difference and take half of the time that there is for a 1080p picture.
     Option{"sws-scaler", "bilinear"},
     Option{"sws-fast", "yes"},
-    // A machine without a sound device still plays at the right speed.
-    Option{"audio-fallback-to-null", "yes"},
     // Decoding is left to the processor, so OpenGL need not look for decoders to work with.
     Option{"gpu-hwdec-interop", "no"},
+    // The view turns; drawing into memory would abort the process on a quarter turn.
+    Option{"video-rotate", "no"},
+};
+
+/// Scripts that come with mpv, each a thread. Their names differ between its versions.
+constexpr std::array scripts{"load-stats-overlay", "load-osd-console", "load-console", "load-auto-profiles",
+                             "load-select",        "load-positioning", "load-commands"};
+
+constexpr std::array forFilm{
+    Option{"pause", "yes"},
+    Option{"keep-open", "yes"}, // stays at the end
+    Option{"audio-file-auto", "no"},
+    Option{"audio-display", "no"},
+    // A machine without a sound device still plays at the right speed.
+    Option{"audio-fallback-to-null", "yes"},
     // The engine's timeline and the engine's frames.
     Option{"demuxer-lavf-o", "advanced_editlist=1"},
     Option{"rebase-start-time", "no"},
     Option{"hr-seek", "yes"},
     Option{"hr-seek-framedrop", "yes"},
-    // The view turns; drawing into memory would abort the process on a quarter turn.
-    Option{"video-rotate", "no"},
+};
+
+constexpr std::array forStills{
+    Option{"keep-open", "no"}, // it would pause at the end of a stream
+    Option{"audio", "no"},
+    Option{"demuxer", "rawvideo"},
+    Option{"demuxer-rawvideo-fps", "1"}, // so a picture's time is its number
+    // Each picture is read when it is wanted, shown at once, never left out, and not kept.
+    Option{"untimed", "yes"},
+    Option{"framedrop", "no"},
+    Option{"cache", "no"},
+    Option{"cache-pause", "no"},
+    Option{"demuxer-readahead-secs", "0"},
+    Option{"vd-lavc-threads", "1"},
 };
 
 void check(int error, const std::string& step) {
@@ -74,14 +96,21 @@ mpv_handle* makeHandle() {
     return handle;
 }
 
+void setOptions(mpv_handle& handle, std::span<const Option> options) {
+    for (const Option& option : options) {
+        check(mpv_set_option_string(&handle, option.name, option.value), std::string("take ") + option.name);
+    }
+}
+
 } // namespace
 
-Mpv::Mpv(std::function<void()> wakeup) : wakeup_(std::move(wakeup)), handle_(makeHandle()) {
+Mpv::Mpv(Use use, std::function<void()> wakeup) : wakeup_(std::move(wakeup)), handle_(makeHandle()) {
     try {
-        for (const Option& option : options) {
-            check(mpv_set_option_string(handle_, option.name, option.value),
-                  std::string("take ") + option.name);
+        setOptions(*handle_, common);
+        for (const char* script : scripts) {
+            mpv_set_option_string(handle_, script, "no");
         }
+        use == Use::film ? setOptions(*handle_, forFilm) : setOptions(*handle_, forStills);
         if (qEnvironmentVariable("ZELVRA_AUDIO") == "null") {
             check(mpv_set_option_string(handle_, "ao", "null"), "take ao");
         }
@@ -128,16 +157,20 @@ bool Mpv::flag(const char* property) const {
     return mpv_get_property(handle_, property, MPV_FORMAT_FLAG, &value) >= 0 && value != 0;
 }
 
-std::int64_t Mpv::load(const std::filesystem::path& movie, int videoNumber) {
-    // Starting with a seek: pictures that the first edit hides might be shown otherwise.
-    const std::string perFile = "start=0,vid=" + std::to_string(videoNumber);
-    std::vector<const char*> words{"loadfile", movie.c_str(), "replace"};
+std::string Mpv::text(const char* property) const {
+    char* value = mpv_get_property_string(handle_, property);
+    std::string text = value == nullptr ? "" : value;
+    mpv_free(value);
+    return text;
+}
+
+std::int64_t Mpv::load(const std::string& file, const std::string& options) {
+    std::vector<const char*> words{"loadfile", file.c_str(), "replace"};
     // Since mpv 0.38 a place in the playlist comes before the options; -1 leaves it to the core.
     if (mpv_client_api_version() >= MPV_MAKE_VERSION(2, 3)) {
         words.push_back("-1");
     }
-    words.insert(words.end(), {perFile.c_str(), nullptr});
-    set("pause", true);
+    words.insert(words.end(), {options.c_str(), nullptr});
     mpv_node result{};
     check(mpv_command_ret(handle_, words.data(), &result), "load");
     std::int64_t entry = 0;

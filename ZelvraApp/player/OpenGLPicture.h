@@ -7,7 +7,6 @@
 #include <atomic>
 #include <memory>
 
-struct mpv_handle;
 struct mpv_render_context;
 
 namespace zelvra {
@@ -20,16 +19,16 @@ namespace zelvra {
 class OpenGLPicture : public PlayerPicture {
     Q_OBJECT
 public:
-    /// `core` must be initialised and outlive this object.
-    explicit OpenGLPicture(mpv_handle& core, QObject* parent = nullptr);
+    /// `cores` must be initialised and outlive this object.
+    explicit OpenGLPicture(const PictureCores& cores, QObject* parent = nullptr);
     ~OpenGLPicture() override;
 
     void setNaturalSize(QSize size) override;
-    /// Does nothing: each draw has its own size.
-    void setGreatestSize(QSize size) override;
+    void showFilm() override;
+    void showStills() override;
     bool isStarted() const override { return started_; }
 
-    /// Throws MediaError if the context lacks what drawing needs.
+    /// Emits `failed` if the context lacks what drawing needs.
     void start();
     /// The newest picture over the whole framebuffer, its first row at the framebuffer's first.
     void draw(unsigned framebuffer, QSize size);
@@ -39,9 +38,15 @@ private:
     struct Free {
         void operator()(mpv_render_context* context) const;
     };
+    using RenderContext = std::unique_ptr<mpv_render_context, Free>;
 
-    mpv_handle& core_;
-    std::unique_ptr<mpv_render_context, Free> context_;
+    RenderContext makeContext(mpv_handle& core);
+
+    const PictureCores cores_;
+    RenderContext film_;
+    RenderContext stills_;
+    const RenderContext* shown_ = &film_;
+    std::atomic<bool> wantsStills_ = false;
     std::atomic<bool> started_ = false;
 };
 

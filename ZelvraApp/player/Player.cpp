@@ -2,35 +2,29 @@
 
 #include "ZelvraApp/player/Player.h"
 
-#include "ZelvraApp/player/Mpv.h"
+#include "ZelvraApp/player/Film.h"
 #include "ZelvraApp/player/OpenGLPicture.h"
-#include "ZelvraApp/player/SeekAim.h"
 #include "ZelvraApp/player/SoftwarePicture.h"
+#include "ZelvraApp/player/Stills.h"
 
-#include <QPointer>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <mpv/client.h>
 #include <qcoro/qcorofuture.h>
-#include <string>
 #include <utility>
 
 namespace zelvra {
 
 namespace {
 
+using media::ReelMotion;
+
 // What the core takes.
 constexpr double slowest = 0.01;
 constexpr double fastest = 100;
 
+constexpr double millisecond = 0.001;
 constexpr double maxTimer = 24 * 3600 * 1000; // ms, far below what a timer counts to
-
-/// Seconds as the core reads them, exact to a fraction of any track's tick.
-std::string spelled(double seconds) {
-    constexpr int decimals = 12;
-    return QByteArray::number(seconds, 'f', decimals).toStdString();
-}
 
 QSize wholePixels(const Size& size) {
     return {static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height))};
@@ -45,66 +39,98 @@ QFuture<bool> noMove() {
     return answer.future();
 }
 
+/// Playing backward at that rate shows one picture of so many.
+std::size_t strideOf(const FrameIndex& frames, double rate) {
+    constexpr double mostPictures = 40; // a second
+    const double pictures = static_cast<double>(frames.count()) / frames.end().seconds() * rate;
+    return static_cast<std::size_t>(std::max(1.0, std::ceil(pictures / mostPictures)));
+}
+
 } // namespace
 
 Player::Player(QObject* parent) : QObject(parent) {
     using std::chrono_literals::operator""ms;
-    mpv_ = std::make_unique<Mpv>([this] {
-        if (!wakeupQueued_.exchange(true)) {
-            QMetaObject::invokeMethod(this, &Player::handleEvents, Qt::QueuedConnection);
-        }
+    film_ = std::make_unique<Film>();
+    connect(film_.get(), &Film::loaded, this, &Player::becomeReady);
+    connect(film_.get(), &Film::failed, this, &Player::fail);
+    connect(film_.get(), &Film::sought, this, &Player::filmArrived);
+    connect(film_.get(), &Film::moved, this, &Player::followFilm);
+    stills_ = std::make_unique<Stills>();
+    connect(stills_.get(), &Stills::begun, this, [this] {
+        isFilmOnScreen_ = false;
+        picture_->showStills();
     });
-    usePicture(std::make_unique<SoftwarePicture>(mpv_->handle()));
+    connect(stills_.get(), &Stills::arrived, this, &Player::stillArrived);
+    connect(stills_.get(), &Stills::missed, this, [this] { arrive(false); });
+    connect(stills_.get(), &Stills::decoded, this, &Player::settle);
+    usePicture(std::make_unique<SoftwarePicture>(PictureCores{film_->core().handle(), stills_->handle()}));
+
     periodicTimer_.setTimerType(Qt::PreciseTimer);
     periodicTimer_.setInterval(33ms);
     connect(&periodicTimer_, &QTimer::timeout, this, &Player::observe);
     boundTimer_.setTimerType(Qt::PreciseTimer);
     boundTimer_.setSingleShot(true);
     connect(&boundTimer_, &QTimer::timeout, this, [this] { stopAt(item_->forwardPlaybackEndTime); });
+    backwardTimer_.setTimerType(Qt::PreciseTimer);
+    backwardTimer_.setSingleShot(true);
+    connect(&backwardTimer_, &QTimer::timeout, this, &Player::continueBackward);
+    dragTimer_.setSingleShot(true);
+    dragTimer_.setInterval(150ms);
+    connect(&dragTimer_, &QTimer::timeout, this, &Player::carryOutMove);
+    settleTimer_.setSingleShot(true);
+    connect(&settleTimer_, &QTimer::timeout, this, &Player::settle);
 }
 
 Player::~Player() {
-    overtakeMoves();
+    overtakeMove();
 }
 
 OpenGLPicture& Player::drawWithOpenGL() {
-    picture_.reset(); // the core draws in one way at a time
-    auto picture = std::make_unique<OpenGLPicture>(mpv_->handle());
+    picture_.reset(); // the cores draw in one way at a time
+    auto picture = std::make_unique<OpenGLPicture>(PictureCores{film_->core().handle(), stills_->handle()});
     OpenGLPicture& drawn = *picture;
     usePicture(std::move(picture));
     return drawn;
+}
+
+void Player::drawIntoMemory(const QString& reason) {
+    qWarning("%s; drawing into memory instead", qUtf8Printable(reason));
+    const QSize greatest = picture_->greatestSize();
+    picture_.reset();
+    usePicture(std::make_unique<SoftwarePicture>(PictureCores{film_->core().handle(), stills_->handle()}));
+    picture_->setGreatestSize(greatest);
+    if (item_) {
+        picture_->setNaturalSize(wholePixels(item_->info.naturalSize));
+    }
+    load();
 }
 
 void Player::usePicture(std::unique_ptr<PlayerPicture> picture) {
     picture_ = std::move(picture);
     connect(picture_.get(), &PlayerPicture::changed, this, &Player::pictureChanged);
     connect(picture_.get(), &PlayerPicture::started, this, &Player::load, Qt::QueuedConnection);
+    connect(picture_.get(), &PlayerPicture::failed, this, &Player::drawIntoMemory, Qt::QueuedConnection);
 }
 
 void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
     const bool wasPlaying = takeRate(0);
-    overtakeMoves();
-    underWay_.reset();
-    stepping_ = false;
-    setMuted(muted_);
-    firstLogMessage_.clear();
-    failure_.reset();
-    entryStarted_ = false;
-    startedAgain_ = false;
+    overtakeMove();
+    rest();
+    settleTimer_.stop();
+    stills_->close();
+    isFilmOnScreen_ = true;
+    picture_->showFilm();
     item_ = std::move(item);
     if (item_) {
         state_ = State::loading;
         restingTime_ = CMTime(0, frames().timescale());
-        syncTimes_ = item_->asset->syncTimes();
         picture_->setNaturalSize(wholePixels(item_->info.naturalSize));
         load();
     } else {
         state_ = State::empty;
-        entry_ = 0;
         picture_->setNaturalSize({});
-        mpv_->command(0, {"stop"});
+        film_->unload();
     }
-    applyRate();
     if (wasPlaying) {
         Q_EMIT rateChanged(0);
     }
@@ -112,14 +138,47 @@ void Player::replaceCurrentItem(std::optional<PlayerItem> item) {
 
 /// Lets the core load the item, once its pictures can be drawn.
 void Player::load() {
-    entry_ = 0;
-    if (item_ && picture_->isStarted()) {
-        entry_ = mpv_->load(item_->path, item_->asset->videoTrackNumber());
+    if (!item_) {
+        return;
+    }
+    if (picture_->isStarted()) {
+        film_->load(item_->path, item_->asset);
+    } else {
+        film_->unload();
     }
 }
 
 const PlayerItem* Player::currentItem() const {
     return item_ ? &*item_ : nullptr;
+}
+
+void Player::becomeReady() {
+    state_ = State::ready;
+    stills_->open(item_->asset, film_->syncTimes(), film_->core());
+    stills_->yieldTo(frameOnScreen());
+    if (rate_ > 0) {
+        startFilm();
+    } else if (move_) {
+        carryOutMove();
+    } else {
+        settleSoon();
+    }
+    Q_EMIT itemReady();
+    observe();
+}
+
+void Player::fail(const QString& reason) {
+    const QString name = QString::fromStdString(item_->path.filename().string());
+    state_ = State::failed;
+    const bool wasPlaying = takeRate(0);
+    rest();
+    overtakeMove();
+    stills_->close();
+    restingTime_ = CMTime(0, frames().timescale());
+    if (wasPlaying) {
+        Q_EMIT rateChanged(0);
+    }
+    Q_EMIT itemFailed(tr("“%1” cannot be played: %2").arg(name, reason));
 }
 
 void Player::setPlaybackBounds(const CMTime& reverse, const CMTime& forward) {
@@ -131,353 +190,84 @@ void Player::setPlaybackBounds(const CMTime& reverse, const CMTime& forward) {
     }
 }
 
+// --- Playing forward
+
 void Player::play() {
     if (!item_ || state_ == State::failed || rate_ > 0) {
         return;
     }
     const CMTime& bound = item_->forwardPlaybackEndTime;
-    const bool isAtBound = bound.isNumeric() && currentTime() >= bound;
-    const bool isAtEnd = state_ == State::ready && !underWay_ && mpv_->flag("eof-reached");
+    const CMTime now = currentTime();
+    const bool isAtBound = bound.isNumeric() && now >= bound;
+    const bool isAtEnd = state_ == State::ready && isFilmOnScreen_ && !move_ && film_->isAtEnd();
+    rest();
+    restingTime_ = now;
     takeRate(defaultRate_);
     if (isAtBound || isAtEnd) {
         const CMTime& lower = item_->reversePlaybackEndTime;
-        moveTo(lower.isNumeric() ? lower : CMTime::zero(), true);
-    } else if (!underWay_) {
-        applyRate();
+        overtakeMove();
+        move_ = moveTo(lower.isNumeric() ? lower : CMTime::zero());
+        observe();
+    }
+    if (state_ == State::ready) {
+        startFilm();
     }
     Q_EMIT rateChanged(rate_);
 }
 
-void Player::pause() {
-    if (takeRate(0)) {
-        applyRate();
-        Q_EMIT rateChanged(0);
-        observe();
+/// Brings the film to the playhead, if stills have moved it, and plays.
+void Player::startFilm() {
+    motion_ = Motion::starting;
+    settleTimer_.stop();
+    const auto from = frames().containing(currentTime());
+    const bool isThere = film_->goal() ? from && film_->goal() == from->index : isFilmOnScreen_ && !move_;
+    if (from && !isThere) {
+        film_->seek(from->index);
+    } else if (!film_->isSeeking()) {
+        runFilm();
     }
 }
 
-void Player::setDefaultRate(double rate) {
-    defaultRate_ = std::clamp(rate, slowest, fastest);
-    if (rate_ > 0 && takeRate(defaultRate_)) {
-        mpv_->set("speed", rate_);
-        Q_EMIT rateChanged(rate_);
-    }
-}
-
-/// Returns whether the rate changed. The caller passes it on to the core and emits rateChanged.
-bool Player::takeRate(double rate) {
-    boundTimer_.stop();
-    if (rate > 0 && state_ == State::ready) {
-        restingTime_.reset();
-    }
-    return std::exchange(rate_, rate) != rate;
-}
-
-/// Sets the core to the wanted rate. While the core plays some frames for a step, it pauses by itself.
-void Player::applyRate() {
-    if (rate_ > 0) {
-        mpv_->set("speed", rate_);
-    }
-    if (state_ == State::ready && !stepping_) {
-        mpv_->set("pause", rate_ == 0);
-    }
-    if (state_ == State::ready && rate_ > 0 && observed_) {
-        periodicTimer_.start();
-    } else {
-        periodicTimer_.stop();
-    }
-}
-
-void Player::setVolume(double volume) {
-    constexpr double percent = 100;
-    volume_ = std::clamp(volume, 0.0, 1.0);
-    mpv_->set("volume", std::cbrt(volume_) * percent); // the core cubes what it is given
-}
-
-void Player::setMuted(bool muted) {
-    muted_ = muted;
-    mpv_->set("mute", muted_ || stepping_);
-}
-
-CMTime Player::currentTime() const {
-    if (!item_) {
-        return CMTime::zero();
-    }
-    if (waiting_ || underWay_) {
-        return waiting_ ? waiting_->restingTime : underWay_->restingTime;
-    }
-    if (restingTime_) {
-        return *restingTime_;
-    }
-    const CMTime time = screenTime();
-    if (rate_ == 0) {
-        restingTime_ = time;
-    }
-    return time;
-}
-
-/// When the picture on screen appeared. At the end of sound that is longer than the pictures the core reports
-/// the sound's time; this is then the last picture's.
-CMTime Player::screenTime() const {
-    const double seconds = mpv_->number("time-pos").value_or(0);
-    const CMTime time = CMTime::fromSeconds(seconds, frames().timescale());
-    return mpv_->flag("eof-reached") && !frames().empty() ? minimum(time, frames().last().time) : time;
-}
-
-std::optional<FrameIndex::Frame> Player::frameOnScreen() const {
-    return frames().containing(screenTime());
-}
-
-CMTime Player::insideMovie(const CMTime& time) const {
-    return minimum(maximum(time, CMTime(0, frames().timescale())), item_->asset->duration());
-}
-
-void Player::setPeriodicTimeObservation(bool on) {
-    observed_ = on;
-    applyRate();
-}
-
-void Player::observe() {
-    if (observed_ && item_) {
-        Q_EMIT periodicTime(currentTime());
-    }
-}
-
-QCoro::Task<bool> Player::seek(CMTime time) {
-    QFuture<bool> arrived = moveTo(time, true);
-    const bool shown = co_await arrived;
-    co_return shown;
-}
-
-void Player::scrub(const CMTime& time) {
-    moveTo(time, false);
-}
-
-QCoro::Task<bool> Player::step(int frameCount) {
-    QFuture<bool> arrived = moveBy(frameCount);
-    const bool shown = co_await arrived;
-    co_return shown;
-}
-
-QFuture<bool> Player::moveTo(const CMTime& time, bool exact) {
-    if (item_ && time.isNumeric()) {
-        const CMTime inside = insideMovie(time);
-        if (const auto frame = frames().containing(inside)) {
-            return begin({*frame, inside, exact});
-        }
-    }
-    return noMove();
-}
-
-QFuture<bool> Player::moveBy(int frameCount) {
-    pause();
-    const auto from = item_ ? frames().containing(currentTime()) : std::nullopt;
-    if (!from) {
-        return noMove();
-    }
-    const auto origin = static_cast<std::int64_t>(from->index);
-    const auto last = static_cast<std::int64_t>(frames().count()) - 1;
-    const std::int64_t goal = std::clamp(origin + frameCount, std::int64_t{0}, last);
-    if (goal == origin) {
-        return noMove();
-    }
-    const FrameIndex::Frame frame = frames().frame(static_cast<std::size_t>(goal));
-    return begin({frame, frame.time});
-}
-
-QFuture<bool> Player::begin(Move move) {
-    overtakeMoves();
-    if (state_ != State::loading && state_ != State::ready) {
-        return noMove();
-    }
-    boundTimer_.stop();
-    move.arrived = std::make_shared<QPromise<bool>>();
-    move.arrived->start();
-    QFuture<bool> arrived = move.arrived->future();
-    waiting_ = std::move(move);
-    carryOutWaiting();
-    return arrived;
-}
-
-/// The callers of these moves get false. The core still finishes the move under way.
-void Player::overtakeMoves() {
-    for (std::optional<Move>* move : {&underWay_, &waiting_}) {
-        if (*move) {
-            answer(**move, false);
-        }
-    }
-    waiting_.reset();
-}
-
-void Player::answer(Move& move, bool shown) {
-    if (move.arrived) {
-        move.arrived->addResult(shown);
-        move.arrived->finish();
-        move.arrived.reset();
-    }
-}
-
-void Player::carryOutWaiting() {
-    if (state_ != State::ready || underWay_ || !waiting_) {
-        return;
-    }
-    const auto steps = framesToPlay(*waiting_);
-    underWay_ = std::exchange(waiting_, std::nullopt);
+void Player::runFilm() {
+    motion_ = Motion::forward;
     restingTime_.reset();
-    ++moveId_;
-    if (steps == 0) {
+    isFilmOnScreen_ = true;
+    picture_->showFilm();
+    film_->play(rate_);
+    stills_->yieldTo(std::nullopt);
+    stills_->giveUpPictures();
+    if (observed_) {
+        periodicTimer_.start();
+    }
+    if (move_) {
         arrive(true);
-    } else if (steps) {
-        stepping_ = true;
-        setMuted(muted_);
-        for (std::size_t i = 0; i < *steps; ++i) {
-            mpv_->command(moveId_, {"frame-step"});
-        }
-    } else {
-        seekCore(*underWay_);
     }
 }
 
-void Player::seekCore(const Move& move) {
-    if (move.exact) {
-        constexpr double secondTry = 10;
-        const SeekAim aim = aimAt(frames(), syncTimes_, move.frame.index);
-        mpv_->set("hr-seek-demuxer-offset", aim.demuxerOffset + (move.isSecondTry ? secondTry : 0));
-        mpv_->command(moveId_, {"seek", spelled(aim.seconds).c_str(), "absolute+exact"});
-    } else {
-        mpv_->command(moveId_, {"seek", spelled(move.frame.time.seconds()).c_str(), "absolute+keyframes"});
-    }
-}
-
-/// How many frames have to be played to get there, if that is quicker than a seek, which decodes from the
-/// last sync frame on.
-std::optional<std::size_t> Player::framesToPlay(const Move& move) const {
-    constexpr std::size_t mostFrames = 4;
-    constexpr double mostSeconds = 0.1;
-    if (!move.exact || rate_ > 0) {
-        return std::nullopt;
-    }
-    const auto shown = frameOnScreen();
-    if (!shown || move.frame.index < shown->index || move.frame.index > shown->index + mostFrames ||
-        (move.frame.time - shown->time).seconds() > mostSeconds * mpv_->number("speed").value_or(1)) {
-        return std::nullopt;
-    }
-    return move.frame.index - shown->index;
-}
-
-/// Sends the core to the first picture if it shows another one after loading, as with a movie of several
-/// edits. Returns whether it did.
-bool Player::startsAgain() {
-    const auto shown = frameOnScreen();
-    if (startedAgain_ || !shown || shown->index == 0) {
-        return false;
-    }
-    startedAgain_ = true;
-    ++moveId_;
-    seekCore({.frame = frames().first(), .restingTime = CMTime::zero(), .isSecondTry = true});
-    return true;
-}
-
-/// An exact seek may miss its frame if the file's sync samples cannot be decoded from, or if its index is
-/// wrong. If the core found no frame, it is at the end. Seeks once more, from farther back.
-bool Player::triesAgain() {
-    if (!underWay_->exact || underWay_->isSecondTry || rate_ > 0 || waiting_) {
-        return false;
-    }
-    const auto shown = frameOnScreen();
-    const bool foundNothing = mpv_->flag("eof-reached");
-    if (!foundNothing && shown && shown->index == underWay_->frame.index) {
-        return false;
-    }
-    underWay_->isSecondTry = true;
-    ++moveId_;
-    seekCore(*underWay_);
-    return true;
-}
-
-void Player::arrive(bool shown) {
-    Move move = std::move(*underWay_);
-    underWay_.reset();
-    if (std::exchange(stepping_, false)) {
-        setMuted(muted_);
-    }
-    if (shown && move.exact && rate_ == 0) {
-        restingTime_ = move.restingTime;
-    }
-    answer(move, shown);
-    if (waiting_) {
-        carryOutWaiting();
-    } else {
-        applyRate();
-        observe();
-    }
-}
-
-void Player::handleEvents() {
-    wakeupQueued_ = false;
-    const QPointer<Player> self(this); // a slot may delete the player
-    while (self) {
-        const mpv_event* event = mpv_->nextEvent();
-        if (event == nullptr) {
-            break;
-        }
-        handle(*event);
-    }
-    if (self && failure_) {
-        fail(*std::exchange(failure_, std::nullopt));
-    }
-}
-
-void Player::handle(const mpv_event& event) {
-    switch (event.event_id) {
-    case MPV_EVENT_START_FILE:
-        entryStarted_ = static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id == entry_;
-        break;
-    case MPV_EVENT_END_FILE: {
-        const auto& end = *static_cast<const mpv_event_end_file*>(event.data);
-        const bool failed = end.reason == MPV_END_FILE_REASON_ERROR || end.reason == MPV_END_FILE_REASON_EOF;
-        if (end.playlist_entry_id == entry_ && item_ && failed) {
-            failure_ = QString::fromUtf8(mpv_error_string(end.error));
-        }
-        break;
-    }
-    case MPV_EVENT_LOG_MESSAGE:
-        if (state_ == State::loading && firstLogMessage_.isEmpty()) {
-            firstLogMessage_ =
-                QString::fromUtf8(static_cast<const mpv_event_log_message*>(event.data)->text).trimmed();
-        }
-        break;
-    case MPV_EVENT_PLAYBACK_RESTART:
-        if (state_ == State::loading) {
-            if (entryStarted_ && !startsAgain()) {
-                becomeReady();
-            }
-        } else if (underWay_ && !stepping_ && !triesAgain()) {
+/// A seek of the film has ended.
+void Player::filmArrived() {
+    switch (motion_) {
+    case Motion::starting: runFilm(); break;
+    case Motion::forward:
+        if (move_) {
             arrive(true);
         }
         break;
-    case MPV_EVENT_COMMAND_REPLY:
-        if (underWay_ && event.reply_userdata == moveId_ && event.error < 0) {
-            arrive(false);
+    case Motion::resting:
+        if (move_ && film_->goal() == move_->frame.index) { // it was quicker than the stills
+            isFilmOnScreen_ = true;
+            picture_->showFilm();
+            stills_->yieldTo(move_->frame.index);
+            arrive(true);
         }
         break;
-    case MPV_EVENT_PROPERTY_CHANGE: followCore(); break;
-    default: break;
+    case Motion::backward: break;
     }
 }
 
-/// The core's time, its pause or its end has changed.
-void Player::followCore() {
-    if (state_ != State::ready) {
-        return;
-    }
-    if (stepping_) {
-        const bool paused = mpv_->flag("pause");
-        const auto shown = frameOnScreen();
-        if (paused && (mpv_->flag("eof-reached") || (shown && shown->index >= underWay_->frame.index))) {
-            arrive(true);
-        }
-    } else if (rate_ > 0 && !underWay_ && mpv_->flag("eof-reached")) {
+/// The film's time or its end has changed.
+void Player::followFilm() {
+    if (motion_ == Motion::forward && film_->isAtEnd()) {
         const CMTime& bound = item_->forwardPlaybackEndTime;
         stopAt(bound.isNumeric() || frames().empty() ? bound : frames().last().time);
     } else {
@@ -488,13 +278,11 @@ void Player::followCore() {
 /// Stops at the upper bound. The bound may be within a frame, but the core only reports when frames appear.
 void Player::watchBound() {
     constexpr double near = 0.1;
-    constexpr double millisecond = 0.001;
-    if (!item_ || state_ != State::ready || rate_ == 0 || underWay_ ||
-        !item_->forwardPlaybackEndTime.isNumeric()) {
+    if (motion_ != Motion::forward || film_->isSeeking() || !item_->forwardPlaybackEndTime.isNumeric()) {
         return;
     }
     const CMTime& bound = item_->forwardPlaybackEndTime;
-    const CMTime time = screenTime();
+    const CMTime time = film_->time();
     if (time >= bound) {
         stopAt(bound);
         return;
@@ -508,43 +296,350 @@ void Player::watchBound() {
 
 void Player::stopAt(const CMTime& time) {
     takeRate(0);
-    applyRate();
-    moveTo(time, true);
+    rest();
+    begin(moveTo(time));
     Q_EMIT rateChanged(0);
     Q_EMIT reachedEnd();
 }
 
-void Player::becomeReady() {
-    if (!mpv_->integer("vid")) {
-        mpv_->command(0, {"stop"});
-        fail(tr("the pictures cannot be decoded"));
+// --- Playing backward
+
+void Player::playBackward(double rate) {
+    const double wanted = -std::clamp(rate, slowest, fastest);
+    if (state_ != State::ready || frames().empty() || rate_ == wanted) {
         return;
     }
-    state_ = State::ready;
-    if (rate_ > 0) {
-        restingTime_.reset();
+    const CMTime now = currentTime();
+    const std::size_t from = frames().containing(now)->index;
+    const CMTime& lower = item_->reversePlaybackEndTime;
+    rest();
+    overtakeMove();
+    takeRate(wanted);
+    motion_ = Motion::backward;
+    settleTimer_.stop();
+    backwardEnd_ = lower.isNumeric() && now > lower ? frames().containing(lower)->index : 0;
+    backwardStride_ = strideOf(frames(), -wanted);
+    restingTime_ = now;
+    backwardFrom_ = now;
+    backwardSince_.start();
+    if (isFilmOnScreen_) {
+        stills_->yieldTo(frameOnScreen());
     }
-    applyRate();
-    carryOutWaiting();
-    Q_EMIT itemReady();
+    stills_->jump(from, ReelMotion::backward, backwardStride_);
+    Q_EMIT rateChanged(rate_);
+    continueBackward();
+}
+
+/// Shows the picture before the one on screen when it is due. If one comes late, the clock waits for it:
+/// nothing is left out.
+void Player::continueBackward() {
+    if (motion_ != Motion::backward || !stills_->isIdle() || move_) {
+        return;
+    }
+    const std::size_t shown = *stills_->onScreen();
+    if (shown <= backwardEnd_) {
+        stopBackward();
+        return;
+    }
+    const std::size_t next = std::max(backwardEnd_, (shown - 1) / backwardStride_ * backwardStride_);
+    const double elapsed = static_cast<double>(backwardSince_.nsecsElapsed()) / 1e9;
+    const double early = (backwardFrom_ - frames().frame(shown).time).seconds() / -rate_ - elapsed;
+    if (early > 0) {
+        backwardTimer_.start(static_cast<int>(std::ceil(std::min(early / millisecond, maxTimer))));
+        return;
+    }
+    constexpr double late = -0.1;
+    if (early < late) {
+        backwardFrom_ = frames().frame(shown).time;
+        backwardSince_.start();
+    }
+    stills_->jump(next, ReelMotion::backward, backwardStride_);
+}
+
+void Player::stopBackward() {
+    const auto shown = frames().frame(backwardEnd_).time;
+    const CMTime& lower = item_->reversePlaybackEndTime;
+    takeRate(0);
+    rest();
+    restingTime_ = lower.isNumeric() ? maximum(lower, shown) : shown;
+    settleSoon();
+    Q_EMIT rateChanged(0);
     observe();
 }
 
-void Player::fail(const QString& reason) {
-    const QString cause = firstLogMessage_.isEmpty() ? reason : firstLogMessage_;
-    const QString name = QString::fromStdString(item_->path.filename().string());
-    entry_ = 0;
-    state_ = State::failed;
-    const bool wasPlaying = takeRate(0);
-    applyRate();
-    overtakeMoves();
-    underWay_.reset();
-    stepping_ = false;
-    restingTime_ = CMTime(0, frames().timescale());
-    if (wasPlaying) {
+// --- Pausing
+
+void Player::pause() {
+    if (takeRate(0)) {
+        const std::optional<CMTime> shown =
+            motion_ == Motion::forward ? std::nullopt : std::optional(currentTime());
+        rest();
+        restingTime_ = shown;
+        if (move_) {
+            carryOutMove();
+        } else {
+            settle();
+        }
         Q_EMIT rateChanged(0);
+        observe();
     }
-    Q_EMIT itemFailed(tr("“%1” cannot be played: %2").arg(name, cause));
+}
+
+/// Ends all motion. The playhead stays; the caller says where, unless the film is on screen.
+void Player::rest() {
+    motion_ = Motion::resting;
+    periodicTimer_.stop();
+    boundTimer_.stop();
+    backwardTimer_.stop();
+    dragTimer_.stop();
+    film_->pause();
+}
+
+void Player::settleSoon() {
+    using std::chrono_literals::operator""ms;
+    settleTimer_.start(250ms);
+}
+
+/// Once the playhead rests, the pictures around it are decoded. Then the film follows, ready to play.
+void Player::settle() {
+    if (motion_ == Motion::backward) {
+        continueBackward();
+        return;
+    }
+    if (motion_ != Motion::resting || state_ != State::ready || move_ || settleTimer_.isActive()) {
+        return;
+    }
+    const auto frame = frames().containing(currentTime());
+    if (!frame) {
+        return;
+    }
+    stills_->prepare(frame->index);
+    if (!isFilmOnScreen_ && stills_->isPrepared() && film_->goal() != frame->index) {
+        film_->seek(frame->index);
+    }
+}
+
+void Player::setDefaultRate(double rate) {
+    defaultRate_ = std::clamp(rate, slowest, fastest);
+    if (rate_ > 0 && takeRate(defaultRate_)) {
+        if (motion_ == Motion::forward) {
+            film_->play(rate_);
+        }
+        Q_EMIT rateChanged(rate_);
+    }
+}
+
+/// Returns whether the rate changed. The caller emits rateChanged.
+bool Player::takeRate(double rate) {
+    boundTimer_.stop();
+    return std::exchange(rate_, rate) != rate;
+}
+
+void Player::setVolume(double volume) {
+    constexpr double percent = 100;
+    volume_ = std::clamp(volume, 0.0, 1.0);
+    film_->core().set("volume", std::cbrt(volume_) * percent); // the core cubes what it is given
+}
+
+void Player::setMuted(bool muted) {
+    muted_ = muted;
+    film_->core().set("mute", muted_);
+}
+
+// --- The playhead
+
+CMTime Player::currentTime() const {
+    if (!item_) {
+        return CMTime::zero();
+    }
+    if (move_) {
+        return move_->time;
+    }
+    if (const auto still = stills_->latest(); still && motion_ == Motion::backward) {
+        return frames().frame(*still).time;
+    }
+    if (restingTime_) {
+        return *restingTime_;
+    }
+    const CMTime time = film_->time();
+    if (motion_ != Motion::forward) {
+        restingTime_ = time;
+    }
+    return time;
+}
+
+std::optional<std::size_t> Player::frameOnScreen() const {
+    if (!isFilmOnScreen_) {
+        return stills_->onScreen();
+    }
+    const auto frame = film_->isSeeking() ? std::nullopt : film_->frameOnScreen();
+    return frame ? std::optional(frame->index) : std::nullopt;
+}
+
+void Player::setPeriodicTimeObservation(bool on) {
+    observed_ = on;
+    if (on && motion_ == Motion::forward) {
+        periodicTimer_.start();
+    } else {
+        periodicTimer_.stop();
+    }
+}
+
+void Player::observe() {
+    if (observed_ && item_) {
+        Q_EMIT periodicTime(currentTime());
+    }
+}
+
+// --- Moves
+
+QCoro::Task<bool> Player::seek(CMTime time) {
+    QFuture<bool> arrived = begin(moveTo(time));
+    const bool shown = co_await arrived;
+    co_return shown;
+}
+
+QCoro::Task<bool> Player::step(int frameCount) {
+    QFuture<bool> arrived = beginStep(frameCount);
+    const bool shown = co_await arrived;
+    co_return shown;
+}
+
+std::optional<Player::Move> Player::moveTo(const CMTime& time) const {
+    if (!item_ || !time.isNumeric()) {
+        return std::nullopt;
+    }
+    const CMTime inside = minimum(maximum(time, CMTime(0, frames().timescale())), item_->asset->duration());
+    const auto frame = frames().containing(inside);
+    return frame ? std::optional(Move{*frame, inside}) : std::nullopt;
+}
+
+void Player::scrub(const CMTime& time) {
+    pause();
+    auto move = moveTo(time);
+    if (!move || (state_ != State::loading && state_ != State::ready)) {
+        return;
+    }
+    overtakeMove();
+    settleTimer_.stop();
+    move_ = std::move(move);
+    if (state_ == State::ready) {
+        if (isFilmOnScreen_ && stills_->isIdle()) {
+            stills_->yieldTo(frameOnScreen());
+        }
+        dragTimer_.start();
+        stills_->drag(move_->frame.index);
+    }
+    observe();
+    stillArrived();
+}
+
+QFuture<bool> Player::beginStep(int frameCount) {
+    pause();
+    const auto from = item_ ? frames().containing(currentTime()) : std::nullopt;
+    if (!from) {
+        return noMove();
+    }
+    const auto origin = static_cast<std::int64_t>(from->index);
+    const auto last = static_cast<std::int64_t>(frames().count()) - 1;
+    const std::int64_t goal = std::clamp(origin + frameCount, std::int64_t{0}, last);
+    if (goal == origin) {
+        return noMove();
+    }
+    const FrameIndex::Frame frame = frames().frame(static_cast<std::size_t>(goal));
+    return begin(Move{frame, frame.time, frameCount});
+}
+
+QFuture<bool> Player::begin(std::optional<Move> move) {
+    if (!move || (state_ != State::loading && state_ != State::ready)) {
+        return noMove();
+    }
+    overtakeMove();
+    boundTimer_.stop();
+    settleTimer_.stop();
+    move->arrived = std::make_shared<QPromise<bool>>();
+    move->arrived->start();
+    QFuture<bool> arrived = move->arrived->future();
+    move_ = std::move(move);
+    observe();
+    carryOutMove();
+    return arrived;
+}
+
+void Player::carryOutMove() {
+    if (!move_ || state_ != State::ready) {
+        return;
+    }
+    const std::size_t goal = move_->frame.index;
+    switch (motion_) {
+    case Motion::starting: startFilm(); break;
+    case Motion::forward: film_->seek(goal); break;
+    case Motion::backward: stills_->jump(goal, ReelMotion::backward, backwardStride_); break;
+    case Motion::resting: {
+        const ReelMotion motion = move_->step == 0  ? ReelMotion::resting
+                                  : move_->step < 0 ? ReelMotion::backward
+                                                    : ReelMotion::forward;
+        const bool isWalk = std::abs(move_->step) == 1 && !dragTimer_.isActive();
+        dragTimer_.stop();
+        if (isFilmOnScreen_ && stills_->isIdle()) {
+            stills_->yieldTo(frameOnScreen());
+        }
+        if (isWalk) {
+            stills_->append(goal, motion);
+        } else {
+            stills_->jump(goal, motion);
+        }
+        break;
+    }
+    }
+    stillArrived();
+}
+
+/// A still has come to the screen, or is there already.
+void Player::stillArrived() {
+    const bool isThere = move_ && stills_->isIdle() && frameOnScreen() == move_->frame.index;
+    if (motion_ == Motion::backward) {
+        if (isThere) {
+            backwardFrom_ = move_->frame.time;
+            backwardSince_.start();
+            arrive(true);
+        } else {
+            observe();
+        }
+        continueBackward();
+    } else if (isThere && motion_ == Motion::resting) {
+        arrive(true);
+    }
+}
+
+void Player::arrive(bool shown) {
+    if (!move_) {
+        return;
+    }
+    Move move = *std::exchange(move_, std::nullopt);
+    if (motion_ == Motion::resting) {
+        const auto frame = frameOnScreen();
+        restingTime_ = shown || !frame ? move.time : frames().frame(*frame).time;
+        settleSoon();
+    }
+    answer(move, shown);
+    observe();
+}
+
+/// Whoever waits for the move under way gets false.
+void Player::overtakeMove() {
+    if (move_) {
+        answer(*move_, false);
+        move_.reset();
+    }
+}
+
+void Player::answer(Move& move, bool shown) {
+    if (move.arrived) {
+        move.arrived->addResult(shown);
+        move.arrived->finish();
+        move.arrived.reset();
+    }
 }
 
 } // namespace zelvra

@@ -8,25 +8,22 @@
 #include "ZelvraCore/records/CMTime.h"
 #include "ZelvraCore/records/SourceInfo.h"
 
+#include <QElapsedTimer>
 #include <QFuture>
 #include <QObject>
 #include <QPromise>
 #include <QTimer>
-#include <atomic>
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <qcoro/qcorotask.h>
-#include <vector>
-
-struct mpv_event;
 
 namespace zelvra {
 
-class Mpv;
+class Film;
 class OpenGLPicture;
+class Stills;
 
 /// A movie to be played, as the engine knows it. `asset` is an opened one, never null, whose frame index the
 /// player seeks by: the frame that it shows is the frame that the engine grabs.
@@ -39,8 +36,12 @@ struct PlayerItem {
     CMTime forwardPlaybackEndTime = CMTime::invalid();
 };
 
-/// Plays one movie at a time, exact to the frame: the operations that a session needs, on a libmpv core. It
+/// Plays one movie at a time, exact to the frame: the operations that a session needs, on libmpv cores. It
 /// does not know highlights, trims or windows; a view shows `picture()`.
+///
+/// Two hands show pictures: the film plays forward, with sound; the stills show everything else, picture by
+/// picture. Both draw the same picture at the same time of the movie; docs/player.md explains why there are
+/// two.
 ///
 /// Lives on the thread of the application object, which must exist and run its event loop: all operations and
 /// all signals are on that thread. None of them waits for the disk, or for longer than a picture takes to be
@@ -70,11 +71,15 @@ public:
 
     /// Plays at the default rate. At the movie's end, from the start or the lower bound.
     void play();
+    /// Plays backward without sound, from the picture on screen to the lower bound or the movie's start,
+    /// where it pauses. `rate` as of setDefaultRate. Shows at most 40 pictures a second, all of them or every
+    /// second one and so on, and goes slower if they cannot be decoded in time. Seeks do not end it.
+    void playBackward(double rate);
     void pause();
-    /// 0 while paused, else the wanted rate, from `play` until `pause`, a bound or the end, also while a seek
-    /// is under way.
+    /// 0 while paused, else the wanted rate, negative while playing backward, from `play` until `pause`, a
+    /// bound or the end, also while a seek is under way.
     double rate() const { return rate_; }
-    /// 0.01 to 100; a playing movie takes it at once.
+    /// 0.01 to 100; a movie that plays forward takes it at once.
     void setDefaultRate(double rate);
 
     /// Linear gain, 0 to 1.
@@ -83,32 +88,38 @@ public:
     void setMuted(bool muted);
     bool isMuted() const { return muted_; }
 
-    /// Where the playhead is. Paused after an exact seek: the wanted time, moved into the movie;
-    /// the picture is the frame that contains it. At a bound: the bound. Otherwise when the picture on screen
-    /// appeared, in ticks of the video track; at the movie's end that of the last frame, so that this frame
-    /// can be grabbed. While a seek is under way: its target. Zero without an item. A bound or a seek at the
-    /// movie's very end gives the movie's duration, at which there is nothing to grab: grab the last frame.
+    /// Where the playhead is. Paused after a seek: the wanted time, moved into the movie; the picture is the
+    /// frame that contains it. At a bound: the bound. Otherwise when the picture on screen appeared, in ticks
+    /// of the video track; at the movie's end that of the last frame, so that this frame can be grabbed. From
+    /// the call of a seek, step or scrub on: its target, although the picture comes later. Zero without an
+    /// item. A bound or a seek at the movie's very end gives the movie's duration, at which there is nothing
+    /// to grab: grab the last frame.
     CMTime currentTime() const;
 
     /// Moves exactly to the frame that contains `time`, paused or playing, and goes on as before. True when
     /// its picture is there; false when a later seek, step, scrub or item overtook it, or nothing can be
-    /// shown. One seek is carried out at a time; of those that wait only the latest.
+    /// shown.
     QCoro::Task<bool> seek(CMTime time);
-    /// Moves to the sync frame at or before `time`, which is quick: for drags, followed by a `seek` when the
-    /// drag ends.
+    /// Pauses and follows a drag: shows the picture at hand that is closest to `time`, and closer ones as
+    /// they are decoded. A moment after the last call it goes on to the exact frame by itself.
     void scrub(const CMTime& time);
-    /// Pauses and moves by that many frames from the one on screen (or from the target of the seek under
-    /// way), as far as there are frames. As `seek`; false also if there is no frame to move to.
+    /// Pauses and moves by that many frames from the one on screen (or from the target of the move under
+    /// way), as far as there are frames. As `seek`; false also if there is no frame to move to. Single steps
+    /// that overtake one another still show every frame, in order.
     QCoro::Task<bool> step(int frameCount);
+    /// Whether the picture that the last move wants is not there yet. A key that is held should not step on
+    /// before it is.
+    bool isMoving() const { return move_.has_value(); }
 
-    /// Whether `periodicTime` is emitted: 30 times a second while playing, and whenever the playhead has
-    /// moved otherwise or playback has stopped. Only while an item is loaded.
+    /// Whether `periodicTime` is emitted: 30 times a second while playing, when a move begins and ends, and
+    /// when playback has stopped. Only while an item is loaded.
     void setPeriodicTimeObservation(bool on);
 
     /// What the window shows. The player owns it.
     PlayerPicture& picture() const { return *picture_; }
     /// Lets pictures be drawn by the window's OpenGL from now on, instead of into memory. Only before the
-    /// first item, whose loading waits until the picture is started.
+    /// first item, whose loading waits until the picture is started. If it fails to start, pictures are drawn
+    /// into memory after all, and the log says why.
     OpenGLPicture& drawWithOpenGL();
 
 Q_SIGNALS:
@@ -125,62 +136,61 @@ Q_SIGNALS:
 
 private:
     enum class State { empty, loading, ready, failed };
+    enum class Motion {
+        resting,  ///< paused; stills follow moves
+        starting, ///< the film, paused, seeks to where it is to play from
+        forward,  ///< the film plays
+        backward, ///< stills are shown by the clock
+    };
 
-    /// A move to another frame, waiting or under way.
+    /// A move to another frame, until its picture is there.
     struct Move {
-        FrameIndex::Frame frame; ///< to be on screen at the end
-        CMTime restingTime;      ///< the current time during the move, and after it while paused
-        bool exact = true;       ///< else to the sync frame at or before
+        FrameIndex::Frame frame;
+        CMTime time;  ///< the current time during the move, and after it while paused
+        int step = 0; ///< by so many frames; 0 for a seek
         std::shared_ptr<QPromise<bool>> arrived = {};
-        bool isSecondTry = false;
     };
 
     const FrameIndex& frames() const { return item_->asset->frames(); }
-    CMTime screenTime() const;
-    std::optional<FrameIndex::Frame> frameOnScreen() const;
-    CMTime insideMovie(const CMTime& time) const;
+    std::optional<Move> moveTo(const CMTime& time) const;
+    std::optional<std::size_t> frameOnScreen() const;
 
-    QFuture<bool> moveTo(const CMTime& time, bool exact);
-    QFuture<bool> moveBy(int frameCount);
-    QFuture<bool> begin(Move move);
-    void carryOutWaiting();
-    std::optional<std::size_t> framesToPlay(const Move& move) const;
-    void seekCore(const Move& move);
-    bool startsAgain();
-    bool triesAgain();
+    QFuture<bool> begin(std::optional<Move> move);
+    QFuture<bool> beginStep(int frameCount);
+    void carryOutMove();
+    void arriveIfThere();
+    void stillArrived();
     void arrive(bool shown);
-    void overtakeMoves();
+    void overtakeMove();
     static void answer(Move& move, bool shown);
+    void rest();
+    void settleSoon();
+    void settle();
 
-    void usePicture(std::unique_ptr<PlayerPicture> picture);
-    void load();
-    void handleEvents();
-    void handle(const mpv_event& event);
-    void followCore();
+    void startFilm();
+    void runFilm();
+    void filmArrived();
+    void followFilm();
     void watchBound();
     void stopAt(const CMTime& time);
+
+    void continueBackward();
+    void stopBackward();
+
+    void usePicture(std::unique_ptr<PlayerPicture> picture);
+    void drawIntoMemory(const QString& reason);
+    void load();
     void becomeReady();
     void fail(const QString& reason);
     bool takeRate(double rate);
-    void applyRate();
     void observe();
 
     std::optional<PlayerItem> item_;
-    std::vector<std::int64_t> syncTimes_; ///< of the item, see Asset::syncTimes
     State state_ = State::empty;
-    std::int64_t entry_ = 0; ///< the core's number of the item; events of earlier items are ignored
-    bool entryStarted_ = false;
-    bool startedAgain_ = false;
-    QString firstLogMessage_; ///< of the core while it loads the item
-    /// The core's description of what ended the item. Reported after all of the core's events are handled,
-    /// because its log messages, which name the cause, come after its events.
-    std::optional<QString> failure_;
-
-    std::optional<Move> underWay_;
-    std::optional<Move> waiting_;
-    bool stepping_ = false;    ///< `underWay_` is played frame by frame, not sought
-    std::uint64_t moveId_ = 0; ///< of the core's command that carries out `underWay_`
-    /// The playhead while it rests; nullopt while only the core knows it.
+    Motion motion_ = Motion::resting;
+    bool isFilmOnScreen_ = true; ///< else a still
+    std::optional<Move> move_;
+    /// The playhead while it rests; nullopt while only the film's core knows it.
     mutable std::optional<CMTime> restingTime_;
 
     double rate_ = 0;
@@ -190,9 +200,17 @@ private:
     bool observed_ = false;
     QTimer periodicTimer_;
     QTimer boundTimer_;
+    QTimer dragTimer_;   ///< ends when a drag has come to rest
+    QTimer settleTimer_; ///< ends when the playhead has come to rest
 
-    std::atomic<bool> wakeupQueued_ = false;
-    std::unique_ptr<Mpv> mpv_;
+    QTimer backwardTimer_; ///< ends when the next picture is due
+    QElapsedTimer backwardSince_;
+    CMTime backwardFrom_; ///< where the playhead was then
+    std::size_t backwardEnd_ = 0;
+    std::size_t backwardStride_ = 1;
+
+    std::unique_ptr<Film> film_;
+    std::unique_ptr<Stills> stills_;
     std::unique_ptr<PlayerPicture> picture_;
 };
 

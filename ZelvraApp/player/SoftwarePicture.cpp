@@ -99,15 +99,26 @@ private:
     std::vector<QImage> images_;
 };
 
+/// A core's pictures. Used by one thread, except for `isUpdated`.
+struct Screen {
+    RenderContext context;
+    bool isUpdated = false; ///< the core may have something new; guarded by the worker's mutex
+
+    bool hasNewFrame() const {
+        return (mpv_render_context_update(context.get()) & MPV_RENDER_UPDATE_FRAME) != 0;
+    }
+};
+
 } // namespace
 
-/// The thread that makes the render context, draws whenever the core has something new, and frees it.
+/// The thread that makes the render contexts, draws whenever the core that is shown has something new, and
+/// frees them.
 class SoftwarePicture::Worker {
 public:
-    Worker(mpv_handle& core, std::function<void()> drawn) : drawn_(std::move(drawn)) {
+    Worker(const PictureCores& cores, std::function<void()> drawn) : drawn_(std::move(drawn)) {
         std::promise<void> started;
         std::future<void> start = started.get_future();
-        thread_ = std::thread([this, &core, &started] { run(core, started); });
+        thread_ = std::thread([this, cores, &started] { run(cores, started); });
         try {
             start.get();
         } catch (...) {
@@ -137,6 +148,17 @@ public:
         });
     }
 
+    void showFilm() {
+        change([&] {
+            redraw_ = redraw_ || std::exchange(shown_, &film_) != &film_;
+            awaitsStill_ = false;
+        });
+    }
+
+    void showStills() {
+        change([&] { awaitsStill_ = true; });
+    }
+
     QImage image() const {
         const std::scoped_lock lock(mutex_);
         return image_;
@@ -144,7 +166,7 @@ public:
 
     bool isDrawing() const {
         const std::scoped_lock lock(mutex_);
-        return updated_ || redraw_ || drawing_;
+        return film_.isUpdated || stills_.isUpdated || redraw_ || drawing_;
     }
 
 private:
@@ -164,60 +186,86 @@ private:
                        : naturalSize_;
     }
 
-    void run(mpv_handle& core, std::promise<void>& started) {
-        RenderContext context;
+    void run(const PictureCores& cores, std::promise<void>& started) {
         try {
-            context = makeContext(core);
-            mpv_render_context_set_update_callback(
-                context.get(),
-                [](void* self) {
-                    auto* worker = static_cast<Worker*>(self);
-                    worker->change([worker] { worker->updated_ = true; });
-                },
-                this);
+            film_.context = makeContext(cores.film);
+            stills_.context = makeContext(cores.stills);
         } catch (...) {
+            film_.context.reset();
             started.set_exception(std::current_exception());
             return;
         }
+        mpv_render_context_set_update_callback(
+            film_.context.get(), [](void* self) { static_cast<Worker*>(self)->noteUpdate(&Worker::film_); },
+            this);
+        mpv_render_context_set_update_callback(
+            stills_.context.get(),
+            [](void* self) { static_cast<Worker*>(self)->noteUpdate(&Worker::stills_); }, this);
         started.set_value();
-        drawAll(*context);
+        drawAll();
+        film_.context.reset();
+        stills_.context.reset();
     }
 
-    void drawAll(mpv_render_context& context) {
+    void noteUpdate(Screen Worker::* screen) {
+        change([&] { (this->*screen).isUpdated = true; });
+    }
+
+    void drawAll() {
         std::unique_lock lock(mutex_);
         while (true) {
-            wake_.wait(lock, [this] { return stopping_ || updated_ || redraw_; });
+            wake_.wait(lock, [this] { return stopping_ || film_.isUpdated || stills_.isUpdated || redraw_; });
             if (stopping_) {
                 return;
             }
-            const bool redraw = std::exchange(redraw_, false);
-            updated_ = false;
-            drawing_ = true;
-            const QSize size = pictureSize();
-            lock.unlock();
-            const bool isNew = (mpv_render_context_update(&context) & MPV_RENDER_UPDATE_FRAME) != 0;
-            QImage picture;
-            if (size.isEmpty() && isNew) {
-                skipFrame(context);
-            } else if (!size.isEmpty() && (isNew || redraw)) {
-                picture = pool_.take(size);
-                drawInto(context, picture);
-                pool_.keep(picture);
+            drawNewest(lock);
+        }
+    }
+
+    /// The lock is free while this calls the cores.
+    void drawNewest(std::unique_lock<std::mutex>& lock) {
+        const bool redraw = std::exchange(redraw_, false);
+        const bool isFilmUpdated = std::exchange(film_.isUpdated, false);
+        const bool isStillUpdated = std::exchange(stills_.isUpdated, false);
+        drawing_ = true;
+        lock.unlock();
+        const bool hasFilm = isFilmUpdated && film_.hasNewFrame();
+        const bool hasStill = isStillUpdated && stills_.hasNewFrame();
+        lock.lock();
+        if (hasStill && awaitsStill_) {
+            shown_ = &stills_;
+        }
+        const Screen* const shown = shown_;
+        const QSize size = pictureSize();
+        lock.unlock();
+        const bool isNew = shown == &film_ ? hasFilm : hasStill;
+        for (const auto& [screen, hasFrame] : {std::pair{&film_, hasFilm}, std::pair{&stills_, hasStill}}) {
+            if (hasFrame && (screen != shown || size.isEmpty())) {
+                skipFrame(*screen->context);
             }
-            lock.lock();
-            drawing_ = false;
-            if (!picture.isNull() && size == pictureSize()) {
-                image_ = std::move(picture);
-                drawn_();
-            }
+        }
+        QImage picture;
+        if ((isNew || redraw) && !size.isEmpty()) {
+            picture = pool_.take(size);
+            drawInto(*shown->context, picture);
+            pool_.keep(picture);
+        }
+        lock.lock();
+        drawing_ = false;
+        if (!picture.isNull() && size == pictureSize() && shown == shown_) {
+            image_ = std::move(picture);
+            drawn_();
         }
     }
 
     const std::function<void()> drawn_;
     mutable std::mutex mutex_;
     std::condition_variable wake_;
+    Screen film_;
+    Screen stills_;
+    const Screen* shown_ = &film_;
+    bool awaitsStill_ = false; ///< the next still is shown
     bool stopping_ = false;
-    bool updated_ = false;
     bool redraw_ = false;
     bool drawing_ = false;
     QSize naturalSize_;
@@ -227,8 +275,8 @@ private:
     std::thread thread_;
 };
 
-SoftwarePicture::SoftwarePicture(mpv_handle& core, QObject* parent)
-    : PlayerPicture(parent), worker_(std::make_unique<Worker>(core, [this] {
+SoftwarePicture::SoftwarePicture(const PictureCores& cores, QObject* parent)
+    : PlayerPicture(parent), worker_(std::make_unique<Worker>(cores, [this] {
           QMetaObject::invokeMethod(this, &PlayerPicture::changed, Qt::QueuedConnection);
       })) {}
 
@@ -240,7 +288,16 @@ void SoftwarePicture::setNaturalSize(QSize size) {
 }
 
 void SoftwarePicture::setGreatestSize(QSize size) {
+    PlayerPicture::setGreatestSize(size);
     worker_->setGreatestSize(size);
+}
+
+void SoftwarePicture::showFilm() {
+    worker_->showFilm();
+}
+
+void SoftwarePicture::showStills() {
+    worker_->showStills();
 }
 
 QImage SoftwarePicture::image() const {

@@ -7,8 +7,6 @@
 #include <QImage>
 #include <memory>
 
-struct mpv_handle;
-
 namespace zelvra {
 
 /// The player's pictures drawn into memory by a thread of its own: for windows without a graphics processor,
@@ -16,12 +14,14 @@ namespace zelvra {
 class SoftwarePicture : public PlayerPicture {
     Q_OBJECT
 public:
-    /// `core` must be initialised and outlive this object. Throws MediaError.
-    explicit SoftwarePicture(mpv_handle& core, QObject* parent = nullptr);
+    /// `cores` must be initialised and outlive this object. Throws MediaError.
+    explicit SoftwarePicture(const PictureCores& cores, QObject* parent = nullptr);
     ~SoftwarePicture() override;
 
     void setNaturalSize(QSize size) override;
     void setGreatestSize(QSize size) override;
+    void showFilm() override;
+    void showStills() override;
 
     /// The newest picture (Format_RGB32); null if there is none. Copies share their pixels, which do not
     /// change. Keep none for longer than it is shown, so that its memory can be used again. Any thread.

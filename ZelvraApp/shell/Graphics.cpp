@@ -4,7 +4,6 @@
 
 #include "ZelvraApp/player/OpenGLPicture.h"
 #include "ZelvraApp/player/Player.h"
-#include "ZelvraCore/records/MediaError.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -56,14 +55,7 @@ void drawWithOpenGL(QQuickWindow& window, Player& player) {
     OpenGLPicture& picture = player.drawWithOpenGL();
     // These run on the thread that draws the window, with its context current.
     QObject::connect(
-        &window, &QQuickWindow::sceneGraphInitialized, &picture,
-        [&picture] {
-            try {
-                picture.start();
-            } catch (const MediaError& error) {
-                qCritical("%s", error.what());
-            }
-        },
+        &window, &QQuickWindow::sceneGraphInitialized, &picture, [&picture] { picture.start(); },
         Qt::DirectConnection);
     QObject::connect(
         &window, &QQuickWindow::sceneGraphInvalidated, &picture, [&picture] { picture.stop(); },

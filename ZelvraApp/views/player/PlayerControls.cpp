@@ -5,16 +5,10 @@
 #include "ZelvraApp/annotations/SessionTime.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cmath>
 
 namespace zelvra {
 
-PlayerControls::PlayerControls(QObject* parent) : QObject(parent) {
-    using std::chrono_literals::operator""ms;
-    backwardTimer_.setInterval(33ms);
-    connect(&backwardTimer_, &QTimer::timeout, this, &PlayerControls::goBack);
-}
+PlayerControls::PlayerControls(QObject* parent) : QObject(parent) {}
 
 void PlayerControls::setSession(Session* session) {
     session_ = session;
@@ -28,7 +22,7 @@ void PlayerControls::setSession(Session* session) {
 }
 
 bool PlayerControls::isPlaying() const {
-    return session_ && (player().rate() > 0 || shuttleRate_ < 0 || session_->state()->previewHighlight());
+    return session_ && (player().rate() != 0 || session_->state()->previewHighlight());
 }
 
 QString PlayerControls::elapsedText() const {
@@ -102,7 +96,7 @@ void PlayerControls::step(int frames) {
     session_->state()->step(frames);
 }
 
-bool PlayerControls::handleKey(int key, int modifiers) {
+bool PlayerControls::handleKey(int key, int modifiers, bool isRepeated) {
     constexpr int longStep = 10;
     const int others = modifiers & ~(Qt::ShiftModifier | Qt::KeypadModifier);
     if (!session_ || !session_->hasVideo() || others != 0) {
@@ -110,8 +104,12 @@ bool PlayerControls::handleKey(int key, int modifiers) {
     }
     const bool shift = (modifiers & Qt::ShiftModifier) != 0;
     switch (key) {
-    case Qt::Key_Left: step(shift ? -longStep : -1); return true;
-    case Qt::Key_Right: step(shift ? longStep : 1); return true;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        if (!isRepeated || !player().isMoving()) { // a held key stops with the picture when it is released
+            step((key == Qt::Key_Left ? -1 : 1) * (shift ? longStep : 1));
+        }
+        return true;
     default: break;
     }
     if (shift) {
@@ -145,30 +143,16 @@ void PlayerControls::shuttleForward() {
     session_->state()->play();
 }
 
-/// Goes backwards, and faster with each press. Seeks to each picture, as fast as they can be decoded.
+/// Plays backward, and faster with each press.
 void PlayerControls::shuttleBackward() {
-    const double next = shuttleRate_ < 0 ? std::max(shuttleRate_ * 2, -fastestShuttle) : -1;
+    const double next = player().rate() < 0 ? std::max(player().rate() * 2, -fastestShuttle) : -1;
     endShuttle();
-    session_->state()->pause();
+    session_->state()->cancelHighlightPreview();
     shuttleRate_ = next;
-    backwardFrom_ = player().currentTime().seconds();
-    backwardSince_.start();
-    backwardTimer_.start();
-    Q_EMIT playingChanged();
-}
-
-void PlayerControls::goBack() {
-    constexpr double millisecond = 0.001;
-    const double target =
-        backwardFrom_ + shuttleRate_ * static_cast<double>(backwardSince_.elapsed()) * millisecond;
-    session_->seek(std::max(0.0, target));
-    if (target <= 0) {
-        pause();
-    }
+    player().playBackward(-next);
 }
 
 void PlayerControls::endShuttle() {
-    backwardTimer_.stop();
     if (std::exchange(shuttleRate_, 0) != 0) {
         player().setDefaultRate(rate_);
         Q_EMIT playingChanged();

@@ -4,9 +4,7 @@
 
 #include "ZelvraApp/bridge/Session.h"
 
-#include <QElapsedTimer>
 #include <QObject>
-#include <QTimer>
 #include <qqml.h>
 
 namespace zelvra {
@@ -58,8 +56,8 @@ public:
     Q_INVOKABLE void step(int frames);
 
     /// Does what a key asks of the player: Space, the arrows (one frame, ten with Shift), J, K, L, Home, End.
-    /// False for any other key, and if no clip is open.
-    Q_INVOKABLE bool handleKey(int key, int modifiers);
+    /// False for any other key, and if no clip is open. `isRepeated`: the key is held.
+    Q_INVOKABLE bool handleKey(int key, int modifiers, bool isRepeated);
 
 Q_SIGNALS:
     void sessionChanged();
@@ -74,7 +72,6 @@ private:
     void shuttleForward();
     void shuttleBackward();
     void endShuttle();
-    void goBack();
 
     static constexpr double fastestShuttle = 4;
 
@@ -82,9 +79,6 @@ private:
     double rate_ = 1;
     bool resumesAfterScrub_ = false;
     double shuttleRate_ = 0; ///< how fast J and L go, backwards negative; 0 while they do not
-    QTimer backwardTimer_;
-    QElapsedTimer backwardSince_;
-    double backwardFrom_ = 0; ///< seconds of the source
 };
 
 } // namespace zelvra

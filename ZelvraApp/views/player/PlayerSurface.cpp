@@ -72,7 +72,7 @@ QSGNode* PlayerSurface::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*dat
     }
     const PicturePlacement place = placement(item->info, pictureRect_);
     if (auto* drawn = qobject_cast<OpenGLPicture*>(&player.picture())) {
-        if (!node) {
+        if (dynamic_cast<OpenGLPictureNode*>(node.get()) == nullptr) {
             node = std::make_unique<OpenGLPictureNode>(*window(), *drawn);
         }
         static_cast<OpenGLPictureNode&>(*node).update(place, greatestSize_);
@@ -82,7 +82,8 @@ QSGNode* PlayerSurface::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*dat
     if (image.isNull()) {
         return nullptr;
     }
-    if (!node) {
+    if (dynamic_cast<SoftwarePictureNode*>(node.get()) ==
+        nullptr) { // it may have been drawn by OpenGL before
         node = std::make_unique<SoftwarePictureNode>(*window());
     }
     static_cast<SoftwarePictureNode&>(*node).update(image, place);

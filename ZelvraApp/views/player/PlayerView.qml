@@ -52,7 +52,7 @@ FocusScope {
                 view.fullScreen = false;
             return true;
         }
-        return controls.handleKey(event.key, event.modifiers);
+        return controls.handleKey(event.key, event.modifiers, event.isAutoRepeat);
     }
 
     Keys.onPressed: event => event.accepted = view.handleKey(event)

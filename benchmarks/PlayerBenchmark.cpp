@@ -13,6 +13,8 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
+#include <fstream>
 #include <iterator>
 #include <mpv/client.h>
 #include <string>
@@ -206,6 +208,72 @@ void step(const char* movie, int rounds) {
     std::printf("\n");
 }
 
+double mebibytes() {
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;) {
+        if (word == "VmRSS:") {
+            double kibibytes = 0;
+            status >> kibibytes;
+            return kibibytes / 1024;
+        }
+    }
+    return 0;
+}
+
+/// Different pictures a second while playing backward, each drawn.
+double picturesBackward(Stepper& stepper, double rate) {
+    constexpr int seconds = 4;
+    stepper.rest(stepper.frames().count() - 20);
+    int pictures = 0;
+    const auto counting = QObject::connect(&stepper.player(), &Player::pictureChanged, [&] { ++pictures; });
+    stepper.player().playBackward(rate);
+    wait(seconds * 1000);
+    stepper.player().pause();
+    QObject::disconnect(counting);
+    return static_cast<double>(pictures) / seconds;
+}
+
+/// Different pictures a second while a hand drags through the clip and back.
+double picturesDragged(Stepper& stepper) {
+    constexpr int moves = 240;
+    stepper.rest(10);
+    int pictures = 0;
+    const auto counting = QObject::connect(&stepper.player(), &Player::pictureChanged, [&] { ++pictures; });
+    QElapsedTimer time;
+    time.start();
+    for (int i = 0; i < moves; ++i) {
+        const int place = i < moves / 2 ? i : moves - i;
+        const auto frame = static_cast<std::size_t>(place) * stepper.frames().count() / moves * 2;
+        stepper.player().scrub(stepper.frames().frame(std::min(frame, stepper.frames().count() - 1)).time);
+        wait(16);
+    }
+    QObject::disconnect(counting);
+    return pictures * 1000.0 / static_cast<double>(time.elapsed());
+}
+
+/// What a clip costs while the playhead rests: MiB more than after its opening, MiB that are left when it is
+/// closed, and processor seconds in a second.
+void rest(const char* movie) {
+    Stepper stepper(movie);
+    const double opened = mebibytes();
+    stepper.rest(stepper.frames().count() / 2);
+    wait(4000);
+    const double resting = mebibytes();
+    const std::clock_t before = std::clock();
+    wait(2000);
+    const double load = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC / 2;
+    stepper.player().replaceCurrentItem(std::nullopt);
+    wait(500);
+    std::printf("%.1f %.1f %.4f\n", resting - opened, mebibytes() - opened, load);
+}
+
+void shuttle(const char* movie) {
+    Stepper stepper(movie);
+    std::printf("%.1f ", picturesBackward(stepper, 1));
+    std::printf("%.1f ", picturesBackward(stepper, 2));
+    std::printf("%.1f\n", picturesDragged(stepper));
+}
+
 void play(const char* movie, int seconds) {
     const QTemporaryDir folder;
     PreferenceStore preferences(folder.filePath("preferences.json").toStdString());
@@ -235,11 +303,16 @@ int main(int argc, char** argv) {
         zelvra::open(argv[2], std::atoi(argv[3]));
     } else if (command == "step") {
         zelvra::step(argv[2], std::atoi(argv[3]));
+    } else if (command == "shuttle") {
+        zelvra::shuttle(argv[2]);
+    } else if (command == "rest") {
+        zelvra::rest(argv[2]);
     } else if (command == "play") {
         zelvra::play(argv[2], std::atoi(argv[3]));
     } else {
-        std::fputs("usage: player-benchmark open MOVIE ROUNDS | step MOVIE ROUNDS | play MOVIE SECONDS\n",
-                   stderr);
+        std::fputs(
+            "usage: player-benchmark open|step MOVIE ROUNDS | play MOVIE SECONDS | shuttle|rest MOVIE -\n",
+            stderr);
         return 2;
     }
     return 0;

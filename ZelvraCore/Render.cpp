@@ -67,6 +67,7 @@ public:
         if (!writePassthrough()) {
             reencode();
         }
+        removeClips();
         report(1);
     }
 
@@ -184,6 +185,14 @@ private:
                                   .container = containerFor(output_),
                                   .progress = [this](double fraction) { report(exportProgress(fraction)); },
                                   .stop = options_.stop});
+    }
+
+    void removeClips() {
+        for (TemporaryClips* clips : {&freezeClips_, &edgeClips_}) {
+            for (const std::filesystem::path& path : clips->remove()) {
+                notice("A temporary file could not be removed: " + path.string() + ".");
+            }
+        }
     }
 
     const Asset& source_;

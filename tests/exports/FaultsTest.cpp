@@ -12,8 +12,10 @@
 #include "tests/support/NumberedPicture.h"
 
 #include <csignal>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -184,6 +186,44 @@ TEST_F(Faults, RemoveFilesLeftByAKilledExport) {
     renderHighlights(source, highlight(), folder / "out.mp4");
     EXPECT_THAT(folder.names(), ElementsAre("out.mp4"));
     EXPECT_THAT(strays(), IsEmpty());
+}
+
+TEST_F(Faults, NameAMissingTemporaryFolderAndCopyWithoutIt) {
+    setenv("TMPDIR", "/no such folder", 1);
+    const std::filesystem::path source = movieFile(movie);
+    const auto throwsIt = testing::ThrowsMessage<MediaError>(
+        "cannot use the temporary folder '/no such folder': No such file or directory");
+    EXPECT_THAT([&] { renderHighlights(source, highlight(), folder / "out.mp4"); }, throwsIt);
+    EXPECT_THAT(folder.names(), IsEmpty());
+    renderHighlights(source, {}, folder / "copy.mp4");
+    EXPECT_EQ(readBytes(folder / "copy.mp4"), readBytes(source));
+}
+
+TEST_F(Faults, DoNotWaitForATemporaryFolderThatAnotherProgramHasLocked) {
+    const int lock = open(std::getenv("TMPDIR"), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_EQ(flock(lock, LOCK_EX), 0);
+    EXPECT_EQ(failureOf(movieFile(movie), folder / "out.mp4"), "");
+    close(lock);
+    EXPECT_THAT(folder.names(), ElementsAre("out.mp4"));
+}
+
+TEST_F(Faults, ReportAClipThatCannotBeRemoved) {
+    std::vector<std::string> notices;
+    RenderOptions options;
+    options.notice = [&](const std::string& line) { notices.push_back(line); };
+    std::string clip;
+    options.progress = [&](double fraction) {
+        if (fraction < 1 || !clip.empty()) {
+            return;
+        }
+        // When all is written, a folder with something in it takes the clip's place.
+        clip = std::string(std::getenv("TMPDIR")) + "/" + strays().at(0);
+        std::filesystem::remove(clip);
+        std::filesystem::create_directories(clip + "/inside");
+    };
+    renderHighlights(movieFile(movie), highlight(), folder / "out.mp4", options);
+    EXPECT_THAT(notices, ElementsAre("A temporary file could not be removed: " + clip + "."));
+    EXPECT_THAT(folder.names(), ElementsAre("out.mp4"));
 }
 
 TEST_F(Faults, ReportAFullDisk) {

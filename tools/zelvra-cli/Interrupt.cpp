@@ -15,11 +15,15 @@
 namespace zelvra::cli {
 namespace {
 
+/// Without those that the program was started to ignore, as nohup does.
 sigset_t endingSignals() {
     sigset_t signals;
     sigemptyset(&signals);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        sigaddset(&signals, signal);
+        struct sigaction action{};
+        if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
+            sigaddset(&signals, signal);
+        }
     }
     return signals;
 }
@@ -34,8 +38,6 @@ void watch(int wakeUp, std::stop_source& source) {
         signalfd_siginfo arrival{};
         [[maybe_unused]] const ssize_t taken = ::read(arrivals, &arrival, sizeof arrival);
         source.request_stop();
-        // From now on this thread has the default action, so that a second signal ends the process.
-        ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
         pollfd rest{wakeUp, POLLIN, 0};
         while (::poll(&rest, 1, -1) < 0 && errno == EINTR) {
         }

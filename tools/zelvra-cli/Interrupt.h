@@ -7,8 +7,9 @@
 
 namespace zelvra::cli {
 
-/// While an object exists, Ctrl-C (or SIGTERM) stops the operation that holds `token()` instead of the
-/// process, so that it can clean up. A second Ctrl-C ends the process at once.
+/// While an object exists, Ctrl-C (or SIGTERM, SIGHUP) stops the operation that holds `token()` instead of
+/// the process, so that it can clean up. More of these signals change nothing: cleaning up takes moments.
+/// Those that are ignored when the program starts stay ignored.
 ///
 /// Create it before other threads start, because they inherit that these signals are blocked.
 class Interrupt {

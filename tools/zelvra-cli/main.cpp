@@ -10,6 +10,7 @@
 #include "tools/zelvra-cli/Commands.h"
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <iostream>
 #include <malloc.h>
 
@@ -154,6 +155,9 @@ int main(int argc, char** argv) {
     // default the library raises this threshold to 32 MiB with use and keeps the memory.
     constexpr int returnedAtOnce = 1 << 20;
     ::mallopt(M_MMAP_THRESHOLD, returnedAtOnce);
+    // A file that grows beyond its limit, or an output that nobody reads, is then an error of the write.
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         return cli::run(argc, argv);
     } catch (const BadRequest& error) {

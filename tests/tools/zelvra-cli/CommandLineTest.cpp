@@ -255,6 +255,40 @@ TEST(CommandLine, LeavesNoFilesWhenInterrupted) {
     EXPECT_TRUE(folder.names().empty());
 }
 
+TEST(CommandLine, LeavesNoFilesBeyondTheLimitOfTheirSize) {
+    const TemporaryFolder folder;
+    for (const std::string highlights : {"", "--highlight at=0.5"}) {
+        const std::string command = "ulimit -f 16; TMPDIR=" + folder.path().string() + " " + ZELVRA_CLI +
+                                    " export " + movieFile(numbered).string() + " --quiet --output " +
+                                    (folder / "out.mp4").string() + " " + highlights;
+        const ProcessResult result = runProcess({"bash", "-c", command});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_NE(result.errors.find("File too large"), std::string::npos) << result.errors;
+        EXPECT_TRUE(folder.names().empty());
+    }
+}
+
+TEST(CommandLine, GoesOnIfSignalsAreIgnoredAndCleansUpAfterManySignals) {
+    const auto run = [](const TemporaryFolder& folder, const std::string& before, const std::string& kills) {
+        std::string command = before + "; TMPDIR=" + folder.path().string() + " " + ZELVRA_CLI + " export " +
+                              movieFile(large).string() + " --quiet --output " +
+                              (folder / "out.mp4").string();
+        for (int i = 0; i < 20; ++i) {
+            command += " --highlight at=0.5,duration=0.1";
+        }
+        return runProcess({"bash", "-c",
+                           "set -m; (" + command + ") & until ls " + folder.path().string() +
+                               " | grep -q zv_freeze_; do sleep 0.02; done; " + kills + " wait $!"});
+    };
+    const TemporaryFolder ignored;
+    EXPECT_EQ(run(ignored, "trap '' HUP", "kill -HUP -$!;").exitCode, 0);
+    EXPECT_EQ(ignored.names(), std::vector<std::string>{"out.mp4"});
+    const TemporaryFolder repeated;
+    EXPECT_EQ(run(repeated, "trap : TERM", "for i in {1..30}; do kill -TERM -$!; done 2>/dev/null;").exitCode,
+              1);
+    EXPECT_TRUE(repeated.names().empty());
+}
+
 TEST(CommandLine, KeepsFinishedClipsOnlyWhenInterrupted) {
     const TemporaryFolder folder;
     const TemporaryFolder notes;

@@ -23,12 +23,16 @@ struct Content {
     QJsonObject values;
 };
 
+/// Anything but a regular file of sensible size is unreadable: a pipe would wait for ever, a device has no
+/// end.
 Content readContent(const QString& fileName) {
-    QFile file(fileName);
-    if (!file.exists()) {
+    constexpr qint64 mostBytes = qint64{16} << 20;
+    const QFileInfo info(fileName);
+    if (!info.exists()) {
         return {};
     }
-    if (!file.open(QIODevice::ReadOnly)) {
+    QFile file(fileName);
+    if (!info.isFile() || info.size() > mostBytes || !file.open(QIODevice::ReadOnly)) {
         return {Content::State::unreadable, {}};
     }
     const QByteArray bytes = file.readAll();

@@ -20,7 +20,8 @@ namespace zelvra {
 ///
 /// A write is atomic, and replaces only the values it names: values that another process has written in the
 /// meantime stay. A file that is no JSON object counts as empty, and is renamed, never overwritten. A file
-/// that cannot be read or written stays as it is; changes then last as long as the store.
+/// that cannot be read or written, or is no regular file, stays as it is; changes then last as long as the
+/// store.
 ///
 /// Main thread only.
 class PreferenceStore : public QObject {

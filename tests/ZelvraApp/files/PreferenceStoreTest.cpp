@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 
 #include <fstream>
+#include <functional>
+#include <sys/stat.h>
 
 namespace zelvra {
 namespace {
@@ -117,12 +119,25 @@ TEST_F(Preferences, KeepTheirValuesWhileAFileIsHalfWritten) {
 }
 
 TEST_F(Preferences, LeaveAFileAloneThatCannotBeRead) {
-    std::filesystem::create_directory(file_);
-    PreferenceStore store(file_);
-    store.write(preferences::previewEnabled, false);
-    EXPECT_THAT(store.read(preferences::previewEnabled), Optional(false)) << "as long as the store lives";
-    EXPECT_THAT(folder_.names(), ElementsAre("preferences.json"));
-    EXPECT_TRUE(std::filesystem::is_directory(file_));
+    const std::vector<std::function<void()>> kinds{
+        [this] { std::filesystem::create_directory(file_); },
+        [this] { ASSERT_EQ(::mkfifo(file_.c_str(), 0600), 0); },
+        [this] { std::filesystem::create_symlink("/dev/zero", file_); },
+        [this] {
+            writeByHand("{}");
+            std::filesystem::resize_file(file_, std::uintmax_t{1} << 40);
+        },
+    };
+    for (const auto& makeFile : kinds) {
+        makeFile();
+        const auto type = std::filesystem::symlink_status(file_).type();
+        PreferenceStore store(file_);
+        store.write(preferences::previewEnabled, false);
+        EXPECT_THAT(store.read(preferences::previewEnabled), Optional(false)) << "as long as the store lives";
+        EXPECT_THAT(folder_.names(), ElementsAre("preferences.json"));
+        EXPECT_EQ(std::filesystem::symlink_status(file_).type(), type);
+        std::filesystem::remove(file_);
+    }
 }
 
 TEST_F(Preferences, FollowALinkToTheFile) {

@@ -18,6 +18,7 @@
 #include "tools/zelvra-cli/SourceInfoJson.h"
 
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 
 namespace zelvra::cli {
@@ -54,6 +55,18 @@ std::optional<CMTimeRange> rangeOf(const ExportRequest& request, const Asset& as
     return CMTimeRange::fromStartToEnd(from, to);
 }
 
+/// Names the highlights that the export leaves out.
+void noticeHighlightsOutside(const ExportRequest& request, const CMTimeRange& range, ProgressReport& report) {
+    for (const Highlight& highlight : request.highlights) {
+        const CMTime& time = highlight.timestamp;
+        if (time < range.start || time > range.end()) {
+            std::ostringstream line;
+            line << "The highlight at " << time.seconds() << " s is outside the exported range.";
+            report.notice(line.str());
+        }
+    }
+}
+
 } // namespace
 
 void probeCommand(const std::filesystem::path& movie) {
@@ -80,6 +93,10 @@ void annotationsCommand(const std::filesystem::path& movie) {
 void addAnnotations(ExportRequest& request) {
     const AnnotationsDocument document = readAnnotations(request.annotations);
     const Annotations& annotations = document.work.annotations;
+    if (annotations.highlights.empty() && !annotations.markedClips.empty()) {
+        request.notices.push_back("The file '" + request.annotations.string() +
+                                  "' marks only clips, which the command 'clips' exports.");
+    }
     request.highlights.insert(request.highlights.end(), annotations.highlights.begin(),
                               annotations.highlights.end());
     const std::optional<CMTimeRange>& range = annotations.trimRange;
@@ -98,8 +115,16 @@ void exportCommand(const ExportRequest& request) {
     RenderResult result;
     {
         ProgressReport report(std::cerr, progressStyle(request.quiet));
+        for (const std::string& line : request.notices) {
+            report.notice(line);
+        }
+        const std::optional<CMTimeRange> range = rangeOf(request, asset);
+        if (!request.highlights.empty()) {
+            const CMTimeRange whole{CMTime::zero(), loadSourceInfo(asset).duration};
+            noticeHighlightsOutside(request, range.value_or(whole), report);
+        }
         result = renderHighlights(asset, request.highlights, request.output,
-                                  {.sourceRange = rangeOf(request, asset),
+                                  {.sourceRange = range,
                                    .includeAudio = request.includeAudio,
                                    .progress = [&](double fraction) { report.update(fraction); },
                                    .notice = [&](const std::string& line) { report.notice(line); },

@@ -38,6 +38,7 @@ struct ExportRequest {
     bool includeAudio = true;
     std::vector<Highlight> highlights;
     bool quiet = false;
+    std::vector<std::string> notices; ///< sentences for the user, printed before the export
 };
 /// Adds the contents of its file of annotations. A range that the request already has is kept.
 void addAnnotations(ExportRequest& request);

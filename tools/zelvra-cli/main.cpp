@@ -67,14 +67,16 @@ int run(int argc, char** argv) {
 
     CLI::App& frame = *program.add_subcommand("frame", "Save the frame that is on screen at a time");
     addPath(frame, "movie", movie, "The movie");
-    frame.add_option("--at", at, "The time")->required()->type_name("T");
+    const CLI::Option& atOption = *frame.add_option("--at", at, "The time")->required()->type_name("T");
     addPath(frame, "--output", output, "The PNG picture to write");
 
     CLI::App& exporting = *program.add_subcommand("export", "Write a movie with its highlights");
     addPath(exporting, "movie", movie, "The movie");
     addPath(exporting, "--output", output, "The movie to write: .mp4, .m4v or .mov");
-    exporting.add_option("--from", from, "Start here, not at the beginning")->type_name("T");
-    exporting.add_option("--to", to, "End here, not at the end")->type_name("T");
+    const CLI::Option& fromOption =
+        *exporting.add_option("--from", from, "Start here, not at the beginning")->type_name("T");
+    const CLI::Option& toOption =
+        *exporting.add_option("--to", to, "End here, not at the end")->type_name("T");
     exporting.add_flag("--no-audio", noAudio, "Leave the sound out");
     exporting.add_option("--highlight", highlights, highlightHelp)
         ->type_name("SPEC")
@@ -110,14 +112,14 @@ int run(int argc, char** argv) {
     }
 
     // Parse all texts first, because errors in them are wrong usage and not a failure of the engine.
-    const auto timeIn = [](const std::string& text) {
-        return text.empty() ? std::nullopt : std::optional(parseTime(text));
+    const auto timeIn = [](const CLI::Option& option, const std::string& text) {
+        return option.count() == 0 ? std::nullopt : std::optional(parseTime(text));
     };
     std::optional<CMTime> moment;
     try {
-        moment = timeIn(at);
-        request.from = timeIn(from);
-        request.to = timeIn(to);
+        moment = timeIn(atOption, at);
+        request.from = timeIn(fromOption, from);
+        request.to = timeIn(toOption, to);
         for (const std::string& highlight : highlights) {
             request.highlights.push_back(parseHighlight(highlight));
         }

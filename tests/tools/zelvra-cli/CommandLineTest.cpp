@@ -103,11 +103,28 @@ TEST(CommandLine, DistinguishesFailureFromWrongUsageInOneLine) {
     expect({}, 2, "");
     expect({"probe"}, 2, "movie");
     expect({"frame", movie, "--at", "x", "--output", out}, 2, "invalid timestamp: x");
+    expect({"frame", movie, "--at", "", "--output", out}, 2, "invalid timestamp: ");
+    expect({"export", movie, "--output", out, "--from", ""}, 2, "invalid timestamp: ");
+    expect({"export", movie, "--output", out, "--to", ""}, 2, "invalid timestamp: ");
     expect({"export", movie, "--output", out, "--from", "2", "--to", "1"}, 2,
            "the range ends before it starts");
     expect({"export", movie, "--output", out, "--highlight", "kind=circle"}, 2, "at=T");
     EXPECT_TRUE(folder.names().empty());
     EXPECT_EQ(cli({"--help"}).exitCode, 0);
+}
+
+TEST(CommandLine, NamesWhatAnExportLeavesOut) {
+    const TemporaryFolder folder;
+    std::ofstream(folder / "notes.json") << R"({"clips": [{"start": 0, "end": 0.5}]})";
+    const ProcessResult result =
+        cli({"export", movieFile(numbered), "--quiet", "--output", folder / "out.mp4", "--from", "0.5",
+             "--to", "1", "--highlight", "at=0.75", "--highlight", "at=1.25", "--highlight", "at=900",
+             "--annotations", folder / "notes.json"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, "The file '" + (folder / "notes.json").string() +
+                                 "' marks only clips, which the command 'clips' exports.\n"
+                                 "The highlight at 1.25 s is outside the exported range.\n"
+                                 "The highlight at 900 s is outside the exported range.\n");
 }
 
 TEST(CommandLine, NeverWritesOverWhatItReadsNorIntoPipesAndFolders) {

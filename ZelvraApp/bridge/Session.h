@@ -132,6 +132,10 @@ public:
     Q_INVOKABLE void previousClip();
     Q_INVOKABLE void nextClip();
 
+    // Remembered work
+    Q_INVOKABLE void saveAnnotations() { state_.saveAnnotations(); }
+    Q_INVOKABLE void openAnnotations() { state_.openAnnotations(); }
+
     // Annotations
     Q_INVOKABLE void addHighlightAtCurrentTime();
     Q_INVOKABLE void editHighlight(const QString& id);

@@ -68,6 +68,9 @@ QVariantMap optionsFor(const PortalFileChooser::Question& question, const QStrin
         {QStringLiteral("directory"), question.folder},
         {QStringLiteral("current_folder"), QFile::encodeName(question.firstFolder).append('\0')},
     };
+    if (!question.newName.isEmpty()) {
+        options.insert(QStringLiteral("current_name"), question.newName);
+    }
     if (!question.globs.isEmpty()) {
         PortalFilter filter{.name = question.filterName, .globs = {}};
         for (const QString& glob : question.globs) {
@@ -99,10 +102,11 @@ void PortalFileChooser::ask(const Question& question) {
     const QString sender = bus_.baseService().mid(1).replace(QLatin1Char('.'), QLatin1Char('_'));
     listenTo(path + QStringLiteral("/request/%1/%2").arg(sender, token));
 
-    QDBusMessage open = QDBusMessage::createMethodCall(
-        service, path, QStringLiteral("org.freedesktop.portal.FileChooser"), QStringLiteral("OpenFile"));
-    open << question.parentWindow << question.title << optionsFor(question, token);
-    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(open), this);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        service, path, QStringLiteral("org.freedesktop.portal.FileChooser"),
+        question.newName.isEmpty() ? QStringLiteral("OpenFile") : QStringLiteral("SaveFile"));
+    call << question.parentWindow << question.title << optionsFor(question, token);
+    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, asked = questions_] {
         const QDBusPendingReply<QDBusObjectPath> reply = *watcher;
         watcher->deleteLater();

@@ -12,7 +12,8 @@
 namespace zelvra {
 
 /// The desktop's own file chooser, by the FileChooser interface of the XDG desktop portal: GNOME's on GNOME,
-/// KDE's on KDE. If there is none, `unavailable` is emitted, and the caller has to show a chooser of its own.
+/// KDE's on KDE. It asks itself before a file is replaced. If there is none, `unavailable` is emitted, and
+/// the caller has to show a chooser of its own.
 ///
 /// One question at a time: a second one makes this forget the first. Main thread.
 class PortalFileChooser : public QObject {
@@ -26,6 +27,7 @@ public:
         QString filterName;
         QStringList globs;   ///< "*.mov"; none for a folder
         QString firstFolder; ///< shown first
+        QString newName;     ///< suggested for a file to save; empty if something is opened
         /// The window that asks, as the portal names it: "x11:3a00007", or empty if that is not known.
         QString parentWindow;
     };

@@ -43,7 +43,7 @@ Application::Application(const Options& options)
                       .fileViewer = orElse<FileViewer>(options.services.fileViewer, desktop_),
                       .terminator = &askFirst_,
                       .recentDocuments = orElse<RecentDocuments>(options.services.recentDocuments, desktop_),
-                      .savePanel = options.services.savePanel},
+                      .savePanel = orElse<SavePanel>(options.services.savePanel, panels_)},
         options.state);
     session_ = std::make_unique<Session>(*state_);
     dialogs_ = std::make_unique<Dialogs>(*session_);

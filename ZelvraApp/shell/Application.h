@@ -60,7 +60,7 @@ private:
     };
 
     Translations translations_;
-    OpenPanels panels_{QDBusConnection::sessionBus()};
+    FilePanels panels_{QDBusConnection::sessionBus()};
     DesktopServices desktop_;
     AskFirst askFirst_;
     WindowState windowState_;

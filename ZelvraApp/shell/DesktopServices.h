@@ -6,7 +6,7 @@
 
 namespace zelvra {
 
-/// The session's services, provided by the desktop. (The open panel is OpenPanels.)
+/// The session's services, provided by the desktop. (The panels for files are FilePanels.)
 class DesktopServices : public FileViewer, public RecentDocuments, public Terminator {
 public:
     void reveal(const std::filesystem::path& file) override;

@@ -82,6 +82,20 @@ AppMenuBar {
             enabled: bar.can.canExport
             onTriggered: bar.session.exportMovies()
         }
+        T.Action {
+            objectName: "saveAnnotationsItem"
+            text: qsTr("Save Annotations…")
+            shortcut: "Ctrl+S"
+            enabled: bar.can.canWorkOnClip
+            onTriggered: bar.session.saveAnnotations()
+        }
+        T.Action {
+            objectName: "openAnnotationsItem"
+            text: qsTr("Open Annotations…")
+            shortcut: "Ctrl+I"
+            enabled: bar.can.canWorkOnClip
+            onTriggered: bar.session.openAnnotations()
+        }
         AppMenuSeparator {}
         T.Action {
             objectName: "quitItem"

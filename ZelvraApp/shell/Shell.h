@@ -5,7 +5,7 @@
 #include "ZelvraApp/shell/Leaving.h"
 #include "ZelvraApp/shell/MenuState.h"
 #include "ZelvraApp/shell/WindowState.h"
-#include "ZelvraApp/shell/panels/OpenPanels.h"
+#include "ZelvraApp/shell/panels/FilePanels.h"
 #include "ZelvraApp/shell/windows/Settings.h"
 #include "ZelvraApp/views/Dialogs.h"
 
@@ -23,7 +23,7 @@ class Shell : public QObject {
     Q_PROPERTY(zelvra::MenuState* menu MEMBER menu CONSTANT)
     Q_PROPERTY(zelvra::Settings* settings MEMBER settings CONSTANT)
     Q_PROPERTY(zelvra::Leaving* leaving MEMBER leaving CONSTANT)
-    Q_PROPERTY(zelvra::OpenPanels* panels MEMBER panels CONSTANT)
+    Q_PROPERTY(zelvra::FilePanels* panels MEMBER panels CONSTANT)
     Q_PROPERTY(zelvra::WindowState* windowState MEMBER windowState CONSTANT)
 
 public:
@@ -31,7 +31,7 @@ public:
     MenuState* menu = nullptr;
     Settings* settings = nullptr;
     Leaving* leaving = nullptr;
-    OpenPanels* panels = nullptr;
+    FilePanels* panels = nullptr;
     WindowState* windowState = nullptr;
 };
 

@@ -202,20 +202,24 @@
         <translation>Dateien</translation>
     </message>
     <message>
-        <source>No folders in here</source>
-        <translation>Keine Ordner vorhanden</translation>
-    </message>
-    <message>
-        <source>No movies in here</source>
-        <translation>Keine Filme vorhanden</translation>
-    </message>
-    <message>
-        <source>Movies: .mov, .mp4, .m4v</source>
-        <translation>Filme: .mov, .mp4, .m4v</translation>
-    </message>
-    <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Replace “%1”?</source>
+        <translation>„%1“ ersetzen?</translation>
+    </message>
+    <message>
+        <source>A file of this name exists in this folder. Its content will be lost.</source>
+        <translation>In diesem Ordner gibt es schon eine Datei dieses Namens. Ihr Inhalt geht verloren.</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
     </message>
 </context>
 <context>
@@ -448,6 +452,14 @@
     <message>
         <source>About Zelvra</source>
         <translation>Über Zelvra</translation>
+    </message>
+    <message>
+        <source>Save Annotations…</source>
+        <translation>Anmerkungen speichern …</translation>
+    </message>
+    <message>
+        <source>Open Annotations…</source>
+        <translation>Anmerkungen öffnen …</translation>
     </message>
 </context>
 <context>
@@ -834,19 +846,19 @@
     </message>
     <message>
         <source>Save</source>
-        <translation>Sichern</translation>
+        <translation>Speichern</translation>
     </message>
     <message>
         <source>Choose where the annotations are saved.</source>
-        <translation>Wähle, wo die Anmerkungen gesichert werden.</translation>
+        <translation>Wählen Sie aus, wo die Anmerkungen gespeichert werden.</translation>
     </message>
     <message>
         <source>The annotations were not saved: %1</source>
-        <translation>Die Anmerkungen wurden nicht gesichert: %1</translation>
+        <translation>Die Anmerkungen wurden nicht gespeichert: %1</translation>
     </message>
     <message>
         <source>Choose a file of annotations.</source>
-        <translation>Wähle eine Datei mit Anmerkungen.</translation>
+        <translation>Wählen Sie eine Datei mit Anmerkungen aus.</translation>
     </message>
     <message>
         <source>The annotations were not opened: %1</source>
@@ -870,6 +882,37 @@
     <message>
         <source>Export failed: %1</source>
         <translation>Export fehlgeschlagen: %1</translation>
+    </message>
+</context>
+<context>
+    <name>zelvra::FilePanels</name>
+    <message>
+        <source>Movies</source>
+        <translation>Filme</translation>
+    </message>
+    <message>
+        <source>Movies: .mov, .mp4, .m4v</source>
+        <translation>Filme: .mov, .mp4, .m4v</translation>
+    </message>
+    <message>
+        <source>Annotations: .json</source>
+        <translation>Anmerkungen: .json</translation>
+    </message>
+    <message>
+        <source>No movies in here</source>
+        <translation>Keine Filme vorhanden</translation>
+    </message>
+    <message>
+        <source>No annotations in here</source>
+        <translation>Keine Anmerkungen vorhanden</translation>
+    </message>
+    <message>
+        <source>No folders in here</source>
+        <translation>Keine Ordner vorhanden</translation>
+    </message>
+    <message>
+        <source>Annotations</source>
+        <translation>Anmerkungen</translation>
     </message>
 </context>
 <context>
@@ -938,13 +981,6 @@
             <numerusform>%n markierten Clip exportieren …</numerusform>
             <numerusform>%n markierte Clips exportieren …</numerusform>
         </translation>
-    </message>
-</context>
-<context>
-    <name>zelvra::OpenPanels</name>
-    <message>
-        <source>Movies</source>
-        <translation>Filme</translation>
     </message>
 </context>
 <context>

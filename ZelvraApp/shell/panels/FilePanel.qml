@@ -6,19 +6,27 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
 import Zelvra.Controls
+import Zelvra.Views
 import Zelvra.Shell
 
-// Asks for a movie or a folder if the desktop offers no file chooser. Return opens, Backspace goes to the parent folder.
+// Asks for a file or a folder, or for the name of a file to save, if the desktop offers no file chooser. Return opens,
+// Backspace goes to the parent folder.
 T.Popup {
     id: panel
 
-    required property OpenPanels panels
+    required property FilePanels panels
     readonly property var chosen: files.entries[list.currentIndex]
+    readonly property url named: panels.fileNamed(name.text, files.folder)
 
     function present(over: Item) {
         parent = over;
+        name.text = panels.suggestedName;
         open();
         goTo(panels.firstFolder);
+        if (panels.forSaving) {
+            name.forceActiveFocus();
+            name.selectStem();
+        }
     }
     function goTo(folder: url) {
         files.folder = folder;
@@ -31,8 +39,16 @@ T.Popup {
     function openRow() {
         if (chosen?.isFolder)
             goTo(chosen.url);
+        else if (chosen && panels.forSaving)
+            save();
         else if (chosen)
             choose(chosen.url);
+    }
+    function save() {
+        if (panels.exists(named))
+            replacing.open();
+        else if (named.toString() !== "")
+            choose(named);
     }
 
     anchors.centerIn: parent
@@ -47,6 +63,24 @@ T.Popup {
         id: files
 
         globs: panel.panels.globs
+    }
+
+    Question {
+        id: replacing
+
+        title: qsTr("Replace “%1”?").arg(Texts.fileName(panel.named))
+        message: qsTr("A file of this name exists in this folder. Its content will be lost.")
+        answers: [
+            {
+                text: qsTr("Replace"),
+                role: "destructive",
+                action: () => panel.choose(panel.named)
+            },
+            {
+                text: qsTr("Cancel"),
+                role: "cancel"
+            }
+        ]
     }
 
     T.Overlay.modal: Rectangle {
@@ -66,6 +100,27 @@ T.Popup {
             text: panel.panels.message
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
+        }
+        RowLayout {
+            visible: panel.panels.forSaving
+            spacing: 8
+
+            Body {
+                text: qsTr("Name")
+                Accessible.ignored: true
+            }
+            TextInputBox {
+                id: name
+
+                function selectStem() {
+                    select(0, Math.max(0, text.lastIndexOf(".")));
+                }
+
+                objectName: "panelName"
+                Layout.fillWidth: true
+                Accessible.name: qsTr("Name")
+                onAccepted: panel.save()
+            }
         }
         ListView {
             id: ways
@@ -133,9 +188,12 @@ T.Popup {
                 onModelChanged: currentIndex = -1 // the view would choose the first by itself
                 delegate: FilePanelRow {
                     width: ListView.view.width
+                    fileIcon: panel.panels.fileIcon
                     onClicked: {
                         list.currentIndex = index;
                         list.forceActiveFocus();
+                        if (panel.panels.forSaving && !modelData.isFolder)
+                            name.text = modelData.name;
                     }
                     onDoubleClicked: panel.openRow()
                 }
@@ -144,7 +202,7 @@ T.Popup {
                 objectName: "panelEmpty"
                 anchors.centerIn: parent
                 visible: files.entries.length === 0 && !files.reading
-                text: panel.panels.forFolder ? qsTr("No folders in here") : qsTr("No movies in here")
+                text: panel.panels.emptyText
             }
         }
         RowLayout {
@@ -152,7 +210,7 @@ T.Popup {
 
             Caption {
                 Layout.fillWidth: true
-                text: panel.panels.forFolder ? "" : qsTr("Movies: .mov, .mp4, .m4v")
+                text: panel.panels.kindText
                 color: Theme.tertiary
             }
             PushButton {
@@ -166,9 +224,11 @@ T.Popup {
                 text: panel.panels.prompt
                 look: PushButton.Prominent
                 controlHeight: Theme.largeControlHeight
-                enabled: panel.panels.forFolder || panel.chosen !== undefined
+                enabled: panel.panels.forSaving ? panel.named.toString() !== "" : panel.panels.forFolder || panel.chosen !== undefined
                 onClicked: {
-                    if (!panel.panels.forFolder)
+                    if (panel.panels.forSaving)
+                        panel.save();
+                    else if (!panel.panels.forFolder)
                         panel.openRow();
                     else
                         panel.choose(panel.chosen?.url ?? files.folder);

@@ -12,6 +12,7 @@ T.AbstractButton {
 
     required property int index
     required property var modelData
+    property string fileIcon: "movie"
     readonly property bool chosen: ListView.isCurrentItem
     readonly property color ink: chosen ? Theme.accentInk : Theme.primary
     readonly property color paleInk: chosen ? Theme.accentInk : Theme.tertiary
@@ -34,7 +35,7 @@ T.AbstractButton {
         spacing: 8
 
         Icon {
-            name: row.modelData.isFolder ? "folder" : "movie"
+            name: row.modelData.isFolder ? "folder" : row.fileIcon
             color: row.chosen ? Theme.accentInk : row.modelData.isFolder ? Theme.accent : Theme.secondary
         }
         Body {

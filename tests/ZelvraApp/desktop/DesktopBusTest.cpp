@@ -61,9 +61,15 @@ public:
     QString title;
     QVariantMap options;
     QString filters; ///< their signature on the bus
+    QString savesAs; ///< of a file to save
     QString request;
 
 public Q_SLOTS:
+    QDBusObjectPath SaveFile(const QString& window, const QString& asked, const QVariantMap& with,
+                             const QDBusMessage& call) {
+        savesAs = with[QStringLiteral("current_name")].toString();
+        return OpenFile(window, asked, with, call);
+    }
     QDBusObjectPath OpenFile(const QString&, const QString& asked, const QVariantMap& with,
                              const QDBusMessage& call) {
         title = asked;
@@ -80,12 +86,13 @@ TEST(PortalFileChooser, AsksTheDesktopAndPassesItsAnswerOn) {
     PortalFileChooser chooser(ours());
     QSignalSpy chosen(&chooser, &PortalFileChooser::chosen);
     QSignalSpy unavailable(&chooser, &PortalFileChooser::unavailable);
-    const PortalFileChooser::Question question{.title = "Choose a clip",
-                                               .acceptLabel = "Open",
-                                               .filterName = "Movies",
-                                               .globs = {"*.mov", "*.MOV"},
-                                               .firstFolder = "/clips",
-                                               .parentWindow = {}};
+    PortalFileChooser::Question question{.title = "Choose a clip",
+                                         .acceptLabel = "Open",
+                                         .filterName = "Movies",
+                                         .globs = {"*.mov", "*.MOV"},
+                                         .firstFolder = "/clips",
+                                         .newName = {},
+                                         .parentWindow = {}};
     chooser.ask(question);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !unavailable.isEmpty(); }, 20'000));
 
@@ -104,6 +111,11 @@ TEST(PortalFileChooser, AsksTheDesktopAndPassesItsAnswerOn) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !chosen.isEmpty(); }, 20'000));
     EXPECT_EQ(chosen.size(), 1);
     EXPECT_EQ(chosen.first().first().toUrl().toLocalFile(), "/clips/game 1.mov");
+
+    EXPECT_EQ(portal.savesAs, "");
+    question.newName = "game.json";
+    chooser.ask(question);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return portal.savesAs == QLatin1String("game.json"); }, 20'000));
 }
 
 TEST(SleepInhibitor, HoldsTheMachineAwakeUntilItIsReleased) {

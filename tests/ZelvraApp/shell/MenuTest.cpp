@@ -15,10 +15,11 @@ struct Entry {
     QString item;
 };
 const std::vector<Entry> needsWork{
-    {"File", "closeClipItem"}, {"File", "exportItem"},       {"Edit", "undoItem"},
-    {"Edit", "redoItem"},      {"Clip", "addHighlightItem"}, {"Clip", "trimItem"},
-    {"Clip", "clearTrimItem"}, {"Clip", "startClipItem"},    {"Clip", "endClipItem"},
-    {"Clip", "markClipItem"},  {"Clip", "previousClipItem"}, {"Clip", "nextClipItem"},
+    {"File", "closeClipItem"},       {"File", "exportItem"},   {"File", "saveAnnotationsItem"},
+    {"File", "openAnnotationsItem"}, {"Edit", "undoItem"},     {"Edit", "redoItem"},
+    {"Clip", "addHighlightItem"},    {"Clip", "trimItem"},     {"Clip", "clearTrimItem"},
+    {"Clip", "startClipItem"},       {"Clip", "endClipItem"},  {"Clip", "markClipItem"},
+    {"Clip", "previousClipItem"},    {"Clip", "nextClipItem"},
 };
 
 class Menu : public ShellFixture {
@@ -55,17 +56,19 @@ TEST_F(Menu, OffersWithoutAClipWhatNeedsNone) {
 
 TEST_F(Menu, FollowsTheWork) {
     openClip();
-    EXPECT_THAT(usable(), ElementsAre("closeClip", "addHighlight", "trim", "startClip", "endClip"));
+    EXPECT_THAT(usable(), ElementsAre("closeClip", "saveAnnotations", "openAnnotations", "addHighlight",
+                                      "trim", "startClip", "endClip"));
     addHighlight(0.5);
-    EXPECT_THAT(usable(),
-                ElementsAre("closeClip", "export", "undo", "addHighlight", "trim", "startClip", "endClip"));
+    EXPECT_THAT(usable(), ElementsAre("closeClip", "export", "saveAnnotations", "openAnnotations", "undo",
+                                      "addHighlight", "trim", "startClip", "endClip"));
     state().setTrim(CMTimeRange{sessionTime(0), sessionTime(1)});
     key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_FALSE(state().trimRange());
     EXPECT_TRUE(isEnabled("Edit", "redoItem"));
     choose("Edit", "redoItem");
-    EXPECT_THAT(usable(), ElementsAre("closeClip", "export", "undo", "addHighlight", "trim", "clearTrim",
-                                      "startClip", "endClip", "markClip"));
+    EXPECT_THAT(usable(),
+                ElementsAre("closeClip", "export", "saveAnnotations", "openAnnotations", "undo",
+                            "addHighlight", "trim", "clearTrim", "startClip", "endClip", "markClip"));
     state().setDraft(draftAt(0.2));
     const auto& can = *application_->mainWindow().findChild<QObject*>("exportItem");
     EXPECT_FALSE(can.property("enabled").toBool());

@@ -53,6 +53,41 @@ TEST_F(FilePanel, WalksThroughFoldersByKeys) {
     EXPECT_TRUE(comesTrue([&] { return state().videoFile() && state().queueLabel() == "1 of 1"; }));
 }
 
+TEST_F(FilePanel, NamesAFileOfAnnotationsThatIsOpenedAgain) {
+    open(folder_ / "Movies" / "a.MOV");
+    addHighlight(0.5);
+    key(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(textOf("panelChoose"), "Save");
+    EXPECT_EQ(textOf("panelName"), "a_annotations.json");
+    EXPECT_TRUE(isShown("way:Movies")) << "beside the clip";
+    wait(50);      // the panel takes the keys once it is laid out
+    type("final"); // replaces the name, not the extension
+    key(Qt::Key_Return);
+    const auto file = folder_ / "Movies" / "final.json";
+    ASSERT_TRUE(comesTrue([&] { return std::filesystem::exists(file) && !isShown("panelName"); }));
+    const Bytes written = readBytes(file);
+
+    addHighlight(1);
+    key(Qt::Key_S, Qt::ControlModifier);
+    click("file:final.json");
+    EXPECT_EQ(textOf("panelName"), "final.json");
+    click("panelChoose");
+    EXPECT_EQ(textOf("questionTitle"), "Replace “final.json”?");
+    click("answer:Cancel");
+    EXPECT_TRUE(comesTrue([&] { return !isShown("questionTitle"); }));
+    EXPECT_TRUE(isShown("panelName")) << "another name can be given";
+    EXPECT_EQ(readBytes(file), written);
+    click("panelCancel");
+
+    key(Qt::Key_I, Qt::ControlModifier);
+    click("file:final.json");
+    EXPECT_FALSE(isShown("file:a.MOV"));
+    click("panelChoose");
+    EXPECT_TRUE(comesTrue([&] { return state().highlights().size() == 1; }));
+    state().undo();
+    EXPECT_EQ(state().highlights().size(), 2U);
+}
+
 TEST_F(FilePanel, AsksOverTheSettings) {
     key(Qt::Key_Comma, Qt::ControlModifier);
     ASSERT_TRUE(isFront("Settings"));

@@ -131,8 +131,12 @@ public:
     Q_INVOKABLE void requestCloseVideo() { state_.requestCloseVideo(); }
     Q_INVOKABLE void previousClip();
     Q_INVOKABLE void nextClip();
+    /// The answers to the close question.
+    Q_INVOKABLE void closeAndDiscard() { state_.closeAndDiscard(); }
+    Q_INVOKABLE void keepClipOpen() { state_.keepClipOpen(); }
 
     // Remembered work
+    Q_INVOKABLE void forgetRememberedWork() { state_.forgetRememberedWork(); }
     Q_INVOKABLE void saveAnnotations() { state_.saveAnnotations(); }
     Q_INVOKABLE void openAnnotations() { state_.openAnnotations(); }
 

@@ -70,7 +70,7 @@ ApplicationWindow {
     Question {
         objectName: "leavingQuestion"
         title: qsTr("Stop the export and quit?")
-        message: qsTr("The export is still running. Quitting stops it, and the unfinished movie is removed. Highlights and marked clips that haven't been exported yet are discarded.")
+        message: window.shell.settings.rememberWork ? qsTr("The export is still running. Quitting stops it, and the unfinished movie is removed.") : qsTr("The export is still running. Quitting stops it, and the unfinished movie is removed. Highlights and marked clips that haven't been exported yet are discarded.")
         answers: [
             {
                 text: qsTr("Stop and Quit"),
@@ -105,6 +105,7 @@ ApplicationWindow {
         SettingsWindow {
             main: window
             settings: window.shell.settings
+            session: window.session
         }
     }
     OnDemand {

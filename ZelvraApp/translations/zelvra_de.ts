@@ -480,6 +480,10 @@
         <source>Keep Exporting</source>
         <translation>Weiter exportieren</translation>
     </message>
+    <message>
+        <source>The export is still running. Quitting stops it, and the unfinished movie is removed.</source>
+        <translation>Der Export läuft noch. Beim Beenden wird er abgebrochen und der unfertige Film gelöscht.</translation>
+    </message>
 </context>
 <context>
     <name>MarkedClipRow</name>
@@ -683,6 +687,38 @@
     <message>
         <source>Reset to Factory Defaults</source>
         <translation>Auf Werkseinstellungen zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Forget all unfinished work?</source>
+        <translation>Alle unfertige Arbeit vergessen?</translation>
+    </message>
+    <message>
+        <source>What is remembered of all clips is deleted. The clip that is open keeps its highlights and marked clips, and exported movies stay.</source>
+        <translation>Was zu allen Clips gemerkt wurde, wird gelöscht. Der geöffnete Clip behält seine Highlights und markierten Clips, und exportierte Filme bleiben.</translation>
+    </message>
+    <message>
+        <source>Forget All</source>
+        <translation>Alles vergessen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Unfinished Work</source>
+        <translation>Unfertige Arbeit</translation>
+    </message>
+    <message>
+        <source>Highlights, trims and marked clips are kept for every clip until you discard them, and offered again when you open it. If this is off, the app asks before another clip takes the place of unexported work.</source>
+        <translation>Highlights, Trimmung und markierte Clips werden zu jedem Clip gemerkt, bis Sie sie verwerfen, und beim nächsten Öffnen wieder angeboten. Ist dies ausgeschaltet, fragt die App nach, bevor ein anderer Clip noch nicht exportierte Arbeit ablöst.</translation>
+    </message>
+    <message>
+        <source>Remember unfinished work</source>
+        <translation>Unfertige Arbeit merken</translation>
+    </message>
+    <message>
+        <source>Forget All…</source>
+        <translation>Alles vergessen …</translation>
     </message>
 </context>
 <context>

@@ -50,7 +50,7 @@ Item {
             takesDrops: !content.dialogUp
             sidebarWidth: content.sidebarWidth
             onSidebarDragged: width => content.sidebarWidth = width
-            onDropped: url => content.dialogs.confirmClose(() => content.session.open(url))
+            onDropped: url => content.session.open(url)
         }
     }
     QuestionHost {

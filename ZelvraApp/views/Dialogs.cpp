@@ -3,7 +3,6 @@
 #include "ZelvraApp/views/Dialogs.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace zelvra {
 
@@ -55,27 +54,6 @@ void Dialogs::dismiss(Question question) {
     case CloseConfirmation: state.setShowCloseConfirmation(false); break;
     case PostExport: state.setShowPostExportDialog(false); break;
     case None: break;
-    }
-}
-
-void Dialogs::confirmClose(std::function<void()> then) {
-    if (!session_.state()->closingLosesWork()) {
-        then();
-        return;
-    }
-    afterClosing_ = std::move(then);
-    session_.state()->setShowCloseConfirmation(true);
-}
-
-void Dialogs::confirmClose(const QJSValue& then) {
-    confirmClose([then] { then.call(); });
-}
-
-void Dialogs::closeAndDiscard() {
-    const auto then = std::exchange(afterClosing_, nullptr);
-    session_.state()->closeAndDiscard();
-    if (then) {
-        then();
     }
 }
 

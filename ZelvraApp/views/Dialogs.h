@@ -4,21 +4,16 @@
 
 #include "ZelvraApp/bridge/Session.h"
 
-#include <QJSValue>
 #include <QObject>
 #include <qqml.h>
 
-#include <functional>
 #include <vector>
 
 namespace zelvra {
 
 /// Which of the session's questions is up. The session asks each by a flag of its own. Here they wait in a
 /// line, so that one shows at a time, and the next one when it is dismissed. While the editor is open only an
-/// error shows, over the editor.
-///
-/// It also lets others ask the close question before they do what would lose work. Main thread. The session
-/// outlives it.
+/// error shows, over the editor. Main thread. The session outlives it.
 class Dialogs : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -38,14 +33,6 @@ public:
     /// A question waits for its answer, shown or not.
     bool anyWaiting() const { return !line_.empty(); }
 
-    /// Calls `then` at once if nothing would be lost. Otherwise asks, and if the user discards, closes the
-    /// clip and then calls it. A later call replaces one that waits for its answer.
-    void confirmClose(std::function<void()> then);
-    Q_INVOKABLE void confirmClose(const QJSValue& then);
-    /// The answers to the close question.
-    Q_INVOKABLE void closeAndDiscard();
-    Q_INVOKABLE void keepOpen() { afterClosing_ = nullptr; }
-
     /// The question was closed; resets its flag.
     Q_INVOKABLE void dismiss(Question question);
 
@@ -57,7 +44,6 @@ private:
 
     Session& session_;
     std::vector<Question> line_; ///< that wait, in the order in which they came
-    std::function<void()> afterClosing_;
 };
 
 } // namespace zelvra

@@ -89,12 +89,12 @@ Loader {
                     {
                         text: qsTr("Close and Discard"),
                         role: "destructive",
-                        action: () => host.dialogs.closeAndDiscard()
+                        action: () => host.session.closeAndDiscard()
                     },
                     {
                         text: qsTr("Cancel"),
                         role: "cancel",
-                        action: () => host.dialogs.keepOpen()
+                        action: () => host.session.keepClipOpen()
                     }
                 ]
                 onDismissed: host.dialogs.dismiss(Dialogs.CloseConfirmation)

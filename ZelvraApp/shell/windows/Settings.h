@@ -32,6 +32,7 @@ class Settings : public QObject {
     Q_PROPERTY(QString customFolder READ customFolder NOTIFY changed)
     Q_PROPERTY(bool includeAudio READ includeAudio WRITE setIncludeAudio NOTIFY changed)
     Q_PROPERTY(bool previewEnabled READ previewEnabled WRITE setPreviewEnabled NOTIFY changed)
+    Q_PROPERTY(bool rememberWork READ rememberWork WRITE setRememberWork NOTIFY changed)
     /// The texts beside the controls: "6.0%", "0.40%", "3.0s", "30s".
     Q_PROPERTY(QString radiusText READ radiusText NOTIFY changed)
     Q_PROPERTY(QString strokeText READ strokeText NOTIFY changed)
@@ -66,6 +67,8 @@ public:
     void setIncludeAudio(bool on) { store_.write(preferences::outputIncludeAudio, on); }
     bool previewEnabled() const { return store_.read(preferences::previewEnabled).value_or(true); }
     void setPreviewEnabled(bool on) { store_.write(preferences::previewEnabled, on); }
+    bool rememberWork() const { return store_.read(preferences::rememberWork).value_or(true); }
+    void setRememberWork(bool on) { store_.write(preferences::rememberWork, on); }
 
     QString radiusText() const;
     QString strokeText() const;

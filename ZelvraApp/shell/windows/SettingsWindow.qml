@@ -2,6 +2,8 @@
 
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Templates as T
+import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Shell
 
@@ -10,6 +12,7 @@ AuxiliaryWindow {
     id: window
 
     required property Settings settings
+    required property Session session
 
     objectName: "settings"
     title: qsTr("Settings")
@@ -19,6 +22,7 @@ AuxiliaryWindow {
     maximumWidth: width
     minimumHeight: 360
     maximumHeight: Math.max(640, form.implicitHeight + 28)
+    onActiveFocusItemChanged: scroller.reveal(activeFocusItem)
 
     component Spring: Item {
         Layout.fillWidth: true
@@ -29,11 +33,40 @@ AuxiliaryWindow {
         color: Theme.secondary
     }
 
+    Question {
+        id: forgetting
+
+        title: qsTr("Forget all unfinished work?")
+        message: qsTr("What is remembered of all clips is deleted. The clip that is open keeps its highlights and marked clips, and exported movies stay.")
+        answers: [
+            {
+                text: qsTr("Forget All"),
+                role: "destructive",
+                action: () => window.session.forgetRememberedWork()
+            },
+            {
+                text: qsTr("Cancel"),
+                role: "cancel"
+            }
+        ]
+    }
     Flickable {
+        id: scroller
+
+        // Scrolls as far as needed to show the whole control.
+        function reveal(control: Item) {
+            if (!control || control.height >= height)
+                return;
+            const top = control.mapToItem(contentItem, 0, 0).y;
+            contentY = Math.max(Math.min(contentY, top - 14), top + control.height + 14 - height);
+        }
+
+        objectName: "settingsScroller"
         anchors.fill: parent
         contentHeight: form.implicitHeight + 28
         boundsBehavior: Flickable.StopAtBounds
         clip: contentHeight > height
+        T.ScrollBar.vertical: AppScrollBar {}
 
         ColumnLayout {
             id: form
@@ -221,6 +254,28 @@ AuxiliaryWindow {
                         Accessible.name: qsTr("Include audio in exported clips")
                         checked: window.settings.includeAudio
                         onToggled: window.settings.includeAudio = checked
+                    }
+                }
+            }
+            FormSection {
+                title: qsTr("Unfinished Work")
+                footer: qsTr("Highlights, trims and marked clips are kept for every clip until you discard them, and offered again when you open it. If this is off, the app asks before another clip takes the place of unexported work.")
+
+                FormRow {
+                    first: true
+                    label: qsTr("Remember unfinished work")
+
+                    Spring {}
+                    PushButton {
+                        objectName: "forgetWork"
+                        text: qsTr("Forget All…")
+                        onClicked: forgetting.open()
+                    }
+                    ToggleSwitch {
+                        objectName: "rememberWork"
+                        Accessible.name: qsTr("Remember unfinished work")
+                        checked: window.settings.rememberWork
+                        onToggled: window.settings.rememberWork = checked
                     }
                 }
             }

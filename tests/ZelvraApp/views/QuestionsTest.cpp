@@ -37,9 +37,15 @@ TEST_F(Questions, AskBeforeWorkIsLost) {
     EXPECT_TRUE(appears("landing"));
 }
 
-TEST_F(Questions, AskBeforeADropReplacesWhatIsOpen) {
+TEST_F(Questions, AskBeforeADropReplacesWorkThatIsNotRemembered) {
     open(clip("one.mov"));
     const auto two = clip("two.mov");
+    highlight(0.5);
+    drop(item("clipDrop"), {urlOf(two)});
+    EXPECT_TRUE(comesTrue([&] { return state().videoFile() == two; })) << "it is remembered";
+
+    state().preferences().write(preferences::rememberWork, false);
+    open(folder_ / "one.mov");
     highlight(0.5);
     drop(item("clipDrop"), {urlOf(two)});
     EXPECT_EQ(asked(), "Close this clip?");

@@ -13,6 +13,7 @@ protected:
         EXPECT_TRUE(isFront("Settings"));
     }
     PreferenceStore& store() { return state().preferences(); }
+    void scrollToTheEnd() { drag(item("settingsScroller"), {10, 600}, {10, 50}); }
 };
 
 TEST(OutputFooter, SaysWhereExportsGo) {
@@ -87,6 +88,25 @@ TEST_F(SettingsWindow, ChooseWhereExportsGo) {
     EXPECT_EQ(store().read(preferences::outputMode), "sameAsSource");
 }
 
+TEST_F(SettingsWindow, SwitchTheMemoryOffAndForgetAllOfIt) {
+    openClip();
+    state().setDraft(draftAt(0.5, 1, 0, state().sourceInfo()->displaySize));
+    state().commitDraft();
+    EXPECT_TRUE(comesTrue([&] { return state().rememberedWork(folder_ / "game.mov") != nullptr; }));
+    state().setShowDefaultsScopePrompt(false);
+    scrollToTheEnd();
+    click("forgetWork");
+    click("answer:Cancel");
+    EXPECT_TRUE(state().rememberedWork(folder_ / "game.mov"));
+    click("forgetWork");
+    EXPECT_EQ(item("questionTitle").window()->title(), "Settings");
+    click("answer:Forget All");
+    EXPECT_TRUE(comesTrue([&] { return state().rememberedWork(folder_ / "game.mov") == nullptr; }));
+    EXPECT_EQ(state().highlights().size(), 1U) << "what is open stays";
+    click("rememberWork");
+    EXPECT_FALSE(state().remembersWork());
+}
+
 TEST_F(SettingsWindow, AreResetToFactoryDefaultsAtOnce) {
     click("outputSubfolder");
     click("subfolderName");
@@ -99,6 +119,7 @@ TEST_F(SettingsWindow, AreResetToFactoryDefaultsAtOnce) {
                       .set(preferences::outputCustomFolderPath, QString("/movies"))
                       .set(preferences::outputIncludeAudio, false));
     EXPECT_EQ(item("defaultColor").property("color").value<QColor>(), QColor("#0A84FF"));
+    scrollToTheEnd();
     click("resetSettings");
     EXPECT_EQ(store().read(preferences::defaultColorHex), "#0A84FF");
     EXPECT_EQ(store().read(preferences::clipDefaultLengthSec), 30.0);

@@ -32,16 +32,39 @@ Session::Session(AppState& state, QObject* parent) : QObject(parent), state_(sta
 /// The lists of annotations change together before the first signal. Whichever comes first brings the rows up
 /// to date.
 void Session::keepRows() {
-    const auto updateRecents = [this] { recentRows_.update(state_.recents()); };
     const auto updateAnnotations = [this] {
         highlightRows_.update(state_.highlights());
         markedClipRows_.update(state_.markedClips());
     };
-    connect(&state_, &AppState::recentsChanged, this, updateRecents);
+    for (const auto signal : {&AppState::recentsChanged, &AppState::clipQueueChanged,
+                              &AppState::videoURLChanged, &AppState::rememberedWorkChanged}) {
+        connect(&state_, signal, this, &Session::updateClipRows);
+    }
     connect(&state_, &AppState::highlightsChanged, this, updateAnnotations);
     connect(&state_, &AppState::markedClipsChanged, this, updateAnnotations);
-    updateRecents();
+    updateClipRows();
     updateAnnotations();
+}
+
+ClipRow Session::clipRow(const std::filesystem::path& path, bool isFolder) const {
+    const WorkKeeper::Summary* work = state_.rememberedWork(path);
+    return {.path = textOf(path),
+            .isFolder = isFolder,
+            .isOpen = state_.videoFile() == path,
+            .work = work != nullptr ? std::optional(*work) : std::nullopt};
+}
+
+void Session::updateClipRows() {
+    std::vector<ClipRow> recents;
+    for (const RecentItem& item : state_.recents()) {
+        recents.push_back(clipRow(pathOf(item.path), item.isFolder));
+    }
+    recentRows_.update(recents);
+    std::vector<ClipRow> queued;
+    for (const std::filesystem::path& clip : state_.clipQueue()) {
+        queued.push_back(clipRow(clip, false));
+    }
+    queueRows_.update(queued);
 }
 
 void Session::passOnChanges() {
@@ -56,6 +79,8 @@ void Session::passOnChanges() {
              Change{&AppState::queueIndexChanged, &Session::queueIndexChanged},
              Change{&AppState::queueLabelChanged, &Session::queueLabelChanged},
              Change{&AppState::canGoNextChanged, &Session::canGoNextChanged},
+             Change{&AppState::leftWorkChanged, &Session::leftWorkChanged},
+             Change{&AppState::rememberedWorkChanged, &Session::rememberedWorkChanged},
              Change{&AppState::highlightsChanged, &Session::highlightsChanged},
              Change{&AppState::isGrabbingFrameChanged, &Session::isGrabbingFrameChanged},
              Change{&AppState::timelineHasContentChanged, &Session::timelineHasContentChanged},
@@ -96,6 +121,13 @@ void Session::answerOpenRequests() {
 
 QString Session::fileName() const {
     return state_.videoFile() ? nameOf(*state_.videoFile()) : QString();
+}
+
+QString Session::interruptedClip() const {
+    const auto& clips = state_.interruptedClips();
+    const auto found = std::ranges::find_if(
+        clips, [this](const std::filesystem::path& clip) { return state_.rememberedWork(clip) != nullptr; });
+    return found == clips.end() ? QString() : nameOf(*found);
 }
 
 double Session::duration() const {
@@ -156,6 +188,13 @@ void Session::previousClip() {
 
 void Session::nextClip() {
     letRun(state_.nextClip());
+}
+
+void Session::openQueued(int place) {
+    const std::filesystem::path clip = state_.clipQueue().at(static_cast<std::size_t>(place));
+    if (state_.videoFile() != clip) {
+        letRun(state_.load(clip));
+    }
 }
 
 void Session::seek(double seconds) {

@@ -9,6 +9,8 @@
 #include <QUrl>
 #include <qqml.h>
 
+#include <filesystem>
+
 namespace zelvra {
 
 /// The session as QML sees it: its times as numbers and texts, its lists as rows, and its operations as
@@ -44,6 +46,15 @@ class Session : public QObject {
     Q_PROPERTY(int queueIndex READ queueIndex NOTIFY queueIndexChanged)
     Q_PROPERTY(QString queueLabel READ queueLabel NOTIFY queueLabelChanged)
     Q_PROPERTY(bool canGoNext READ canGoNext NOTIFY canGoNextChanged)
+    Q_PROPERTY(QAbstractItemModel* queueRows READ queueRows CONSTANT)
+    // Remembered work
+    /// Work of an earlier time on the open clip is offered to be restored.
+    Q_PROPERTY(bool hasLeftWork READ hasLeftWork NOTIFY leftWorkChanged)
+    Q_PROPERTY(int leftHighlightCount READ leftHighlightCount NOTIFY leftWorkChanged)
+    Q_PROPERTY(int leftMarkedClipCount READ leftMarkedClipCount NOTIFY leftWorkChanged)
+    /// Name of the clip with remembered work that was open when the program was last killed or has crashed;
+    /// empty if there is none.
+    Q_PROPERTY(QString interruptedClip READ interruptedClip NOTIFY rememberedWorkChanged)
     // Annotations
     Q_PROPERTY(QAbstractItemModel* highlightRows READ highlightRows CONSTANT)
     Q_PROPERTY(int highlightCount READ highlightCount NOTIFY highlightsChanged)
@@ -89,10 +100,15 @@ public:
     QString timecode() const;
     const QString& errorMessage() const { return state_.errorMessage(); }
     bool isOpening() const { return state_.isOpening(); }
-    RecentItemModel* recentRows() { return &recentRows_; }
+    ClipModel* recentRows() { return &recentRows_; }
+    ClipModel* queueRows() { return &queueRows_; }
     int queueIndex() const { return state_.queueIndex(); }
     QString queueLabel() const { return state_.queueLabel(); }
     bool canGoNext() const { return state_.canGoNext(); }
+    bool hasLeftWork() const { return state_.leftWork().has_value(); }
+    int leftHighlightCount() const { return state_.leftWork().value_or(AppState::LeftWork{}).highlights; }
+    int leftMarkedClipCount() const { return state_.leftWork().value_or(AppState::LeftWork{}).markedClips; }
+    QString interruptedClip() const;
     HighlightModel* highlightRows() { return &highlightRows_; }
     bool isGrabbingFrame() const { return state_.isGrabbingFrame(); }
     bool timelineHasContent() const { return state_.timelineHasContent(); }
@@ -131,11 +147,15 @@ public:
     Q_INVOKABLE void requestCloseVideo() { state_.requestCloseVideo(); }
     Q_INVOKABLE void previousClip();
     Q_INVOKABLE void nextClip();
+    /// Opens the clip at that place of the queue, counted from 0.
+    Q_INVOKABLE void openQueued(int place);
     /// The answers to the close question.
     Q_INVOKABLE void closeAndDiscard() { state_.closeAndDiscard(); }
     Q_INVOKABLE void keepClipOpen() { state_.keepClipOpen(); }
 
     // Remembered work
+    Q_INVOKABLE void restoreLeftWork() { state_.restoreLeftWork(); }
+    Q_INVOKABLE void dismissLeftWork() { state_.dismissLeftWork(); }
     Q_INVOKABLE void forgetRememberedWork() { state_.forgetRememberedWork(); }
     Q_INVOKABLE void saveAnnotations() { state_.saveAnnotations(); }
     Q_INVOKABLE void openAnnotations() { state_.openAnnotations(); }
@@ -179,6 +199,8 @@ Q_SIGNALS:
     void queueIndexChanged();
     void queueLabelChanged();
     void canGoNextChanged();
+    void leftWorkChanged();
+    void rememberedWorkChanged();
     void highlightsChanged();
     void hasDraftChanged();
     void isGrabbingFrameChanged();
@@ -195,11 +217,14 @@ Q_SIGNALS:
 
 private:
     void keepRows();
+    ClipRow clipRow(const std::filesystem::path& path, bool isFolder) const;
+    void updateClipRows();
     void passOnChanges();
     void answerOpenRequests();
 
     AppState& state_;
-    RecentItemModel recentRows_;
+    ClipModel recentRows_;
+    ClipModel queueRows_;
     HighlightModel highlightRows_;
     MarkedClipModel markedClipRows_;
     bool hadDraft_ = false;

@@ -47,15 +47,31 @@ QVariant MarkedClipModel::value(const MarkedClip& clip, int role) const {
     }
 }
 
-QHash<int, QByteArray> RecentItemModel::roleNames() const {
-    return {{pathRole, "path"}, {nameRole, "name"}, {isFolderRole, "isFolder"}};
+QHash<int, QByteArray> ClipModel::roleNames() const {
+    return {{pathRole, "path"},
+            {nameRole, "name"},
+            {isFolderRole, "isFolder"},
+            {isOpenRole, "isOpen"},
+            {hasWorkRole, "hasWork"},
+            {highlightCountRole, "highlightCount"},
+            {markedClipCountRole, "markedClipCount"},
+            {isExportedRole, "isExported"},
+            {wasInterruptedRole, "wasInterrupted"}};
 }
 
-QVariant RecentItemModel::value(const RecentItem& item, int role) const {
+QVariant ClipModel::value(const ClipRow& row, int role) const {
+    const WorkKeeper::Summary work = row.work.value_or(WorkKeeper::Summary{});
     switch (role) {
-    case pathRole: return item.path;
-    case nameRole: return nameOf(pathOf(item.path));
-    case isFolderRole: return item.isFolder;
+    case pathRole: return row.path;
+    case nameRole: return nameOf(pathOf(row.path));
+    case isFolderRole: return row.isFolder;
+    case isOpenRole: return row.isOpen;
+    case hasWorkRole: return row.work.has_value();
+    case highlightCountRole: return static_cast<int>(work.highlights);
+    case markedClipCountRole: return static_cast<int>(work.markedClips);
+    case isExportedRole:
+        return work.isExported && work.highlights + work.markedClips > 0; // a trim alone is not
+    case wasInterruptedRole: return work.wasInterrupted;
     default: return {};
     }
 }

@@ -4,8 +4,10 @@
 
 #include "ZelvraApp/annotations/MarkedClip.h"
 #include "ZelvraApp/bridge/KeyedListModel.h"
-#include "ZelvraApp/session/RecentItem.h"
+#include "ZelvraApp/session/WorkKeeper.h"
 #include "ZelvraCore/records/Highlight.h"
+
+#include <optional>
 
 namespace zelvra {
 
@@ -44,19 +46,39 @@ protected:
     QVariant value(const MarkedClip& clip, int role) const override;
 };
 
-/// Roles: path, name, isFolder.
-class RecentItemModel : public KeyedListModel<RecentItem> {
+/// A clip or a folder, recent or in the queue.
+struct ClipRow {
+    QString path;
+    bool isFolder = false;
+    bool isOpen = false;
+    std::optional<WorkKeeper::Summary> work = {}; ///< that is remembered of the clip
+    bool operator==(const ClipRow&) const = default;
+};
+
+/// Roles: path, name, isFolder, isOpen, and of the remembered work: hasWork, highlightCount, markedClipCount,
+/// isExported, wasInterrupted.
+class ClipModel : public KeyedListModel<ClipRow> {
     Q_OBJECT
 
 public:
-    enum Role { pathRole = Qt::UserRole, nameRole, isFolderRole };
+    enum Role {
+        pathRole = Qt::UserRole,
+        nameRole,
+        isFolderRole,
+        isOpenRole,
+        hasWorkRole,
+        highlightCountRole,
+        markedClipCountRole,
+        isExportedRole,
+        wasInterruptedRole,
+    };
 
     using KeyedListModel::KeyedListModel;
     QHash<int, QByteArray> roleNames() const override;
 
 protected:
-    bool sameKey(const RecentItem& a, const RecentItem& b) const override { return a.path == b.path; }
-    QVariant value(const RecentItem& item, int role) const override;
+    bool sameKey(const ClipRow& a, const ClipRow& b) const override { return a.path == b.path; }
+    QVariant value(const ClipRow& row, int role) const override;
 };
 
 } // namespace zelvra

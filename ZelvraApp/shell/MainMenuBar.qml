@@ -7,6 +7,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Zelvra.Session
 import Zelvra.Controls
+import Zelvra.Views
 import Zelvra.Shell
 
 // The menus of the main window. Each command is one action, for its menu item and its shortcut.
@@ -45,13 +46,11 @@ AppMenuBar {
 
             Instantiator {
                 model: bar.session.recentRows
-                delegate: AppMenuItem {
+                delegate: ClipMenuItem {
                     required property string path
-                    required property string name
                     required property bool isFolder
 
                     objectName: "recentItem"
-                    text: name
                     iconName: isFolder ? "folder" : "movie"
                     onTriggered: bar.session.openRecent(path)
                 }
@@ -121,6 +120,13 @@ AppMenuBar {
             shortcut: "Ctrl+Shift+Z"
             enabled: bar.can.canRedo
             onTriggered: bar.session.redo()
+        }
+        T.Action {
+            objectName: "restoreItem"
+            text: qsTr("Restore Unfinished Work")
+            shortcut: "R"
+            enabled: bar.can.canRestore
+            onTriggered: bar.session.restoreLeftWork()
         }
         AppMenuSeparator {}
         T.Action {

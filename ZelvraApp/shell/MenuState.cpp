@@ -12,7 +12,7 @@ MenuState::MenuState(const Session& session, const Dialogs& dialogs, const Leavi
          {&AppState::videoURLChanged, &AppState::recentsChanged, &AppState::canExportChanged,
           &AppState::markedClipsChanged, &AppState::canUndoChanged, &AppState::canRedoChanged,
           &AppState::trimRangeChanged, &AppState::editingClipIDChanged, &AppState::queueIndexChanged,
-          &AppState::canGoNextChanged}) {
+          &AppState::canGoNextChanged, &AppState::leftWorkChanged}) {
         connect(&state_, signal, this, &MenuState::changed);
     }
     connect(&dialogs_, &Dialogs::changed, this, &MenuState::changed); // the editor's coming and going too

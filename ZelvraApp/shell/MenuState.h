@@ -31,6 +31,8 @@ class MenuState : public QObject {
     Q_PROPERTY(QString exportTitle READ exportTitle NOTIFY changed)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY changed)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY changed)
+    /// Work is offered to be restored.
+    Q_PROPERTY(bool canRestore READ canRestore NOTIFY changed)
     /// A clip is open, and no highlight is being drawn.
     Q_PROPERTY(bool canWorkOnClip READ canWorkOnClip NOTIFY changed)
     Q_PROPERTY(bool canClearTrim READ canUseTrim NOTIFY changed)
@@ -50,6 +52,7 @@ public:
     QString exportTitle() const { return exportTitle(state_.markedClips().size()); }
     bool canUndo() const { return canAct() && state_.canUndo(); }
     bool canRedo() const { return canAct() && state_.canRedo(); }
+    bool canRestore() const { return canEdit() && session_.hasLeftWork(); }
     bool canWorkOnClip() const { return canEdit() && session_.hasVideo(); }
     bool canUseTrim() const { return canEdit() && session_.hasTrim(); }
     QString markTitle() const;

@@ -172,6 +172,10 @@
         <source>Open Folder…</source>
         <translation>Ordner öffnen …</translation>
     </message>
+    <message>
+        <source>Zelvra did not end properly. Your work was kept: open “%1” to go on.</source>
+        <translation>Zelvra wurde nicht richtig beendet. Ihre Arbeit ist noch da: Öffnen Sie „%1“, um weiterzumachen.</translation>
+    </message>
 </context>
 <context>
     <name>ExportProgressBar</name>
@@ -356,6 +360,21 @@
     </message>
 </context>
 <context>
+    <name>LeftWorkOffer</name>
+    <message>
+        <source>Restore what you left on this clip (R)</source>
+        <translation>Zurückgelassene Arbeit an diesem Clip wiederherstellen (R)</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Ausblenden</translation>
+    </message>
+</context>
+<context>
     <name>MainMenuBar</name>
     <message>
         <source>&amp;File</source>
@@ -460,6 +479,10 @@
     <message>
         <source>Open Annotations…</source>
         <translation>Anmerkungen öffnen …</translation>
+    </message>
+    <message>
+        <source>Restore Unfinished Work</source>
+        <translation>Unfertige Arbeit wiederherstellen</translation>
     </message>
 </context>
 <context>
@@ -571,6 +594,13 @@
     <message>
         <source>Export complete</source>
         <translation>Export abgeschlossen</translation>
+    </message>
+</context>
+<context>
+    <name>QueueLabel</name>
+    <message>
+        <source>Clips of this folder</source>
+        <translation>Clips dieses Ordners</translation>
     </message>
 </context>
 <context>
@@ -962,6 +992,10 @@
         <source>On this keyboard, ⌘ is the Ctrl key and ⇧ the Shift key: ⇧⌘O is Ctrl+Shift+O.</source>
         <translation>Strg ist auf manchen Tastaturen mit Ctrl beschriftet, Umschalt mit Shift oder ⇧.</translation>
     </message>
+    <message>
+        <source>Unfinished work is remembered. When you open a clip again, R restores what you left on it. File › Save Annotations… (⌘S) and File › Open Annotations… (⌘I) keep it in a file of its own.</source>
+        <translation>Unfertige Arbeit wird gemerkt. Wenn Sie einen Clip wieder öffnen, stellt R wieder her, was Sie dort zurückgelassen haben. Datei › Anmerkungen speichern … (Strg+S) und Datei › Anmerkungen öffnen … (Strg+I) legen sie in einer eigenen Datei ab.</translation>
+    </message>
 </context>
 <context>
     <name>zelvra::HighlightEditor</name>
@@ -1160,6 +1194,38 @@
     <message>
         <source>%1s freeze</source>
         <translation>%1 s Standbild</translation>
+    </message>
+    <message>
+        <source>You left %1 here.</source>
+        <translation>Von Ihnen noch da: %1.</translation>
+    </message>
+    <message>
+        <source>You left %1 and %2 here.</source>
+        <comment>highlights and marked clips</comment>
+        <translation>Von Ihnen noch da: %1 und %2.</translation>
+    </message>
+    <message>
+        <source>a trimmed range</source>
+        <translation>eine Trimmung</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n clip(s)</source>
+        <translation>
+            <numerusform>%n Clip</numerusform>
+            <numerusform>%n Clips</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>trimmed</source>
+        <translation>getrimmt</translation>
+    </message>
+    <message>
+        <source>All of it is exported</source>
+        <translation>Alles davon ist exportiert</translation>
+    </message>
+    <message>
+        <source>Was open when Zelvra did not end properly</source>
+        <translation>War geöffnet, als Zelvra nicht richtig beendet wurde</translation>
     </message>
 </context>
 <context>

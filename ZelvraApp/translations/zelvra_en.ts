@@ -27,5 +27,12 @@
             <numerusform>%n highlights</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n clip(s)</source>
+        <translation>
+            <numerusform>%n clip</numerusform>
+            <numerusform>%n clips</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -6,8 +6,8 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The content of the main window: the toolbar, below it the landing screen or the open clip, and over them the
-// questions and the editor.
+// The content of the main window: the toolbar, below it the landing screen or the open clip, and over them the messages
+// about an export, the questions and the editor.
 Item {
     id: content
 
@@ -50,7 +50,31 @@ Item {
             takesDrops: !content.dialogUp
             sidebarWidth: content.sidebarWidth
             onSidebarDragged: width => content.sidebarWidth = width
+            coveredTop: exported.shown ? exported.height + 12 : 0
             onDropped: url => content.session.open(url)
+        }
+    }
+    SlidingCard {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 16
+        edge: Qt.BottomEdge
+        shown: content.session.isExporting
+
+        ExportProgressBar {
+            session: content.session
+        }
+    }
+    SlidingCard {
+        id: exported
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.top: toolbar.bottom
+        anchors.topMargin: 12
+        shown: !content.session.isExporting && content.session.lastExportURL.toString() !== ""
+
+        ExportSuccessBanner {
+            session: content.session
         }
     }
     QuestionHost {

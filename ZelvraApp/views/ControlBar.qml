@@ -23,7 +23,7 @@ Rectangle {
         widths.available: bar.width
         widths.opening: opening.implicitWidth
         widths.queueButton: rules.hasQueue ? previous.implicitWidth : 0
-        widths.queueText: queueText.implicitWidth
+        widths.queueText: queueLabel.textWidth
         widths.fileName: fileName.implicitWidth
         widths.time: time.implicitWidth
         widths.trimBadge: bar.session.hasTrim ? badge.fullWidth : 0
@@ -143,18 +143,12 @@ Rectangle {
                     onClicked: bar.session.previousClip()
                 }
             }
-            Item {
+            QueueLabel {
+                id: queueLabel
+
                 anchors.verticalCenter: parent.verticalCenter
-                implicitWidth: Math.max(rules.isTight ? 0 : 58, queueText.implicitWidth)
-                implicitHeight: queueText.implicitHeight
-
-                CaptionDigits {
-                    id: queueText
-
-                    objectName: "queueLabel"
-                    anchors.centerIn: parent
-                    text: bar.session.queueLabel
-                }
+                session: bar.session
+                leastWidth: rules.isTight ? 0 : 58
             }
             Tipped {
                 anchors.verticalCenter: parent.verticalCenter

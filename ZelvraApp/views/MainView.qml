@@ -6,14 +6,16 @@ import Zelvra.Session
 import Zelvra.Controls
 import Zelvra.Views
 
-// The open clip: its picture, its timeline strip and the control bar, beside them its lists, over them the messages
-// about an export.
+// The open clip: its picture, its timeline strip and the control bar, beside them its lists. Over the picture, the offer
+// to restore what was left on the clip.
 Item {
     id: view
 
     required property Session session
     property bool takesDrops: true
     property real sidebarWidth: 300
+    // What covers the top of the view.
+    property real coveredTop: 0
     signal sidebarDragged(width: real)
     signal dropped(url: url)
 
@@ -47,6 +49,8 @@ Item {
             T.SplitView.minimumWidth: view.leastPlayerWidth
 
             PlayerView {
+                id: player
+
                 objectName: "playerArea"
                 anchors.top: parent.top
                 anchors.left: parent.left
@@ -109,25 +113,20 @@ Item {
         }
     }
     SlidingCard {
-        anchors.horizontalCenter: parent.horizontalCenter
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: 16
-        edge: Qt.BottomEdge
-        shown: view.session.isExporting
+        x: Math.max(0, Math.min((view.width - width) / 2, player.width - width - 16))
+        y: 12 + view.coveredTop
+        shown: view.session.hasLeftWork
 
-        ExportProgressBar {
+        LeftWorkOffer {
             session: view.session
+            widest: player.width - 56 // the margins of the view and of the card
         }
-    }
-    SlidingCard {
-        anchors.horizontalCenter: parent.horizontalCenter
-        anchors.top: parent.top
-        anchors.topMargin: 12
-        edge: Qt.TopEdge
-        shown: !view.session.isExporting && view.session.lastExportURL.toString() !== ""
 
-        ExportSuccessBanner {
-            session: view.session
+        Behavior on y {
+            NumberAnimation {
+                duration: Theme.motion
+                easing.type: Easing.InOutQuad
+            }
         }
     }
     FileDrop {

@@ -36,6 +36,9 @@ Card {
         }
     }
 
+    MouseArea {
+        anchors.fill: parent // a click beside the buttons must not reach the picture
+    }
     Item {
         id: holder
 

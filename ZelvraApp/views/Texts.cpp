@@ -9,7 +9,7 @@
 namespace zelvra {
 
 QString Texts::closeMessage(int highlights, int markedClips) {
-    const QString clips = tr("%n marked clip(s)", nullptr, markedClips);
+    const QString clips = markedClipCount(markedClips);
     const QString figures = highlightCount(highlights);
     const auto warning = [](const QString& work) {
         return tr("%1 haven't been exported yet. Closing will discard them.").arg(work);
@@ -59,12 +59,49 @@ QString Texts::trimBadgeTip(bool editing) {
     return editing ? tr("Discard edit and return to full video") : tr("Clear trim");
 }
 
+QString Texts::leftWork(int highlights, int markedClips) {
+    const auto offer = [](const QString& work) { return tr("You left %1 here.").arg(work); };
+    if (highlights > 0 && markedClips > 0) {
+        return tr("You left %1 and %2 here.", "highlights and marked clips")
+            .arg(highlightCount(highlights), markedClipCount(markedClips));
+    }
+    return markedClips > 0  ? offer(markedClipCount(markedClips))
+           : highlights > 0 ? offer(highlightCount(highlights))
+                            : offer(tr("a trimmed range"));
+}
+
+QString Texts::workCount(int highlights, int markedClips) {
+    QStringList figures;
+    if (highlights > 0) {
+        figures.append(highlightCount(highlights));
+    }
+    if (markedClips > 0) {
+        figures.append(tr("%n clip(s)", nullptr, markedClips));
+    }
+    return figures.empty() ? tr("trimmed") : figures.join(QStringLiteral(", "));
+}
+
+QString Texts::workDetails(int highlights, int markedClips, bool exported, bool interrupted) {
+    QStringList lines{workCount(highlights, markedClips)};
+    if (exported) {
+        lines.append(tr("All of it is exported"));
+    }
+    if (interrupted) {
+        lines.append(tr("Was open when Zelvra did not end properly"));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
 QString Texts::clipNumber(int number) {
     return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
 }
 
 QString Texts::highlightCount(int highlights) {
     return tr("%n highlight(s)", nullptr, highlights);
+}
+
+QString Texts::markedClipCount(int markedClips) {
+    return tr("%n marked clip(s)", nullptr, markedClips);
 }
 
 QString Texts::clipRowTip(bool editing) {

@@ -35,9 +35,18 @@ public:
     Q_INVOKABLE static QString outPointTip(bool hasTrim, bool hasRoughClip);
     Q_INVOKABLE static QString trimBadgeTip(bool editing);
 
+    // Remembered work
+    /// What was left on the open clip.
+    Q_INVOKABLE static QString leftWork(int highlights, int markedClips);
+    /// "5 highlights, 3 clips"
+    Q_INVOKABLE static QString workCount(int highlights, int markedClips);
+    /// What is remembered of a clip, in lines: for its tooltip and for screen readers.
+    Q_INVOKABLE static QString workDetails(int highlights, int markedClips, bool exported, bool interrupted);
+
     // Rows
     Q_INVOKABLE static QString clipNumber(int number);
     Q_INVOKABLE static QString highlightCount(int highlights);
+    Q_INVOKABLE static QString markedClipCount(int markedClips);
     Q_INVOKABLE static QString clipRowTip(bool editing);
     Q_INVOKABLE static QString freezeLength(double seconds);
     /// The name of the folder that holds it.

@@ -5,11 +5,13 @@ import QtQuick.Layouts
 import QtQuick.Templates as T
 import Zelvra.Controls
 
-// A line of a menu: check mark or icon, text, and its shortcut or the arrow of a submenu.
+// A line of a menu: check mark or icon, text, a detail and a sign, and its shortcut or the arrow of a submenu.
 T.MenuItem {
     id: item
 
     property string iconName
+    property string detail
+    property string sign
     readonly property bool chosen: item.highlighted && item.enabled
     readonly property color ink: item.chosen ? Theme.accentInk : Theme.primary
     readonly property color paleInk: item.chosen ? Theme.accentInk : Theme.tertiary
@@ -45,10 +47,16 @@ T.MenuItem {
         }
         Caption {
             Layout.leftMargin: 24
-            visible: item.keys !== ""
-            text: item.keys
+            visible: text !== ""
+            text: item.detail || item.keys
             color: item.paleInk
             Accessible.ignored: true
+        }
+        Icon {
+            visible: item.sign !== ""
+            name: item.sign
+            size: 14
+            color: item.paleInk
         }
         Icon {
             visible: item.subMenu !== null

@@ -36,6 +36,12 @@ QVariantList HelpContent::sections() {
     return list;
 }
 
+QString HelpContent::workNote() {
+    return tr(
+        "Unfinished work is remembered. When you open a clip again, R restores what you left on it. File › "
+        "Save Annotations… (⌘S) and File › Open Annotations… (⌘I) keep it in a file of its own.");
+}
+
 QString HelpContent::keysNote() {
     return tr("On this keyboard, ⌘ is the Ctrl key and ⇧ the Shift key: ⇧⌘O is Ctrl+Shift+O.");
 }

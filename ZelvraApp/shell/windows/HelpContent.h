@@ -21,14 +21,15 @@ struct HelpSection {
 /// The sections of a text whose lines are "## icon Title" and, below each, "- item".
 std::vector<HelpSection> helpSections(const QString& text);
 
-/// The content of the help window: a tour of the program (resources/help.md or its translation), and a note
-/// on the names of keys.
+/// The content of the help window: a tour of the program (resources/help.md or its translation), and notes on
+/// remembered work and on the names of keys.
 class HelpContent : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
     /// { icon, title, items }
     Q_PROPERTY(QVariantList sections READ sections CONSTANT)
+    Q_PROPERTY(QString workNote READ workNote CONSTANT)
     /// The last line.
     Q_PROPERTY(QString keysNote READ keysNote CONSTANT)
 
@@ -36,6 +37,7 @@ public:
     using QObject::QObject;
 
     static QVariantList sections();
+    static QString workNote();
     static QString keysNote();
 };
 

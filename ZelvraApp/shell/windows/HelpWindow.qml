@@ -21,6 +21,11 @@ AuxiliaryWindow {
     minimumHeight: 360
     maximumHeight: tour.height
 
+    component Note: SecondaryText {
+        Layout.fillWidth: true
+        wrapMode: Text.Wrap
+    }
+
     Flickable {
         id: scroller
 
@@ -71,12 +76,17 @@ AuxiliaryWindow {
                 model: HelpContent.sections
                 HelpSection {}
             }
-            SecondaryText {
-                objectName: "helpKeys"
-                Layout.fillWidth: true
+            ColumnLayout {
                 Layout.bottomMargin: 32
-                text: HelpContent.keysNote
-                wrapMode: Text.Wrap
+                spacing: 8
+
+                Note {
+                    text: HelpContent.workNote
+                }
+                Note {
+                    objectName: "helpKeys"
+                    text: HelpContent.keysNote
+                }
             }
         }
     }

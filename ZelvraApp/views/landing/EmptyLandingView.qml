@@ -89,6 +89,25 @@ Item {
             Layout.alignment: Qt.AlignHCenter
             Layout.topMargin: 10
         }
+        Row {
+            Layout.alignment: Qt.AlignHCenter
+            Layout.topMargin: 6
+            visible: landing.session.interruptedClip !== ""
+            spacing: 6
+
+            Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                name: "history"
+                size: 15
+                color: Theme.accent
+            }
+            Caption {
+                objectName: "interrupted"
+                width: Math.min(implicitWidth, landing.width - 120)
+                text: qsTr("Zelvra did not end properly. Your work was kept: open “%1” to go on.").arg(landing.session.interruptedClip)
+                elide: Text.ElideMiddle
+            }
+        }
         RecentsList {
             Layout.alignment: Qt.AlignHCenter
             Layout.topMargin: 6

@@ -6,13 +6,19 @@ import QtQuick.Templates as T
 import Zelvra.Controls
 import Zelvra.Views
 
-// A recently opened clip or folder, and the folder that contains it.
+// A recently opened clip or folder, the folder that contains it, and what is remembered of the clip.
 T.AbstractButton {
     id: row
 
     required property string path
     required property string name
     required property bool isFolder
+    required property bool hasWork
+    required property int highlightCount
+    required property int markedClipCount
+    required property bool isExported
+    required property bool wasInterrupted
+    readonly property string details: hasWork ? path + "\n" + Texts.workDetails(highlightCount, markedClipCount, isExported, wasInterrupted) : path
 
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     leftPadding: 8
@@ -23,7 +29,7 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.role: Accessible.Button
     Accessible.name: name
-    Accessible.description: path
+    Accessible.description: details
     Keys.onReturnPressed: row.clicked()
 
     background: Rectangle {
@@ -36,7 +42,7 @@ T.AbstractButton {
         }
         Tipped {
             anchors.fill: parent
-            tip: row.path
+            tip: row.details
         }
     }
     contentItem: RowLayout {
@@ -65,6 +71,16 @@ T.AbstractButton {
         Item {
             Layout.fillWidth: true
             Layout.preferredWidth: 0
+        }
+        Loader {
+            active: row.hasWork
+            visible: active
+            sourceComponent: WorkSigns {
+                highlightCount: row.highlightCount
+                markedClipCount: row.markedClipCount
+                isExported: row.isExported
+                wasInterrupted: row.wasInterrupted
+            }
         }
     }
 }

@@ -37,7 +37,7 @@ private:
 };
 
 TEST(KeyedListModel, ChangesOnlyTheRowsThatChange) {
-    RecentItemModel model;
+    ClipModel model;
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     RowChanges changes(model);
     model.update({{"/a", false}, {"/b", false}, {"/c", false}});
@@ -53,13 +53,13 @@ TEST(KeyedListModel, ChangesOnlyTheRowsThatChange) {
 }
 
 TEST(KeyedListModel, EndsWithTheGivenListAfterAnyList) {
-    RecentItemModel model;
+    ClipModel model;
     const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     RowChanges changes(model);
     std::mt19937 dice{7};
     for (int round = 0; round < 500; ++round) {
-        std::vector<RecentItem> items(dice() % 8);
-        for (RecentItem& item : items) {
+        std::vector<ClipRow> items(dice() % 8);
+        for (ClipRow& item : items) {
             item = {QString::number(dice() % 6), dice() % 2 == 0}; // keys come twice too
         }
         model.update(items);
@@ -83,10 +83,10 @@ TEST(KeyedListModel, HasTheValuesThatViewsShow) {
     EXPECT_EQ(highlights.data(highlights.index(0), HighlightModel::momentRole), 1.5);
     EXPECT_EQ(highlights.data(highlights.index(0), HighlightModel::kindRole), "arrow");
     EXPECT_EQ(highlights.data(highlights.index(0), HighlightModel::colorRole).toString(), "#ff0000");
-    RecentItemModel recents;
+    ClipModel recents;
     recents.update({{"/clips/game one/", true}});
-    EXPECT_EQ(recents.data(recents.index(0), RecentItemModel::nameRole), "game one");
-    EXPECT_EQ(recents.data(recents.index(1), RecentItemModel::nameRole), QVariant());
+    EXPECT_EQ(recents.data(recents.index(0), ClipModel::nameRole), "game one");
+    EXPECT_EQ(recents.data(recents.index(1), ClipModel::nameRole), QVariant());
 }
 
 } // namespace

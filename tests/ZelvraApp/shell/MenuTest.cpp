@@ -15,11 +15,11 @@ struct Entry {
     QString item;
 };
 const std::vector<Entry> needsWork{
-    {"File", "closeClipItem"},       {"File", "exportItem"},   {"File", "saveAnnotationsItem"},
-    {"File", "openAnnotationsItem"}, {"Edit", "undoItem"},     {"Edit", "redoItem"},
-    {"Clip", "addHighlightItem"},    {"Clip", "trimItem"},     {"Clip", "clearTrimItem"},
-    {"Clip", "startClipItem"},       {"Clip", "endClipItem"},  {"Clip", "markClipItem"},
-    {"Clip", "previousClipItem"},    {"Clip", "nextClipItem"},
+    {"File", "closeClipItem"},       {"File", "exportItem"},       {"File", "saveAnnotationsItem"},
+    {"File", "openAnnotationsItem"}, {"Edit", "undoItem"},         {"Edit", "redoItem"},
+    {"Edit", "restoreItem"},         {"Clip", "addHighlightItem"}, {"Clip", "trimItem"},
+    {"Clip", "clearTrimItem"},       {"Clip", "startClipItem"},    {"Clip", "endClipItem"},
+    {"Clip", "markClipItem"},        {"Clip", "previousClipItem"}, {"Clip", "nextClipItem"},
 };
 
 class Menu : public ShellFixture {

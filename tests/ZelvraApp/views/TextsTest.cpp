@@ -17,6 +17,18 @@ TEST(Texts, SayWhatClosingLoses) {
               "3 marked clips haven't been exported yet. Closing will discard them.");
 }
 
+TEST(Texts, SayWhatIsRememberedOfAClip) {
+    EXPECT_EQ(Texts::leftWork(5, 3), "You left 5 highlights and 3 marked clips here.");
+    EXPECT_EQ(Texts::leftWork(1, 0), "You left 1 highlight here.");
+    EXPECT_EQ(Texts::leftWork(0, 1), "You left 1 marked clip here.");
+    EXPECT_EQ(Texts::leftWork(0, 0), "You left a trimmed range here.");
+    EXPECT_EQ(Texts::workCount(5, 1), "5 highlights, 1 clip");
+    EXPECT_EQ(Texts::workCount(0, 3), "3 clips");
+    EXPECT_EQ(Texts::workCount(0, 0), "trimmed");
+    EXPECT_EQ(Texts::workDetails(1, 0, true, true),
+              "1 highlight\nAll of it is exported\nWas open when Zelvra did not end properly");
+}
+
 TEST(Texts, NameTheExportedFile) {
     EXPECT_EQ(Texts::postExportMessage({}), "");
     EXPECT_EQ(Texts::postExportMessage(QUrl::fromLocalFile("/a b/50% “öl”%20_highlighted.mp4")),

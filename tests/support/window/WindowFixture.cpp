@@ -146,7 +146,11 @@ bool WindowFixture::clickIfItStays(QQuickItem& item, std::optional<QPointF> at) 
     if (!settles(item)) {
         return false;
     }
+    const QPointer<QQuickItem> still(&item);
     QTest::mouseMove(item.window(), inWindow(item, at));
+    if (!still || still->window() == nullptr) {
+        return false;
+    }
     QTest::mouseClick(item.window(), Qt::LeftButton, {}, inWindow(item, at));
     return true;
 }

@@ -982,6 +982,13 @@
     </message>
 </context>
 <context>
+    <name>zelvra::Film</name>
+    <message>
+        <source>the pictures cannot be decoded</source>
+        <translation>Die Bilder können nicht dekodiert werden.</translation>
+    </message>
+</context>
+<context>
     <name>zelvra::HelpContent</name>
     <message>
         <source>help.md</source>
@@ -1055,10 +1062,6 @@
 </context>
 <context>
     <name>zelvra::Player</name>
-    <message>
-        <source>the pictures cannot be decoded</source>
-        <translation>Die Bilder können nicht dekodiert werden.</translation>
-    </message>
     <message>
         <source>“%1” cannot be played: %2</source>
         <translation>„%1“ kann nicht abgespielt werden: %2</translation>

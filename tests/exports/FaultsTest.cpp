@@ -7,16 +7,23 @@
 #include "ZelvraCore/records/FourCharCode.h"
 #include "ZelvraCore/records/MediaError.h"
 #include "tests/support/Files.h"
+#include "tests/support/MovieReading.h"
 #include "tests/support/MovieSurgery.h"
 #include "tests/support/NumberedMovie.h"
 #include "tests/support/NumberedPicture.h"
 
+#include <array>
 #include <csignal>
+#include <cstddef>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <sys/file.h>
 #include <sys/mount.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -224,6 +231,43 @@ TEST_F(Faults, ReportAClipThatCannotBeRemoved) {
     renderHighlights(movieFile(movie), highlight(), folder / "out.mp4", options);
     EXPECT_THAT(notices, ElementsAre("A temporary file could not be removed: " + clip + "."));
     EXPECT_THAT(folder.names(), ElementsAre("out.mp4"));
+}
+
+/// From now on, this system call of the calling thread fails.
+void breakSystemCall(unsigned number) {
+    std::array<sock_filter, 4> program{{
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, number, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EIO),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    }};
+    const sock_fprog filter{program.size(), program.data()};
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter);
+}
+
+TEST_F(Faults, WriteTheIndexOfANewlyEncodedMovieCorrectlyOrNotAtAll) {
+    const std::filesystem::path source = movieFile({.frames = 30, .codec = MovieCodec::mpeg4});
+    for (const unsigned call : {SYS_lseek, SYS_read, SYS_pread64, SYS_pwrite64}) {
+        const TemporaryFolder output;
+        const pid_t child = fork();
+        if (child == 0) {
+            RenderOptions options;
+            options.progress = [call](double fraction) {
+                if (fraction >= 1) { // all pictures are written, but not the index
+                    breakSystemCall(call);
+                }
+            };
+            _exit(failureOf(source, output / "out.mov", options).empty() ? 0 : 1);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        if (WEXITSTATUS(status) == 0) {
+            EXPECT_EQ(showMovie(output / "out.mov").frames.size(), 45U) << call;
+        } else {
+            EXPECT_THAT(output.names(), IsEmpty()) << call;
+        }
+    }
 }
 
 TEST_F(Faults, ReportAFullDisk) {

@@ -35,9 +35,6 @@ struct Deleter {
 struct OutputContextDeleter {
     void operator()(AVFormatContext* context) const { avformat_free_context(context); }
 };
-struct OutputFileDeleter {
-    void operator()(AVIOContext* file) const { avio_closep(&file); }
-};
 struct ScalerDeleter {
     void operator()(SwsContext* scaler) const { sws_freeContext(scaler); }
 };
@@ -46,9 +43,8 @@ struct AudioFifoDeleter {
 };
 
 using InputContext = std::unique_ptr<AVFormatContext, Deleter<avformat_close_input>>;
-/// Does not own the file that it writes to: that is an OutputFile's.
+/// Does not own the file that it writes to: see MuxerFile.
 using OutputContext = std::unique_ptr<AVFormatContext, OutputContextDeleter>;
-using OutputFile = std::unique_ptr<AVIOContext, OutputFileDeleter>;
 using CodecContext = std::unique_ptr<AVCodecContext, Deleter<avcodec_free_context>>;
 using Frame = std::unique_ptr<AVFrame, Deleter<av_frame_free>>;
 using Packet = std::unique_ptr<AVPacket, Deleter<av_packet_free>>;

@@ -3,6 +3,7 @@
 #include "ZelvraCore/media/ffmpeg/Muxer.h"
 
 #include "ZelvraCore/media/ffmpeg/FFmpegHandles.h"
+#include "ZelvraCore/media/ffmpeg/MuxerFile.h"
 
 #include <algorithm>
 #include <cstring>
@@ -48,10 +49,7 @@ public:
         const std::string url = "file:" + movie.string();
         throwIfFailed(avformat_alloc_output_context2(&context, nullptr, muxer, url.c_str()));
         context_.reset(context);
-        AVIOContext* file = nullptr;
-        throwIfFailed(avio_open(&file, url.c_str(), AVIO_FLAG_WRITE));
-        file_.reset(file);
-        context_->pb = file;
+        file_ = std::make_unique<MuxerFile>(movie, *context_);
         context_->flags |= AVFMT_FLAG_BITEXACT; // no name of a library, no random numbers
         for (const auto& [key, value] : options_.metadata) {
             av_dict_set(&context_->metadata, key.c_str(), value.c_str(), 0);
@@ -109,9 +107,7 @@ public:
     void finish() {
         begin();
         throwIfFailed(av_write_trailer(context_.get()));
-        AVIOContext* file = file_.release();
-        context_->pb = nullptr;
-        throwIfFailed(avio_closep(&file));
+        file_->flush();
     }
 
 private:
@@ -144,11 +140,17 @@ private:
         throwIfFailed(avformat_write_header(context_.get(), options.entries()));
     }
 
-    void throwIfFailed(int code) const { throwOnError(code, cannotDo("write", name_), unwritable); }
+    /// The system's reason is more exact than the library's code.
+    void throwIfFailed(int code) const {
+        if (file_) {
+            file_->throwIfFailed();
+        }
+        throwOnError(code, cannotDo("write", name_), unwritable);
+    }
 
     std::string name_;
     Options options_;
-    OutputFile file_;
+    std::unique_ptr<MuxerFile> file_; ///< used by the context, which is freed first
     OutputContext context_;
     Packet packet_ = makePacket();
     std::vector<std::int32_t> timescales_; ///< of the samples given, by track

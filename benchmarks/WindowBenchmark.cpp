@@ -20,6 +20,7 @@
 #include <ctime>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <sys/resource.h>
@@ -176,13 +177,19 @@ void dragTrim(Application& application, const char* movie, int marks) {
         state.setTrim(range(length * i / marks, length * (i + 1) / marks));
         state.markCurrentClip();
     }
-    MarkedClip edited{Uuid::random(), range(0, length / 20), {}};
+    state.setTrim(range(0, length / 20));
+    state.markCurrentClip();
+    state.editMarkedClip(state.markedClips().back());
+    const Image frame(
+        std::make_shared<const Image::Raster>(Image::Raster{1, 1, std::vector<std::uint8_t>(4)}), {});
     for (int i = 0; i < marks; ++i) {
         // On the strip after the handle, because a dot over the handle would be pressed instead.
         const double moment = length * (0.1 + 0.1 * i / marks);
-        edited.highlights.push_back({Uuid::random(), sessionTime(moment), sessionTime(3), {}});
+        const Highlight highlight{Uuid::random(), sessionTime(moment), sessionTime(3), {}};
+        state.setDraft(HighlightDraft::editing(highlight, frame, state.sourceInfo()->displaySize));
+        state.commitDraft();
     }
-    state.editMarkedClip(edited);
+    state.setShowDefaultsScopePrompt(false);
     QQuickWindow& window = application.mainWindow();
     pass(1000);
     auto* handle = window.findChild<QQuickItem*>(QStringLiteral("trimEndHandle"));
